@@ -1,0 +1,106 @@
+#include "core/Entries_p.h"
+
+#include "core/QEXC_TextCodec.h"
+#include "core/VLMC_XMLNode.h"
+#include "core/VLMC_XMLSetting.h"
+
+namespace
+{
+const char kId[] = "id";
+const char kDocInfo[] = "docInfo";
+const char kDocInfoVersion[] = "1.0";
+} // namespace
+
+QXmlStreamAttributes vlm::oneAttribute(const char *name, const QString &value)
+{
+    QXmlStreamAttributes attributes;
+    attributes.append(QEXC_TextCodec::fromSJIS(name), value);
+    return attributes;
+}
+
+VLMC_XMLNode *vlm::childNamed(VLMC_XMLNode *parent, const char *name)
+{
+    if (!parent) {
+        return nullptr;
+    }
+    QString childName = QEXC_TextCodec::fromSJIS(name);
+    return parent->getXMLNodeChildByName(childName);
+}
+
+VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
+{
+    VLMC_XMLNode *const root = store.getXMLRootNode();
+    if (!root) {
+        return nullptr;
+    }
+    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    return root->getXMLNodeChildByID(id, attributeName);
+}
+
+int vlm::countEntries(VLMC_XMLSetting &store, const char *name)
+{
+    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    QString entryName = QEXC_TextCodec::fromSJIS(name);
+    return store.getXMLRootNodeChildCntByName(attributeName, entryName);
+}
+
+VLMC_XMLNode *vlm::addElement(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,
+                              const QString &text, char textType, char place)
+{
+    QString elementName = QEXC_TextCodec::fromSJIS(name);
+    QString elementText = text;
+    QXmlStreamAttributes attributes;
+    return store.addXMLChild(parent, elementName, elementText, textType, attributes, place);
+}
+
+void vlm::releaseUnattached(VLMC_XMLNode *node)
+{
+    if (node && !node->getXMLNodeParent()) {
+        node->deleteLater();
+    }
+}
+
+void vlm::numberEntries(VLMC_XMLSetting &store)
+{
+    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    store.setIDforChildren(attributeName);
+}
+
+void vlm::removeEntry(VLMC_XMLSetting &store, int id)
+{
+    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    store.deleteXMLNodeByID(id, attributeName);
+    numberEntries(store);
+}
+
+void vlm::loadEntries(VLMC_XMLSetting &store, const QString &directory, const char *fileName)
+{
+    store.deleteAllSetting();
+    loadFile(store, directory, fileName);
+    numberEntries(store);
+}
+
+void vlm::loadFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName)
+{
+    QString path = directory + QEXC_TextCodec::fromSJIS(fileName);
+    store.load(path);
+}
+
+void vlm::saveFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName)
+{
+    QString path = directory + QEXC_TextCodec::fromSJIS(fileName);
+    store.save(path);
+}
+
+void vlm::nameRoot(VLMC_XMLSetting &store, const char *name)
+{
+    VLMC_XMLNode *const root = store.getXMLRootNode();
+    if (!root) {
+        return;
+    }
+    QString rootName = QEXC_TextCodec::fromSJIS(name);
+    root->setName(rootName);
+    QXmlStreamAttributes attributes =
+        oneAttribute(kDocInfo, QEXC_TextCodec::fromSJIS(kDocInfoVersion));
+    root->setAttribute(attributes);
+}

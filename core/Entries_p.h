@@ -1,0 +1,53 @@
+#ifndef ENTRIES_P_H
+#define ENTRIES_P_H
+
+#include "core/TextKind_p.h"
+
+#include <QtCore/QString>
+#include <QtCore/QXmlStreamAttributes>
+
+class VLMC_XMLNode;
+class VLMC_XMLSetting;
+
+// What the stores do alike with their entries, the root's children that are addressed by the number
+// in their "id" attribute. Names come as ASCII byte strings. Everything goes through the store's
+// virtual operations, so that an override is honoured, and nothing needs the store to have a root.
+namespace vlm
+{
+// A set of one attribute.
+QXmlStreamAttributes oneAttribute(const char *name, const QString &value);
+
+// The parent's first child of this name, or null; null for a null parent.
+VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name);
+
+// The first entry that carries this id, or null.
+VLMC_XMLNode *entryById(VLMC_XMLSetting &store, int id);
+
+// The number of entries of this name that their ids lead to.
+int countEntries(VLMC_XMLSetting &store, const char *name);
+
+// Adds an element without attributes to parent. With a null parent the node belongs to the caller.
+VLMC_XMLNode *addElement(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,
+                         const QString &text, char textType, char place);
+
+// Releases a new node that found no parent because the store has no root: nobody else owns it.
+void releaseUnattached(VLMC_XMLNode *node);
+
+// Gives every entry its position as id.
+void numberEntries(VLMC_XMLSetting &store);
+
+// Deletes the entry with this id, if there is one, and renumbers the others in any case.
+void removeEntry(VLMC_XMLSetting &store, int id);
+
+// Replaces the entries by those of the file and numbers them.
+void loadEntries(VLMC_XMLSetting &store, const QString &directory, const char *fileName);
+
+// Replaces the document by the one in directory + fileName, or writes it there.
+void loadFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName);
+void saveFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName);
+
+// Names the root and leaves it with the one attribute docInfo="1.0".
+void nameRoot(VLMC_XMLSetting &store, const char *name);
+} // namespace vlm
+
+#endif

@@ -1,0 +1,21 @@
+#ifndef OWNERONLYFILES_P_H
+#define OWNERONLYFILES_P_H
+
+namespace vlm
+{
+// While one lives, files that this thread's saves create anew are readable and writable by their
+// owner alone, whatever the umask says; files that exist keep their mode. For stores whose save
+// goes through virtual operations, which have no room for such a wish.
+class OwnerOnlyFiles
+{
+public:
+    OwnerOnlyFiles();
+    ~OwnerOnlyFiles();
+    OwnerOnlyFiles(const OwnerOnlyFiles &) = delete;
+    OwnerOnlyFiles &operator=(const OwnerOnlyFiles &) = delete;
+
+    static bool wanted();
+};
+} // namespace vlm
+
+#endif

@@ -1,0 +1,15 @@
+#ifndef REFUSED_P_H
+#define REFUSED_P_H
+
+#include <QtCore/QString>
+
+namespace vlm
+{
+// Logs the message as a warning when the condition holds, and returns the condition. Whole messages
+// only, so that a search for their text finds the call.
+bool refused(bool condition, const char *format, ...) __attribute__((format(printf, 2, 3)));
+
+inline bool isBlank(const QString *text) { return !text || text->isEmpty(); }
+} // namespace vlm
+
+#endif

@@ -1,0 +1,69 @@
+#include "core/TimeText_p.h"
+
+namespace
+{
+const char *patternOf(vlm::TimeText form)
+{
+    return form == vlm::ToMinute ? "yyyy/MM/dd hh:mm" : "yyyy/MM/dd hh:mm:ss";
+}
+
+// Qt's own parser takes a one-digit hour on one of its versions, so every place is checked here: a
+// letter of the pattern stands for an ASCII digit, anything else for itself.
+bool matches(const QString &text, const char *pattern)
+{
+    if (text.size() != int(qstrlen(pattern))) {
+        return false;
+    }
+    for (int i = 0; pattern[i]; ++i) {
+        const ushort unit = text.at(i).unicode();
+        const bool wantsDigit = QChar::fromLatin1(pattern[i]).isLetter();
+        if (wantsDigit ? unit < '0' || unit > '9' : unit != static_cast<uchar>(pattern[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+int numberAt(const QString &text, int position, int digits)
+{
+    int number = 0;
+    for (int i = position; i < position + digits; ++i) {
+        number = number * 10 + text.at(i).unicode() - '0';
+    }
+    return number;
+}
+
+QDateTime localTime(const QDate &date, const QTime &time)
+{
+    const QDateTime local(date, time);
+    if (local.isValid()) {
+        return local;
+    }
+#if QT_VERSION >= 0x050200
+    // In a gap, which only these versions refuse: the offset before the change still stands.
+    const int secondsEast = QDateTime(date.addDays(-1), time).offsetFromUtc();
+    return QDateTime(date, time, Qt::OffsetFromUTC, secondsEast);
+#else
+    return local;
+#endif
+}
+} // namespace
+
+QString vlm::textOfTime(const QDateTime &time, TimeText form)
+{
+    return time.toString(QString::fromLatin1(patternOf(form)));
+}
+
+QDateTime vlm::timeOfText(const QString &text, TimeText form)
+{
+    if (!matches(text, patternOf(form))) {
+        return QDateTime();
+    }
+    const QDate date(numberAt(text, 0, 4), numberAt(text, 5, 2), numberAt(text, 8, 2));
+    const QTime time(numberAt(text, 11, 2), numberAt(text, 14, 2),
+                     form == ToSecond ? numberAt(text, 17, 2) : 0);
+    if (!date.isValid() || !time.isValid()) {
+        return QDateTime();
+    }
+    return localTime(date, time);
+}

@@ -1,0 +1,24 @@
+#ifndef TIMETEXT_P_H
+#define TIMETEXT_P_H
+
+#include <QtCore/QDateTime>
+#include <QtCore/QString>
+
+// Points in local time as the files hold them.
+namespace vlm
+{
+enum TimeText {
+    ToMinute, // "yyyy/MM/dd hh:mm"
+    ToSecond  // "yyyy/MM/dd hh:mm:ss"
+};
+
+// The text of a time; empty for an invalid one.
+QString textOfTime(const QDateTime &time, TimeText form);
+
+// The time of a text, or an invalid one for a text that does not match the form digit by digit. A
+// local time that a change to daylight saving skips is valid, keeps its text, and lies where the
+// clock before the change would have it.
+QDateTime timeOfText(const QString &text, TimeText form);
+} // namespace vlm
+
+#endif

@@ -1,0 +1,80 @@
+#ifndef VLMC_XMLNODE_H
+#define VLMC_XMLNODE_H
+
+#include "core/VLM_Export.h"
+
+#include <QtCore/QList>
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QXmlStreamAttributes>
+
+/**
+ * One element of an XML document in memory: its name, attributes, one text, and its children,
+ * which it owns. Nodes live on the heap and are destroyed with delete or deleteLater(); destroying
+ * a node destroys its whole subtree, however deep, without recursion. A node that is taken out of
+ * its parent belongs to whoever took it out.
+ *
+ * QObject is a base only for deleteLater(): Qt's own object tree plays no part, and the thread that
+ * uses a tree has to run an event loop for deferred deletions to happen. A tree is used from one
+ * thread at a time.
+ *
+ * References handed out are to the node's own fields. QString & parameters are only read.
+ */
+class VLM_EXPORT VLMC_XMLNode : public QObject
+{
+public:
+    /// A node without name, text and attributes. With a parent it becomes the parent's last child
+    /// (prepend 0) or its first (any other value).
+    VLMC_XMLNode(VLMC_XMLNode *parent, char prepend);
+    ~VLMC_XMLNode();
+
+    /// Makes child this node's last child (prepend 0) or its first (any other value), taking it
+    /// out of the parent that it has, this node included. Null is ignored.
+    void addXMLNode(VLMC_XMLNode *child, char &prepend);
+    /// Takes child out of this node without destroying it. Its parent is null afterwards even if
+    /// it was no child of this node. Null is ignored.
+    void removeXMLNode(VLMC_XMLNode *child);
+
+    VLMC_XMLNode *getXMLNodeParent();
+    QList<VLMC_XMLNode *> &getXMLNodeChildren();
+
+    QXmlStreamAttributes &getAttribute();
+    /// Replaces all attributes by a copy of the given ones.
+    void setAttribute(QXmlStreamAttributes &attributes);
+    /// True when an attribute has this qualified name and a value that is not a null string.
+    bool isAttribute(QString name);
+
+    void setName(QString &name);
+    QString &getName();
+    void setText(QString &text);
+    QString &getText();
+    /// 0: plain text, 1: CDATA section; a text of any other type is not written.
+    void setTextType(char type);
+    char getTextType();
+
+    /// The first child at position index or behind it that has this name, and index its position;
+    /// null, and index the number of children, when there is none. An index behind the last child
+    /// gives null and stays as it is.
+    VLMC_XMLNode *getChildByName(QString &name, int &index);
+    /// The first child with this name, or null.
+    VLMC_XMLNode *getXMLNodeChildByName(QString &name);
+    /// All children with this name, in document order.
+    QList<VLMC_XMLNode *> getXMLNodeChildrenByName(QString &name);
+    /// The first child whose attribute of this name reads as the decimal integer id, or null. A
+    /// value that is no number matches nothing, not even 0.
+    VLMC_XMLNode *getXMLNodeChildByID(int id, QString &attributeName);
+
+private:
+    Q_DISABLE_COPY(VLMC_XMLNode)
+
+    QList<VLMC_XMLNode *> takeChildren();
+
+    char m_textType;
+    VLMC_XMLNode *m_parent;
+    QList<VLMC_XMLNode *> m_children;
+    QXmlStreamAttributes m_attributes;
+    QString m_name;
+    QString m_text;
+};
+
+#endif

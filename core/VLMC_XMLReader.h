@@ -1,0 +1,33 @@
+#ifndef VLMC_XMLREADER_H
+#define VLMC_XMLREADER_H
+
+#include "core/VLM_Export.h"
+
+#include <QtCore/QXmlStreamReader>
+
+class QIODevice;
+class VLMC_XMLNode;
+
+/**
+ * Reads an XML document into a tree of nodes. Kept are elements, attributes and the first text of
+ * each element that is more than blanks; comments, processing instructions and later texts are
+ * not. A malformed document is read up to its error. One object serves one read. How deep elements
+ * nest does not matter: nothing recurses.
+ */
+class VLM_EXPORT VLMC_XMLReader : public QXmlStreamReader
+{
+public:
+    /// The document in the file at path. Never null: a file that is missing, cannot be opened or
+    /// holds no element gives an empty node without name. The tree belongs to the caller.
+    VLMC_XMLNode *read(QString &path);
+    /// The document that an open device yields, or null without an element. The tree belongs to
+    /// the caller.
+    VLMC_XMLNode *read(QIODevice &device);
+    /// Reads the element whose start tag was read last, with all it contains, into a new last
+    /// child of parent, and returns that. With a null parent the node belongs to the caller.
+    VLMC_XMLNode *readXMLNode(VLMC_XMLNode *parent);
+    /// Takes the current token as node's text, if it is text, more than blanks, and node has none.
+    void readText(VLMC_XMLNode *node);
+};
+
+#endif

@@ -1,0 +1,205 @@
+#include "core/VLMC_XMLSetting.h"
+
+#include "core/Identifier_p.h"
+#include "core/TextKind_p.h"
+#include "core/VLMC_XMLNode.h"
+#include "core/VLMC_XMLReader.h"
+#include "core/VLMC_XMLWriter.h"
+#include "core/VLMG_Debug.h"
+
+#include <QtCore/QVector>
+
+namespace
+{
+// What "0x%X" prints of a pointer: on the device all of it, on a 64-bit host its lower half.
+unsigned int addressOf(const VLMC_XMLNode *node)
+{
+    return static_cast<unsigned int>(reinterpret_cast<quintptr>(node));
+}
+
+void release(VLMC_XMLNode *node)
+{
+    if (node) {
+        node->deleteLater();
+    }
+}
+} // namespace
+
+VLMC_XMLSetting::VLMC_XMLSetting() : root(nullptr) {}
+
+VLMC_XMLSetting::~VLMC_XMLSetting()
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::~VLMC_XMLSetting] 0x%X", addressOf(root));
+    release(root);
+    root = nullptr;
+}
+
+// The two messages say loadBookmark for every store; log readers know them so.
+void VLMC_XMLSetting::load(QString &path)
+{
+    if (path.isEmpty()) {
+        VLMG_DebugPrint(VLMG_LogWarning, "[VLMC_XMLSetting::load] Path is NULL or empty.");
+        return;
+    }
+    // At once, unlike everywhere else.
+    delete root;
+    root = nullptr;
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::loadBookmark] start");
+    VLMC_XMLReader reader;
+    root = reader.read(path);
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::loadBookmark] end");
+}
+
+// The last message says saveBookmark for every store; log readers know it so.
+void VLMC_XMLSetting::save(QString &path)
+{
+    if (path.isEmpty()) {
+        VLMG_DebugPrint(VLMG_LogWarning, "[VLMC_XMLSetting::save] Path is NULL or empty.");
+        return;
+    }
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::save] start");
+    VLMC_XMLWriter writer;
+    writer.write(path, root);
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::saveBookmark] end");
+}
+
+// One pass answers what a search per number would: only the first child that carries a number is
+// ever found by it.
+int VLMC_XMLSetting::getXMLRootNodeChildCntByName(QString &attributeName, QString &name)
+{
+    if (!root) {
+        return 0;
+    }
+    const QList<VLMC_XMLNode *> &children = root->getXMLNodeChildren();
+    const int count = int(children.size());
+    QVector<bool> taken(count, false);
+    int found = 0;
+    for (int i = 0; i < count; ++i) {
+        VLMC_XMLNode *const child = children.at(i);
+        int number = 0;
+        if (!child || !vlm::readIdentifier(child->getAttribute(), attributeName, &number)
+            || number < 0 || number >= count || taken.at(number)) {
+            continue;
+        }
+        taken[number] = true;
+        if (child->getName() == name) {
+            ++found;
+        }
+    }
+    return found;
+}
+
+void VLMC_XMLSetting::setIDforChildren(QString &attributeName)
+{
+    if (!root) {
+        return;
+    }
+    const QList<VLMC_XMLNode *> children = root->getXMLNodeChildren();
+    const int count = qMin(int(children.size()), vlm::kMaxNumbered);
+    for (int i = 0; i < count; ++i) {
+        VLMC_XMLNode *const child = children.at(i);
+        if (!child) {
+            VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::setIDforChildren] 0x%X Why Pass??",
+                            addressOf(root));
+            continue;
+        }
+        QXmlStreamAttributes attributes;
+        attributes.append(attributeName, vlm::identifierText(i));
+        child->setAttribute(attributes);
+    }
+}
+
+void VLMC_XMLSetting::deleteXMLNodeByID(int id, QString &attributeName)
+{
+    if (!root) {
+        return;
+    }
+    VLMC_XMLNode *const child = root->getXMLNodeChildByID(id, attributeName);
+    root->removeXMLNode(child);
+    release(child);
+}
+
+void VLMC_XMLSetting::deleteAllXMLNode()
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::deleteAllXMLNode] 0x%X", addressOf(root));
+    if (root) {
+        createXMLRootNode();
+    }
+}
+
+// The messages say deleteRootChildren; log readers know them so. The list is taken over whole,
+// since taking children out one by one would look through it for each.
+void VLMC_XMLSetting::deleteAllSetting()
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::deleteRootChildren] 0x%X", addressOf(root));
+    if (!root) {
+        return;
+    }
+    const QList<VLMC_XMLNode *> children = root->getXMLNodeChildren();
+    QList<VLMC_XMLNode *> &left = root->getXMLNodeChildren();
+    left.clear();
+    for (VLMC_XMLNode *const child : children) {
+        if (!child) {
+            VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::deleteRootChildren] 0x%X Why Pass??",
+                            addressOf(root));
+            left.append(child);
+            continue;
+        }
+        root->removeXMLNode(child);
+        release(child);
+    }
+}
+
+VLMC_XMLNode *VLMC_XMLSetting::addXMLChild(VLMC_XMLNode *parent, QString &name, QString &text,
+                                           char &textType, QXmlStreamAttributes &attributes,
+                                           char prepend)
+{
+    VLMC_XMLNode *const node = new (std::nothrow) VLMC_XMLNode(parent, prepend);
+    if (!node) {
+        VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::addXMLChild] Fail");
+        return nullptr;
+    }
+    node->setName(name);
+    node->setText(text);
+    node->setTextType(textType);
+    node->setAttribute(attributes);
+    return node;
+}
+
+VLMC_XMLNode *VLMC_XMLSetting::createXMLRootNode()
+{
+    release(root);
+    root = new VLMC_XMLNode(nullptr, vlm::AtEnd);
+    return root;
+}
+
+VLMC_XMLNode *VLMC_XMLSetting::getXMLRootNode() { return root; }
+
+int VLMC_XMLSetting::getXMLNodeCnt() { return root ? int(root->getXMLNodeChildren().size()) : 0; }
+
+VLMC_XMLNode *VLMC_XMLSetting::getChildNode(QString name)
+{
+    return root->getXMLNodeChildByName(name);
+}
+
+VLMC_XMLNode *VLMC_XMLSetting::getGrandchildNode(QString childName, QString grandchildName)
+{
+    VLMC_XMLNode *const child = root->getXMLNodeChildByName(childName);
+    return child ? child->getXMLNodeChildByName(grandchildName) : nullptr;
+}
+
+VLMC_XMLNode *VLMC_XMLSetting::setElement(VLMC_XMLNode *parent, QString name, QString text,
+                                          QXmlStreamAttributes attributes, char textType,
+                                          char prepend)
+{
+    if (!parent) {
+        return nullptr;
+    }
+    VLMC_XMLNode *const child = parent->getXMLNodeChildByName(name);
+    if (!child) {
+        return VLMC_XMLSetting::addXMLChild(parent, name, text, textType, attributes, prepend);
+    }
+    child->setTextType(textType);
+    child->setText(text);
+    return child;
+}

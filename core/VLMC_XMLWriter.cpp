@@ -1,0 +1,97 @@
+#include "core/VLMC_XMLWriter.h"
+
+#include "core/TextKind_p.h"
+#include "core/VLMC_XMLNode.h"
+#include "core/VLMG_Debug.h"
+#include "core/XmlText_p.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QVector>
+
+namespace
+{
+// An element whose start tag is written and whose end tag is not.
+struct OpenElement {
+    VLMC_XMLNode *node;
+    int nextChild;
+};
+
+void writeAttributes(QXmlStreamWriter &writer, const QXmlStreamAttributes &attributes)
+{
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        const QString value = attribute.value().toString();
+        const QString name = attribute.name().toString();
+        if (vlm::isXmlText(value) && vlm::isXmlText(name)) {
+            writer.writeAttribute(attribute);
+        } else {
+            writer.writeAttribute(attribute.namespaceUri().toString(), vlm::xmlText(name),
+                                  vlm::xmlText(value));
+        }
+    }
+}
+
+void writeStart(QXmlStreamWriter &writer, VLMC_XMLNode &node)
+{
+    writer.writeStartElement(vlm::xmlText(node.getName()));
+    writeAttributes(writer, node.getAttribute());
+    if (node.getText().isEmpty()) {
+        return;
+    }
+    if (node.getTextType() == vlm::PlainText) {
+        writer.writeCharacters(vlm::xmlText(node.getText()));
+    } else if (node.getTextType() == vlm::CDataText) {
+        writer.writeCDATA(vlm::xmlText(node.getText()));
+    }
+}
+} // namespace
+
+VLMC_XMLWriter::VLMC_XMLWriter() { setAutoFormatting(true); }
+
+bool VLMC_XMLWriter::write(QString &path, VLMC_XMLNode *root)
+{
+    if (!root) {
+        return false;
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file open error!");
+        return false;
+    }
+    return write(file, root);
+}
+
+bool VLMC_XMLWriter::write(QIODevice &device, VLMC_XMLNode *root)
+{
+    if (!root) {
+        return false;
+    }
+    setDevice(&device);
+    writeStartDocument();
+    const bool written = writeXMLNode(root);
+    writeEndDocument();
+    return written;
+}
+
+bool VLMC_XMLWriter::writeXMLNode(VLMC_XMLNode *node)
+{
+    QVector<OpenElement> open;
+    VLMC_XMLNode *next = node;
+    for (;;) {
+        if (!next) {
+            // The text names the reader; log readers know it so.
+            VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.");
+            return false;
+        }
+        writeStart(*this, *next);
+        open.append({next, 0});
+        while (open.last().nextChild == open.last().node->getXMLNodeChildren().size()) {
+            writeEndElement();
+            open.removeLast();
+            if (open.isEmpty()) {
+                return true;
+            }
+        }
+        OpenElement &parent = open.last();
+        next = parent.node->getXMLNodeChildren().at(parent.nextChild++);
+    }
+}

@@ -1,0 +1,32 @@
+#ifndef VLMC_XMLWRITER_H
+#define VLMC_XMLWRITER_H
+
+#include "core/VLM_Export.h"
+
+#include <QtCore/QXmlStreamWriter>
+
+class QIODevice;
+class VLMC_XMLNode;
+
+/**
+ * Writes a tree of nodes as an XML document in UTF-8, one element per line, four blanks per level,
+ * an element's text before its children. What XML cannot carry is left out or replaced on the way:
+ * control characters and unpaired surrogates vanish, non-characters become "?"; the tree keeps
+ * them. One object serves one document. How deep elements nest does not matter: nothing recurses.
+ */
+class VLM_EXPORT VLMC_XMLWriter : public QXmlStreamWriter
+{
+public:
+    VLMC_XMLWriter();
+
+    /// Replaces the file at path by the document under root; true on success. A null root gives
+    /// false and leaves the file alone.
+    bool write(QString &path, VLMC_XMLNode *root);
+    /// Writes the document under root to an open device; true on success.
+    bool write(QIODevice &device, VLMC_XMLNode *root);
+    /// Writes one element with all it contains. At a null node, here or among the children, writing
+    /// stops with the tags around it left open, and the result is false.
+    bool writeXMLNode(VLMC_XMLNode *node);
+};
+
+#endif

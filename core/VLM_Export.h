@@ -1,0 +1,7 @@
+#ifndef VLM_EXPORT_H
+#define VLM_EXPORT_H
+
+// Marks what the shared library shows to its callers; everything else in it is hidden.
+#define VLM_EXPORT __attribute__((visibility("default")))
+
+#endif
