@@ -1,12 +1,12 @@
 #include "core/Entries_p.h"
 
+#include "core/Identifier_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLSetting.h"
 
 namespace
 {
-const char kId[] = "id";
 const char kDocInfo[] = "docInfo";
 const char kDocInfoVersion[] = "1.0";
 } // namespace
@@ -33,13 +33,13 @@ VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
     if (!root) {
         return nullptr;
     }
-    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
     return root->getXMLNodeChildByID(id, attributeName);
 }
 
 int vlm::countEntries(VLMC_XMLSetting &store, const char *name)
 {
-    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
     QString entryName = QEXC_TextCodec::fromSJIS(name);
     return store.getXMLRootNodeChildCntByName(attributeName, entryName);
 }
@@ -62,13 +62,13 @@ void vlm::releaseUnattached(VLMC_XMLNode *node)
 
 void vlm::numberEntries(VLMC_XMLSetting &store)
 {
-    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
     store.setIDforChildren(attributeName);
 }
 
 void vlm::removeEntry(VLMC_XMLSetting &store, int id)
 {
-    QString attributeName = QEXC_TextCodec::fromSJIS(kId);
+    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
     store.deleteXMLNodeByID(id, attributeName);
     numberEntries(store);
 }

@@ -1,17 +1,94 @@
 #include "core/Identifier_p.h"
 
+#include "core/QEXC_TextCodec.h"
+
+#include <QtCore/QMutex>
+#include <QtCore/QMutexLocker>
+
+namespace
+{
+// Digits that fit an int whatever they are.
+const int kSafeDigits = 9;
+
+// The number in a text of ASCII digits only, which is what the library writes; -1 for any other.
+template <typename Text>
+int plainNumber(const Text &text)
+{
+    const int size = int(text.size());
+    if (size < 1 || size > kSafeDigits) {
+        return -1;
+    }
+    int number = 0;
+    for (int i = 0; i < size; ++i) {
+        const int digit = text.at(i).unicode() - '0';
+        if (digit < 0 || digit > 9) {
+            return -1;
+        }
+        number = number * 10 + digit;
+    }
+    return number;
+}
+
+QXmlStreamAttributes identifier(const QString &attributeName, int number)
+{
+    QXmlStreamAttributes attributes;
+    attributes.append(attributeName,
+                      QString::fromLatin1("%1").arg(number, 3, 10, QLatin1Char('0')));
+    return attributes;
+}
+
+void extend(QVector<QXmlStreamAttributes> &made, const QString &attributeName, int count)
+{
+    made.reserve(count);
+    while (made.size() < count) {
+        made.append(identifier(attributeName, int(made.size())));
+    }
+}
+
+// The sets under the name that all stores use, made as far as they were asked for. Never destroyed:
+// stores may be used while the process exits.
+struct Made {
+    QMutex mutex;
+    QVector<QXmlStreamAttributes> sets;
+};
+
+Made &usual()
+{
+    static Made *const made = new Made;
+    return *made;
+}
+} // namespace
+
 bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                          int *number)
 {
-    bool ok = false;
-    const int value = attributes.value(attributeName).toString().toInt(&ok, 10);
-    if (ok) {
-        *number = value;
+    const int size = int(attributes.size());
+    for (int i = 0; i < size; ++i) {
+        const QXmlStreamAttribute &attribute = attributes.at(i);
+        if (attribute.qualifiedName() != attributeName) {
+            continue;
+        }
+        *number = plainNumber(attribute.value());
+        if (*number >= 0) {
+            return true;
+        }
+        bool ok = false;
+        *number = attribute.value().toString().toInt(&ok, 10);
+        return ok;
     }
-    return ok;
+    return false;
 }
 
-QString vlm::identifierText(int number)
+QVector<QXmlStreamAttributes> vlm::identifiers(const QString &attributeName, int count)
 {
-    return QString::fromLatin1("%1").arg(number, 3, 10, QLatin1Char('0'));
+    if (attributeName != QEXC_TextCodec::fromSJIS(kUsualIdentifier)) {
+        QVector<QXmlStreamAttributes> fresh;
+        extend(fresh, attributeName, count);
+        return fresh;
+    }
+    const QMutexLocker locker(&usual().mutex);
+    if (usual().sets.size() < count) {
+        extend(usual().sets, attributeName, count);
+    }
+    return usual().sets;
 }

@@ -2,6 +2,7 @@
 #define IDENTIFIER_P_H
 
 #include <QtCore/QString>
+#include <QtCore/QVector>
 #include <QtCore/QXmlStreamAttributes>
 
 namespace vlm
@@ -9,13 +10,17 @@ namespace vlm
 // At most this many children of a root get a number: "000" to "998".
 const int kMaxNumbered = 999;
 
+// The attribute by which the stores number their entries.
+const char kUsualIdentifier[] = "id";
+
 // The number in the first attribute of this qualified name, read as by QString::toInt in base 10.
-// False, and number untouched, when there is none or when it is no number.
+// False when there is none or when it is no number.
 bool readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                     int *number);
 
-// The attribute value of a number, as by "%03d".
-QString identifierText(int number);
+// The attribute sets of the numbers from 0 up to count: one attribute each, its value as by "%03d".
+// Sets under the usual name are made once and shared. May be called from any thread.
+QVector<QXmlStreamAttributes> identifiers(const QString &attributeName, int count);
 } // namespace vlm
 
 #endif

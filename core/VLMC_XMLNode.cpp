@@ -2,7 +2,16 @@
 
 #include "core/Identifier_p.h"
 
-#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+namespace
+{
+bool carriesIdentifier(const QXmlStreamAttributes &attributes, const QString &name, int id)
+{
+    int number = 0;
+    return vlm::readIdentifier(attributes, name, &number) && number == id;
+}
+} // namespace
 
 VLMC_XMLNode::VLMC_XMLNode(VLMC_XMLNode *parent, char prepend)
     : m_textType(0),
@@ -63,6 +72,7 @@ void VLMC_XMLNode::addXMLNode(VLMC_XMLNode *child, char &prepend)
         child->m_parent->removeXMLNode(child);
     }
     child->m_parent = this;
+    m_numbered = false;
     if (prepend == 0) {
         m_children.append(child);
     } else {
@@ -75,17 +85,89 @@ void VLMC_XMLNode::removeXMLNode(VLMC_XMLNode *child)
     if (!child) {
         return;
     }
+    child->distrustNumber();
     child->m_parent = nullptr;
+    m_numbered = false;
     m_children.removeAll(child);
+}
+
+// Releases every child that is not null; null ones stay and are counted. The list is given up
+// whole, since taking children out one by one would look through it for each.
+int VLMC_XMLNode::releaseChildren()
+{
+    const QList<VLMC_XMLNode *> children = m_children;
+    m_children.clear();
+    m_numbered = false;
+    for (VLMC_XMLNode *const child : children) {
+        if (!child) {
+            m_children.append(child);
+            continue;
+        }
+        child->distrustNumber();
+        child->m_parent = nullptr;
+        child->deleteLater();
+    }
+    return int(m_children.size());
+}
+
+// Gives the first children their position as their only attribute; null ones are passed over and
+// counted.
+int VLMC_XMLNode::numberChildren(const QString &attributeName)
+{
+    const int count = qMin(int(m_children.size()), vlm::kMaxNumbered);
+    const QVector<QXmlStreamAttributes> numbers = vlm::identifiers(attributeName, count);
+    int nulls = 0;
+    bool trusted = !m_childrenLent;
+    for (int i = 0; i < count; ++i) {
+        VLMC_XMLNode *const child = m_children.at(i);
+        if (!child) {
+            ++nulls;
+            continue;
+        }
+        trusted = numberChild(*child, numbers.at(i)) && trusted;
+    }
+    m_numbered = trusted && nulls == 0;
+    return nulls;
+}
+
+// True when no later change of the child's attributes can escape this node.
+bool VLMC_XMLNode::numberChild(VLMC_XMLNode &child, const QXmlStreamAttributes &attributes)
+{
+    if (child.m_attributes.constData() != attributes.constData()) {
+        child.m_attributes = attributes;
+    }
+    return !child.m_attributesLent && child.m_parent == this;
+}
+
+// To be called before this node's attributes or its place change.
+void VLMC_XMLNode::distrustNumber()
+{
+    if (m_parent) {
+        m_parent->m_numbered = false;
+    }
 }
 
 VLMC_XMLNode *VLMC_XMLNode::getXMLNodeParent() { return m_parent; }
 
-QList<VLMC_XMLNode *> &VLMC_XMLNode::getXMLNodeChildren() { return m_children; }
+QList<VLMC_XMLNode *> &VLMC_XMLNode::getXMLNodeChildren()
+{
+    m_childrenLent = true;
+    m_numbered = false;
+    return m_children;
+}
 
-QXmlStreamAttributes &VLMC_XMLNode::getAttribute() { return m_attributes; }
+QXmlStreamAttributes &VLMC_XMLNode::getAttribute()
+{
+    m_attributesLent = true;
+    distrustNumber();
+    return m_attributes;
+}
 
-void VLMC_XMLNode::setAttribute(QXmlStreamAttributes &attributes) { m_attributes = attributes; }
+void VLMC_XMLNode::setAttribute(QXmlStreamAttributes &attributes)
+{
+    distrustNumber();
+    m_attributes = attributes;
+}
 
 bool VLMC_XMLNode::isAttribute(QString name) { return !m_attributes.value(name).isNull(); }
 
@@ -130,13 +212,18 @@ QList<VLMC_XMLNode *> VLMC_XMLNode::getXMLNodeChildrenByName(QString &name)
     return found;
 }
 
+// Children that are known to carry their positions need no search: the one at position id carries
+// it, and no other one can. Its own attribute still has the last word, since they may have been
+// numbered under another name.
 VLMC_XMLNode *VLMC_XMLNode::getXMLNodeChildByID(int id, QString &attributeName)
 {
+    if (m_numbered && id >= 0 && id < qMin(int(m_children.size()), vlm::kMaxNumbered)
+        && carriesIdentifier(m_children.at(id)->m_attributes, attributeName, id)) {
+        return m_children.at(id);
+    }
     const QList<VLMC_XMLNode *> &children = m_children;
     for (VLMC_XMLNode *const child : children) {
-        int number = 0;
-        if (child && vlm::readIdentifier(child->m_attributes, attributeName, &number)
-            && number == id) {
+        if (child && carriesIdentifier(child->m_attributes, attributeName, id)) {
             return child;
         }
     }

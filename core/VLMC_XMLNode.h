@@ -8,6 +8,11 @@
 #include <QtCore/QString>
 #include <QtCore/QXmlStreamAttributes>
 
+namespace vlm
+{
+class NodeView;
+}
+
 /**
  * One element of an XML document in memory: its name, attributes, one text, and its children,
  * which it owns. Nodes live on the heap and are destroyed with delete or deleteLater(); destroying
@@ -66,10 +71,21 @@ public:
 
 private:
     Q_DISABLE_COPY(VLMC_XMLNode)
+    friend class vlm::NodeView;
 
     QList<VLMC_XMLNode *> takeChildren();
+    int releaseChildren();
+    int numberChildren(const QString &attributeName);
+    bool numberChild(VLMC_XMLNode &child, const QXmlStreamAttributes &attributes);
+    void distrustNumber();
 
     char m_textType;
+    // A caller may have kept the reference to m_attributes, or to m_children, that it once got.
+    bool m_attributesLent;
+    bool m_childrenLent;
+    // Nothing has happened to the children and their attributes since numberChildren numbered them
+    // all. Never true while a lent reference could change that unseen.
+    bool m_numbered;
     VLMC_XMLNode *m_parent;
     QList<VLMC_XMLNode *> m_children;
     QXmlStreamAttributes m_attributes;

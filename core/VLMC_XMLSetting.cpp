@@ -1,8 +1,8 @@
 #include "core/VLMC_XMLSetting.h"
 
 #include "core/Identifier_p.h"
+#include "core/NodeView_p.h"
 #include "core/TextKind_p.h"
-#include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
 #include "core/VLMG_Debug.h"
@@ -70,14 +70,15 @@ int VLMC_XMLSetting::getXMLRootNodeChildCntByName(QString &attributeName, QStrin
     if (!root) {
         return 0;
     }
-    const QList<VLMC_XMLNode *> &children = root->getXMLNodeChildren();
+    const QList<VLMC_XMLNode *> &children = vlm::NodeView::children(*root);
     const int count = int(children.size());
     QVector<bool> taken(count, false);
     int found = 0;
     for (int i = 0; i < count; ++i) {
         VLMC_XMLNode *const child = children.at(i);
         int number = 0;
-        if (!child || !vlm::readIdentifier(child->getAttribute(), attributeName, &number)
+        if (!child
+            || !vlm::readIdentifier(vlm::NodeView::attributes(*child), attributeName, &number)
             || number < 0 || number >= count || taken.at(number)) {
             continue;
         }
@@ -94,18 +95,10 @@ void VLMC_XMLSetting::setIDforChildren(QString &attributeName)
     if (!root) {
         return;
     }
-    const QList<VLMC_XMLNode *> children = root->getXMLNodeChildren();
-    const int count = qMin(int(children.size()), vlm::kMaxNumbered);
-    for (int i = 0; i < count; ++i) {
-        VLMC_XMLNode *const child = children.at(i);
-        if (!child) {
-            VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::setIDforChildren] 0x%X Why Pass??",
-                            addressOf(root));
-            continue;
-        }
-        QXmlStreamAttributes attributes;
-        attributes.append(attributeName, vlm::identifierText(i));
-        child->setAttribute(attributes);
+    const int nulls = vlm::NodeView::numberChildren(*root, attributeName);
+    for (int i = 0; i < nulls; ++i) {
+        VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::setIDforChildren] 0x%X Why Pass??",
+                        addressOf(root));
     }
 }
 
@@ -127,26 +120,17 @@ void VLMC_XMLSetting::deleteAllXMLNode()
     }
 }
 
-// The messages say deleteRootChildren; log readers know them so. The list is taken over whole,
-// since taking children out one by one would look through it for each.
+// The messages say deleteRootChildren; log readers know them so.
 void VLMC_XMLSetting::deleteAllSetting()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::deleteRootChildren] 0x%X", addressOf(root));
     if (!root) {
         return;
     }
-    const QList<VLMC_XMLNode *> children = root->getXMLNodeChildren();
-    QList<VLMC_XMLNode *> &left = root->getXMLNodeChildren();
-    left.clear();
-    for (VLMC_XMLNode *const child : children) {
-        if (!child) {
-            VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::deleteRootChildren] 0x%X Why Pass??",
-                            addressOf(root));
-            left.append(child);
-            continue;
-        }
-        root->removeXMLNode(child);
-        release(child);
+    const int nulls = vlm::NodeView::releaseChildren(*root);
+    for (int i = 0; i < nulls; ++i) {
+        VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::deleteRootChildren] 0x%X Why Pass??",
+                        addressOf(root));
     }
 }
 
@@ -175,7 +159,10 @@ VLMC_XMLNode *VLMC_XMLSetting::createXMLRootNode()
 
 VLMC_XMLNode *VLMC_XMLSetting::getXMLRootNode() { return root; }
 
-int VLMC_XMLSetting::getXMLNodeCnt() { return root ? int(root->getXMLNodeChildren().size()) : 0; }
+int VLMC_XMLSetting::getXMLNodeCnt()
+{
+    return root ? int(vlm::NodeView::children(*root).size()) : 0;
+}
 
 VLMC_XMLNode *VLMC_XMLSetting::getChildNode(QString name)
 {

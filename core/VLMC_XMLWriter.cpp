@@ -1,7 +1,7 @@
 #include "core/VLMC_XMLWriter.h"
 
+#include "core/NodeView_p.h"
 #include "core/TextKind_p.h"
-#include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 #include "core/XmlText_p.h"
 
@@ -33,7 +33,7 @@ void writeAttributes(QXmlStreamWriter &writer, const QXmlStreamAttributes &attri
 void writeStart(QXmlStreamWriter &writer, VLMC_XMLNode &node)
 {
     writer.writeStartElement(vlm::xmlText(node.getName()));
-    writeAttributes(writer, node.getAttribute());
+    writeAttributes(writer, vlm::NodeView::attributes(node));
     if (node.getText().isEmpty()) {
         return;
     }
@@ -84,7 +84,7 @@ bool VLMC_XMLWriter::writeXMLNode(VLMC_XMLNode *node)
         }
         writeStart(*this, *next);
         open.append({next, 0});
-        while (open.last().nextChild == open.last().node->getXMLNodeChildren().size()) {
+        while (open.last().nextChild == vlm::NodeView::children(*open.last().node).size()) {
             writeEndElement();
             open.removeLast();
             if (open.isEmpty()) {
@@ -92,6 +92,6 @@ bool VLMC_XMLWriter::writeXMLNode(VLMC_XMLNode *node)
             }
         }
         OpenElement &parent = open.last();
-        next = parent.node->getXMLNodeChildren().at(parent.nextChild++);
+        next = vlm::NodeView::children(*parent.node).at(parent.nextChild++);
     }
 }

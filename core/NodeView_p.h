@@ -1,0 +1,37 @@
+#ifndef NODEVIEW_P_H
+#define NODEVIEW_P_H
+
+#include "core/VLMC_XMLNode.h"
+
+namespace vlm
+{
+// What the library reads of a node. The node's own accessors lend out references that callers may
+// keep and change through, and a node that has lent one cannot vouch for its children's numbers any
+// more; these do not lend.
+class NodeView
+{
+public:
+    static const QList<VLMC_XMLNode *> &children(const VLMC_XMLNode &node)
+    {
+        return node.m_children;
+    }
+
+    static const QXmlStreamAttributes &attributes(const VLMC_XMLNode &node)
+    {
+        return node.m_attributes;
+    }
+
+    // Leaves each of the first kMaxNumbered children with this one attribute, its position. Null
+    // children are passed over; their number is returned.
+    static int numberChildren(VLMC_XMLNode &node, const QString &attributeName)
+    {
+        return node.numberChildren(attributeName);
+    }
+
+    // Releases every child that is not null with deleteLater(). Null children stay; their number is
+    // returned.
+    static int releaseChildren(VLMC_XMLNode &node) { return node.releaseChildren(); }
+};
+} // namespace vlm
+
+#endif
