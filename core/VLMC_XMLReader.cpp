@@ -10,12 +10,35 @@ namespace
 {
 VLMC_XMLNode *emptyNode() { return new VLMC_XMLNode(nullptr, vlm::AtEnd); }
 
-VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent)
+// A document repeats a handful of element names; nodes share them.
+class NamesSeen
+{
+public:
+    template <typename Name>
+    QString shared(const Name &name)
+    {
+        for (const QString &seen : m_names) {
+            if (seen == name) {
+                return seen;
+            }
+        }
+        m_next = (m_next + 1) % kNames;
+        m_names[m_next] = name.toString();
+        return m_names[m_next];
+    }
+
+private:
+    static const int kNames = 8;
+    QString m_names[kNames];
+    int m_next = 0;
+};
+
+VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent, NamesSeen &names)
 {
     VLMC_XMLNode *const node = new VLMC_XMLNode(parent, vlm::AtEnd);
     QXmlStreamAttributes attributes = reader.attributes();
     node->setAttribute(attributes);
-    QString name = reader.name().toString();
+    QString name = names.shared(reader.name());
     node->setName(name);
     return node;
 }
@@ -54,7 +77,8 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
 
 VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
 {
-    VLMC_XMLNode *const element = nodeOfStartTag(*this, parent);
+    NamesSeen names;
+    VLMC_XMLNode *const element = nodeOfStartTag(*this, parent, names);
     VLMC_XMLNode *open = element;
     while (!atEnd()) {
         const TokenType token = readNext();
@@ -67,7 +91,7 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
         }
         readText(open);
         if (token == StartElement) {
-            open = nodeOfStartTag(*this, open);
+            open = nodeOfStartTag(*this, open, names);
         }
     }
     return element;
