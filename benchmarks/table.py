@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""Prints the ratios of one run of the benchmarks as a Markdown table.
+
+table.py TIMES.json MEMORY.json STRIPPED.so
+"""
+
+import json
+import math
+import os
+import sys
+
+FULL = 999
+QUARTER = 250
+
+# Operation, reference, at most how many times the reference.
+RATIOS = [
+    ("History_load", "StreamReader_history", 1.5),
+    ("Bookmarks_load", "StreamReader_bookmarks", 1.5),
+    ("History_save", "StreamWriter_history", 1.1),
+    ("History_visit", "Sqlite_visit", 0.5),
+    ("History_visit_systemLog", "Sqlite_visit", 1.5),
+    ("Bookmarks_list", "StreamReader_history", 1 / 8),
+    ("History_list", "StreamReader_history", 1 / 8),
+    ("Fonts_list", "StreamReader_history", 1 / 8),
+    ("Credentials_list", "StreamReader_history", 1 / 8),
+    ("Lookup_lastId", "PlainLookup_lastId", None),
+    ("Count_history", "PlainCount_history", None),
+    ("History_load", "DomDocument_load", None),
+    ("History_save", "DomDocument_save", None),
+]
+
+# Operations whose cost must not grow faster than the number of entries to this power.
+GROWTH = ["History_load", "Bookmarks_load", "History_save", "History_visit", "History_list",
+          "Bookmarks_list", "Fonts_list", "Credentials_list", "Credentials_setAll"]
+MOST_GROWTH = 1.15
+
+
+def medians(path):
+    """The median time in nanoseconds of each measurement, by name and size."""
+    with open(path, encoding="utf-8") as file:
+        runs = json.load(file)["benchmarks"]
+    unit = {"ns": 1, "us": 1e3, "ms": 1e6}
+    return {run["run_name"]: run["real_time"] * unit[run["time_unit"]]
+            for run in runs if run.get("aggregate_name") == "median"}
+
+
+def verdict(value, limit):
+    if limit is None:
+        return ""
+    return "yes" if value <= limit else "**no**"
+
+
+def row(*cells):
+    print("| " + " | ".join(cells) + " |")
+
+
+def main():
+    if len(sys.argv) != 4:
+        sys.exit("table.py: give the times, the memory figures and the stripped library")
+    times = medians(sys.argv[1])
+    with open(sys.argv[2], encoding="utf-8") as file:
+        memory = json.load(file)
+
+    row("at 999 entries", "median", "reference", "its median", "ratio", "at most", "met")
+    row(*["---"] * 7)
+    for name, reference, limit in RATIOS:
+        mine, other = times[f"{name}/{FULL}"], times[f"{reference}/{FULL}"]
+        row(name, f"{mine / 1e3:.2f} us", reference, f"{other / 1e3:.2f} us",
+            f"{mine / other:.3f}", "" if limit is None else f"{limit:g}",
+            verdict(mine / other, limit))
+    print()
+    row("growth from 250 to 999 entries", "exponent", "at most", "met")
+    row(*["---"] * 4)
+    for name in GROWTH:
+        ratio = times[f"{name}/{FULL}"] / times[f"{name}/{QUARTER}"]
+        exponent = math.log(ratio) / math.log(FULL / QUARTER)
+        row(name, f"{exponent:.2f}", f"{MOST_GROWTH}", verdict(exponent, MOST_GROWTH))
+    print()
+    row("size", "bytes", "ratio to the file", "at most", "met")
+    row(*["---"] * 5)
+    file_bytes = memory["fileBytes"]
+    for name, label in (("loadedBytes", "heap right after loading 999 visits"),
+                        ("settledBytes", "the same, deferred deletions done")):
+        ratio = memory[name] / file_bytes
+        row(label, str(memory[name]), f"{ratio:.2f}", "8", verdict(ratio, 8))
+    row("heap growth over 900 rounds of load, change, save", str(memory["growthBytes"]), "",
+        "0", verdict(memory["growthBytes"], 0))
+    stripped = os.path.getsize(sys.argv[3])
+    row("stripped library", str(stripped), "", "409600", verdict(stripped, 400 * 1024))
+
+
+if __name__ == "__main__":
+    main()
