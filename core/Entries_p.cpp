@@ -1,8 +1,8 @@
 #include "core/Entries_p.h"
 
 #include "core/Identifier_p.h"
+#include "core/NodeView_p.h"
 #include "core/QEXC_TextCodec.h"
-#include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLSetting.h"
 
 namespace
@@ -35,6 +35,25 @@ VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
     }
     QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
     return root->getXMLNodeChildByID(id, attributeName);
+}
+
+QVector<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
+{
+    QVector<VLMC_XMLNode *> entries(qMax(count, 0), nullptr);
+    VLMC_XMLNode *const root = store.getXMLRootNode();
+    if (!root) {
+        return entries;
+    }
+    const QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
+    const QList<VLMC_XMLNode *> &children = NodeView::children(*root);
+    for (VLMC_XMLNode *const child : children) {
+        int id = 0;
+        if (child && readIdentifier(NodeView::attributes(*child), attributeName, &id) && id >= 0
+            && id < count && !entries.at(id)) {
+            entries[id] = child;
+        }
+    }
+    return entries;
 }
 
 int vlm::countEntries(VLMC_XMLSetting &store, const char *name)

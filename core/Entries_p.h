@@ -4,6 +4,7 @@
 #include "core/TextKind_p.h"
 
 #include <QtCore/QString>
+#include <QtCore/QVector>
 #include <QtCore/QXmlStreamAttributes>
 
 class VLMC_XMLNode;
@@ -22,6 +23,9 @@ VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name);
 
 // The first entry that carries this id, or null.
 VLMC_XMLNode *entryById(VLMC_XMLSetting &store, int id);
+
+// The first entry that carries each id from 0 up to count, or null, in one pass.
+QVector<VLMC_XMLNode *> entriesById(VLMC_XMLSetting &store, int count);
 
 // The number of entries of this name that their ids lead to.
 int countEntries(VLMC_XMLSetting &store, const char *name);

@@ -28,6 +28,9 @@ public:
         return node.numberChildren(attributeName);
     }
 
+    // Takes all children out. Those that are not null belong to the caller, in document order.
+    static QList<VLMC_XMLNode *> takeChildren(VLMC_XMLNode &node) { return node.takeChildren(); }
+
     // Releases every child that is not null with deleteLater(). Null children stay; their number is
     // returned.
     static int releaseChildren(VLMC_XMLNode &node) { return node.releaseChildren(); }

@@ -47,6 +47,17 @@ QDateTime localTime(const QDate &date, const QTime &time)
     return local;
 #endif
 }
+
+// True when it is sure that the clock shows this time some day.
+bool isShown(const QDateTime &time)
+{
+#if QT_VERSION >= 0x050200
+    return time.timeSpec() == Qt::LocalTime;
+#else
+    Q_UNUSED(time);
+    return false;
+#endif
+}
 } // namespace
 
 QString vlm::textOfTime(const QDateTime &time, TimeText form)
@@ -66,4 +77,18 @@ QDateTime vlm::timeOfText(const QString &text, TimeText form)
         return QDateTime();
     }
     return localTime(date, time);
+}
+
+// The digits of the local time one after the other: clocks run forward, so these order as the times
+// do. A time in a gap counts as what the clock showed instead.
+qint64 vlm::clockOfText(const QString &text)
+{
+    const QDateTime time = timeOfText(text, ToMinute);
+    if (!time.isValid()) {
+        return kNoClock;
+    }
+    const QString shown = isShown(time) ? text : textOfTime(time.toUTC().toLocalTime(), ToMinute);
+    return numberAt(shown, 0, 4) * 100000000LL + numberAt(shown, 5, 2) * 1000000LL
+           + numberAt(shown, 8, 2) * 10000LL + numberAt(shown, 11, 2) * 100LL
+           + numberAt(shown, 14, 2);
 }

@@ -19,6 +19,12 @@ QString textOfTime(const QDateTime &time, TimeText form);
 // local time that a change to daylight saving skips is valid, keeps its text, and lies where the
 // clock before the change would have it.
 QDateTime timeOfText(const QString &text, TimeText form);
+// What a text stands for that timeOfText(text, ToMinute) refuses.
+const qint64 kNoClock = -1;
+
+// A number that orders as the times of such texts do, later times higher, and is equal for equal
+// times; kNoClock for a text that is none.
+qint64 clockOfText(const QString &text);
 } // namespace vlm
 
 #endif

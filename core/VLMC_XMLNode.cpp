@@ -4,6 +4,8 @@
 
 #include <QtCore/QVector>
 
+#include <algorithm>
+
 namespace
 {
 bool carriesIdentifier(const QXmlStreamAttributes &attributes, const QString &name, int id)
@@ -15,6 +17,9 @@ bool carriesIdentifier(const QXmlStreamAttributes &attributes, const QString &na
 
 VLMC_XMLNode::VLMC_XMLNode(VLMC_XMLNode *parent, char prepend)
     : m_textType(0),
+      m_attributesLent(false),
+      m_childrenLent(false),
+      m_numbered(false),
       m_parent(nullptr),
       m_name(QString::fromLatin1("")),
       m_text(QString::fromLatin1(""))
@@ -32,33 +37,32 @@ VLMC_XMLNode::~VLMC_XMLNode()
         m_parent->removeXMLNode(this);
     }
     QList<VLMC_XMLNode *> waiting = takeChildren();
+    std::reverse(waiting.begin(), waiting.end());
     while (!waiting.isEmpty()) {
         VLMC_XMLNode *const node = waiting.last();
         if (node->m_children.isEmpty()) {
             waiting.removeLast();
             delete node;
-        } else {
-            waiting += node->takeChildren();
+            continue;
         }
+        QList<VLMC_XMLNode *> children = node->takeChildren();
+        std::reverse(children.begin(), children.end());
+        waiting += children;
     }
 }
 
-// The children that are not null, last one first, cut loose from this node.
+// The children that are not null, cut loose from this node.
 QList<VLMC_XMLNode *> VLMC_XMLNode::takeChildren()
 {
-    QList<VLMC_XMLNode *> children;
-    children.swap(m_children);
     QList<VLMC_XMLNode *> taken;
-    taken.reserve(children.size());
-    for (int i = int(children.size()) - 1; i >= 0; --i) {
-        VLMC_XMLNode *const child = children.at(i);
-        if (!child) {
-            continue;
-        }
+    taken.swap(m_children);
+    m_numbered = false;
+    taken.removeAll(static_cast<VLMC_XMLNode *>(nullptr));
+    const QList<VLMC_XMLNode *> &children = taken;
+    for (VLMC_XMLNode *const child : children) {
         if (child->m_parent == this) {
             child->m_parent = nullptr;
         }
-        taken.append(child);
     }
     return taken;
 }

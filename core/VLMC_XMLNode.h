@@ -73,11 +73,11 @@ private:
     Q_DISABLE_COPY(VLMC_XMLNode)
     friend class vlm::NodeView;
 
-    QList<VLMC_XMLNode *> takeChildren();
-    int releaseChildren();
-    int numberChildren(const QString &attributeName);
-    bool numberChild(VLMC_XMLNode &child, const QXmlStreamAttributes &attributes);
-    void distrustNumber();
+    VLM_HIDDEN QList<VLMC_XMLNode *> takeChildren();
+    VLM_HIDDEN int releaseChildren();
+    VLM_HIDDEN int numberChildren(const QString &attributeName);
+    VLM_HIDDEN bool numberChild(VLMC_XMLNode &child, const QXmlStreamAttributes &attributes);
+    VLM_HIDDEN void distrustNumber();
 
     char m_textType;
     // A caller may have kept the reference to m_attributes, or to m_children, that it once got.

@@ -1,0 +1,305 @@
+#include "bookmarks/VLMC_HistorySetting.h"
+
+#include "core/Entries_p.h"
+#include "core/Identifier_p.h"
+#include "core/NodeView_p.h"
+#include "core/QEXC_TextCodec.h"
+#include "core/Refused_p.h"
+#include "core/TimeText_p.h"
+#include "core/Utf8_p.h"
+#include "core/VLMG_Debug.h"
+
+#include <algorithm>
+#include <typeinfo>
+
+using namespace vlm;
+
+namespace
+{
+const char kFileName[] = "visit.xml";
+const char kRoot[] = "history";
+const char kPageInfo[] = "pageInfo";
+const char kTitle[] = "title";
+const char kUrl[] = "url";
+const char kDateTime[] = "dateTime";
+
+QString textOf(VLMC_XMLNode *node) { return node ? node->getText() : QString(); }
+
+void setText(VLMC_XMLNode *node, const QString &text)
+{
+    if (node) {
+        QString copy = text;
+        node->setText(copy);
+    }
+}
+
+// True for an element of this name without attributes and children whose text, if any, is plain.
+bool isPlainField(VLMC_XMLNode *node, const char *name)
+{
+    return node->getName() == QEXC_TextCodec::fromSJIS(name) && node->getTextType() == PlainText
+           && NodeView::children(*node).isEmpty() && NodeView::attributes(*node).isEmpty();
+}
+
+// True for an entry that setHistory would build just so, its id apart.
+bool isPlainEntry(VLMC_XMLNode *entry, const QString &time)
+{
+    const QList<VLMC_XMLNode *> &fields = NodeView::children(*entry);
+    return entry->getName() == QEXC_TextCodec::fromSJIS(kPageInfo) && entry->getText().isEmpty()
+           && entry->getTextType() == PlainText && fields.size() == 3
+           && isPlainField(fields.at(0), kTitle) && isPlainField(fields.at(1), kUrl)
+           && isPlainField(fields.at(2), kDateTime) && fields.at(2)->getText() == time;
+}
+} // namespace
+
+// What a sort needs to know of an entry.
+struct VLMC_HistorySetting::Visit {
+    VLMC_XMLNode *entry;
+    QString title;
+    QString url;
+    // Empty for a time that cannot be read.
+    QString time;
+    qint64 clock;
+};
+
+bool VLMS_History::operator<(const VLMS_History &other) const { return other.dateTime < dateTime; }
+
+VLMC_HistorySetting *VLMC_HistorySetting::getInstance()
+{
+    static VLMC_HistorySetting instance;
+    return &instance;
+}
+
+VLMC_HistorySetting::VLMC_HistorySetting() : loadMax(0) {}
+
+void VLMC_HistorySetting::loadHistory(QString *dir, int max)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::loadHistory] start");
+    if (refused(isBlank(dir), "[VLMC_HistorySetting::loadHistory] Path is NULL or empty.")
+        || refused(max < 1, "[VLMC_HistorySetting::loadHistory] Error load_max:%d", max)) {
+        return;
+    }
+    loadMax = max;
+    loadEntries(*this, *dir, kFileName);
+    // Nobody has seen the entries yet, so they need not be built anew to be put in order; only a
+    // derived class could tell, by the virtual operations that building them calls.
+    if (typeid(*this) == typeid(VLMC_HistorySetting)) {
+        sortLoadedEntries();
+    } else {
+        sortHistory();
+    }
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::loadHistory] end");
+}
+
+void VLMC_HistorySetting::saveHistory(QString *dir, int max)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::saveHistory] start");
+    // The second message names another store; log readers know it so.
+    if (refused(isBlank(dir), "[VLMC_HistorySetting::saveHistory] Path is NULL or empty.")
+        || refused(max < 1, "[VLMC_HistorySetting::saveAuthInfo] Error save_max:%d", max)) {
+        return;
+    }
+    nameRoot(*this, kRoot);
+    saveFile(*this, *dir, kFileName);
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::saveHistory] end");
+}
+
+int VLMC_HistorySetting::getHistoryCnt() { return countEntries(*this, kPageInfo); }
+
+bool VLMC_HistorySetting::getHistory(int id, VLMS_History *out)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
+    VLMC_XMLNode *const entry = out ? entryById(*this, id) : nullptr;
+    if (!entry) {
+        return false;
+    }
+    if (VLMC_XMLNode *const title = childNamed(entry, kTitle)) {
+        out->title = title->getText();
+    }
+    if (VLMC_XMLNode *const url = childNamed(entry, kUrl)) {
+        out->url = url->getText();
+    }
+    if (VLMC_XMLNode *const dateTime = childNamed(entry, kDateTime)) {
+        out->dateTime = timeOfText(dateTime->getText(), ToMinute);
+    }
+    return true;
+}
+
+// As getHistory for one id after the other, its line in the log included, but without a search for
+// each and without reading what is not compared. An entry without a url is compared by the url of
+// the one before it.
+int VLMC_HistorySetting::getHistoryIndex(QString &url)
+{
+    const int count = getHistoryCnt();
+    const QVector<VLMC_XMLNode *> entries = entriesById(*this, count);
+    QString fieldName = QEXC_TextCodec::fromSJIS(kUrl);
+    QString compared;
+    for (int id = 0; id < count; ++id) {
+        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
+        VLMC_XMLNode *const entry = entries.at(id);
+        if (!entry) {
+            continue;
+        }
+        if (VLMC_XMLNode *const field = entry->getXMLNodeChildByName(fieldName)) {
+            compared = field->getText();
+        }
+        if (compared == url) {
+            return id;
+        }
+    }
+    return -1;
+}
+
+void VLMC_HistorySetting::setHistory(VLMS_History *entry)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
+    if (!entry) {
+        return;
+    }
+    const Visit visit = {nullptr, entry->title, entry->url, textOfTime(entry->dateTime, ToMinute),
+                         0};
+    VLMC_XMLNode *const added = addVisit(visit, AtFront);
+    if (added) {
+        numberEntries(*this);
+        releaseUnattached(added);
+    }
+}
+
+void VLMC_HistorySetting::updateHistory(VLMS_History *entry)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::updateHistory]");
+    if (getXMLNodeCnt() >= loadMax) {
+        deleteHistory(loadMax - 1);
+    }
+    setHistory(entry);
+}
+
+void VLMC_HistorySetting::changeHistory(int id, VLMS_History &entry)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::changeHistory]");
+    VLMC_XMLNode *const changed = entryById(*this, id);
+    setText(childNamed(changed, kTitle), entry.title);
+    setText(childNamed(changed, kUrl), entry.url);
+    setText(childNamed(changed, kDateTime), textOfTime(entry.dateTime, ToMinute));
+}
+
+void VLMC_HistorySetting::changeHistoryTitle(int id, QString &title)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::changeHistoryTitle]");
+    setText(childNamed(entryById(*this, id), kTitle), title);
+}
+
+void VLMC_HistorySetting::deleteHistory(int id)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::deleteHistory] si_nodeNum:%d", id);
+    removeEntry(*this, id);
+}
+
+// As setHistory for one visit after the other, the last one first, its line in the log included. A
+// numbering after each can only be seen by a class that overrides a virtual operation, or where the
+// root kept null children: each numbering reports those.
+void VLMC_HistorySetting::sortHistory()
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
+    if (!root) {
+        return;
+    }
+    const QList<Visit> visits = readVisits();
+    deleteAllSetting();
+    const bool isSeen = typeid(*this) != typeid(VLMC_HistorySetting) || getXMLNodeCnt() > 0;
+    for (int i = int(visits.size()) - 1; i >= 0; --i) {
+        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
+        if (addVisit(visits.at(i), AtFront) && isSeen) {
+            numberEntries(*this);
+        }
+    }
+    numberSortedEntries();
+}
+
+// The visits that ids lead to, in their order. The log has a line for each id, as from getHistory.
+QList<VLMC_HistorySetting::Visit> VLMC_HistorySetting::readVisits()
+{
+    const QVector<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
+    QString titleName = QEXC_TextCodec::fromSJIS(kTitle);
+    QString urlName = QEXC_TextCodec::fromSJIS(kUrl);
+    QString timeName = QEXC_TextCodec::fromSJIS(kDateTime);
+    QList<Visit> visits;
+    visits.reserve(int(entries.size()));
+    for (VLMC_XMLNode *const entry : entries) {
+        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
+        if (!entry) {
+            continue;
+        }
+        Visit visit = {entry, textOf(entry->getXMLNodeChildByName(titleName)),
+                       textOf(entry->getXMLNodeChildByName(urlName)),
+                       textOf(entry->getXMLNodeChildByName(timeName)), 0};
+        visit.clock = clockOfText(visit.time);
+        if (visit.clock == kNoClock) {
+            visit.time = QString();
+        }
+        visits.append(visit);
+    }
+    const auto newerFirst = [](const Visit &left, const Visit &right) {
+        return left.clock > right.clock;
+    };
+    if (!std::is_sorted(visits.constBegin(), visits.constEnd(), newerFirst)) {
+        std::stable_sort(visits.begin(), visits.end(), newerFirst);
+    }
+    return visits;
+}
+
+// What sortHistory makes of entries that were just read, and the same lines in the log, but every
+// entry that is as setHistory would build it stays in use.
+void VLMC_HistorySetting::sortLoadedEntries()
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
+    const QList<Visit> visits = readVisits();
+    const QList<VLMC_XMLNode *> loaded = NodeView::takeChildren(*root);
+    deleteAllSetting();
+    char place = AtEnd;
+    for (const Visit &visit : visits) {
+        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
+        if (isPlainEntry(visit.entry, visit.time)) {
+            root->addXMLNode(visit.entry, place);
+        } else {
+            addVisit(visit, place);
+        }
+    }
+    numberSortedEntries();
+    for (VLMC_XMLNode *const entry : loaded) {
+        if (!entry->getXMLNodeParent()) {
+            delete entry;
+        }
+    }
+}
+
+// As if the entries had been numbered after each insertion at the front: those that later ones
+// pushed out of the numbered range still carry its last number.
+void VLMC_HistorySetting::numberSortedEntries()
+{
+    const QList<VLMC_XMLNode *> &entries = NodeView::children(*root);
+    for (int i = kMaxNumbered; i < entries.size(); ++i) {
+        QXmlStreamAttributes last =
+            identifiers(QEXC_TextCodec::fromSJIS(kUsualIdentifier), kMaxNumbered)
+                .at(kMaxNumbered - 1);
+        entries.at(i)->setAttribute(last);
+    }
+    numberEntries(*this);
+}
+
+// An entry at the front or at the end of the list; null when there is no node to be had.
+VLMC_XMLNode *VLMC_HistorySetting::addVisit(const Visit &visit, char place)
+{
+    VLMC_XMLNode *const entry = addElement(*this, root, kPageInfo, QString(), PlainText, place);
+    if (!entry) {
+        return nullptr;
+    }
+    addElement(*this, entry, kTitle, visit.title, PlainText, AtEnd);
+    addElement(*this, entry, kUrl, visit.url, PlainText, AtEnd);
+    addElement(*this, entry, kDateTime, visit.time, PlainText, AtEnd);
+    return entry;
+}
+
+QString VLMC_HistorySetting::ClipString(const QString &text, int maxBytes)
+{
+    return clipped(text, maxBytes);
+}
