@@ -67,7 +67,7 @@ public:
 private:
     Q_DISABLE_COPY(VLMC_XMLNode)
 
-    QList<VLMC_XMLNode *> takeChildren();
+    VLM_HIDDEN QList<VLMC_XMLNode *> takeChildren();
 
     char m_textType;
     VLMC_XMLNode *m_parent;
