@@ -17,6 +17,7 @@ namespace vlm
 inline QString fromCString(const char *text)
 {
 #if QT_VERSION < 0x050000
+    // cppcheck-suppress fromAsciiCalled
     return QString::fromAscii(text);
 #else
     return QString::fromLatin1(text);
