@@ -2,6 +2,11 @@
 
 include(CMakePackageConfigHelpers)
 
+# The host's platform library lies beside the library wherever that is installed; the device has its
+# own where its loader finds it.
+if(NOT VELMORA_PLATFORM_LIBRARY)
+  set_target_properties(velmora-settings PROPERTIES INSTALL_RPATH "$ORIGIN")
+endif()
 install(TARGETS velmora-settings EXPORT VelmoraSettings
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
@@ -22,6 +27,8 @@ install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/VelmoraSettingsConfigVersion.cmake
   DESTINATION ${package_dir})
 
+file(RELATIVE_PATH velmora_prefix_from_pkgconfig
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/velmora-settings.pc.in
   ${CMAKE_CURRENT_BINARY_DIR}/velmora-settings.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velmora-settings.pc

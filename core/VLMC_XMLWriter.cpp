@@ -16,24 +16,29 @@ struct OpenElement {
     int nextChild;
 };
 
-void writeAttributes(QXmlStreamWriter &writer, const QXmlStreamAttributes &attributes)
+// An attribute that the stream writer may take as it stands goes the usual way; one that has to be
+// cleaned keeps its prefix or namespace as there.
+void writeAttribute(QXmlStreamWriter &writer, const QXmlStreamAttribute &attribute)
 {
-    for (const QXmlStreamAttribute &attribute : attributes) {
-        const QString value = attribute.value().toString();
-        const QString name = attribute.name().toString();
-        if (vlm::isXmlText(value) && vlm::isXmlText(name)) {
-            writer.writeAttribute(attribute);
-        } else {
-            writer.writeAttribute(attribute.namespaceUri().toString(), vlm::xmlText(name),
-                                  vlm::xmlText(value));
-        }
+    const QString name = attribute.qualifiedName().toString();
+    const QString value = attribute.value().toString();
+    if (vlm::isXmlText(value) && vlm::isXmlText(name)) {
+        writer.writeAttribute(attribute);
+    } else if (attribute.namespaceUri().isEmpty()) {
+        writer.writeAttribute(vlm::xmlText(name), vlm::xmlText(value));
+    } else {
+        writer.writeAttribute(attribute.namespaceUri().toString(),
+                              vlm::xmlText(attribute.name().toString()), vlm::xmlText(value));
     }
 }
 
 void writeStart(QXmlStreamWriter &writer, VLMC_XMLNode &node)
 {
     writer.writeStartElement(vlm::xmlText(node.getName()));
-    writeAttributes(writer, vlm::NodeView::attributes(node));
+    const QXmlStreamAttributes &attributes = vlm::NodeView::attributes(node);
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        writeAttribute(writer, attribute);
+    }
     if (node.getText().isEmpty()) {
         return;
     }

@@ -1,0 +1,213 @@
+// The engine's "cookie.ini", and the way from there to the XML file and back.
+
+#include "cookies/VLMC_CookieSetting.h"
+
+#include "core/Entries_p.h"
+#include "core/OwnerOnlyFiles_p.h"
+#include "core/QEXC_TextCodec.h"
+#include "core/QtCompat_p.h"
+#include "core/Refused_p.h"
+#include "core/TimeText_p.h"
+#include "core/VLMG_Debug.h"
+
+#include <QtCore/QDataStream>
+#include <QtCore/QFileInfo>
+#include <QtCore/QScopedPointer>
+#include <QtCore/QSettings>
+#include <QtCore/QVector>
+
+using namespace vlm;
+
+namespace
+{
+const char kRoot[] = "cookie";
+const char kTrue[] = "true";
+const char kIniFileName[] = "cookie.ini";
+const char kIniGroup[] = "Cookie";
+const char kIniKey[] = "cookies";
+
+// Entries of the XML file that a conversion looks at; those behind them stay untouched.
+const int kMaxEntries = 20;
+
+// The directory's file. Null, and no cookies, for a pipe or the like in its place, where QSettings
+// would wait for the other end.
+QSettings *openIni(const QString &directory)
+{
+    const QString path = directory + QEXC_TextCodec::fromSJIS(kIniFileName);
+    const QFileInfo file(path);
+    if (file.exists() && !file.isFile()) {
+        return nullptr;
+    }
+    return new QSettings(path, QSettings::IniFormat);
+}
+
+QByteArray readIni(QSettings *settings)
+{
+    if (!settings) {
+        return QByteArray();
+    }
+    settings->beginGroup(QEXC_TextCodec::fromSJIS(kIniGroup));
+    const QByteArray bytes = settings->value(QEXC_TextCodec::fromSJIS(kIniKey)).toByteArray();
+    settings->endGroup();
+    return bytes;
+}
+
+void writeIni(QSettings *settings, const QByteArray &bytes)
+{
+    if (!settings) {
+        return;
+    }
+    settings->clear();
+    settings->beginGroup(QEXC_TextCodec::fromSJIS(kIniGroup));
+    settings->setValue(QEXC_TextCodec::fromSJIS(kIniKey), bytes);
+    settings->endGroup();
+}
+
+// Reads as far as the data go: a count that promises more, also a negative one, ends with them. The
+// stream takes memory in steps as the bytes turn up, whatever a length claims.
+QList<QNetworkCookie> cookiesOf(const QByteArray &bytes)
+{
+    QList<QNetworkCookie> cookies;
+    QDataStream stream(bytes);
+    quint32 count = 0;
+    stream >> count;
+    for (quint32 i = 0; i < count && !stream.atEnd(); ++i) {
+        QByteArray rawForm;
+        stream >> rawForm;
+        cookies += QNetworkCookie::parseCookies(rawForm);
+    }
+    return cookies;
+}
+
+QByteArray bytesOf(const QList<QNetworkCookie> &cookies)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::ReadWrite);
+    stream << qint32(cookies.size());
+    for (const QNetworkCookie &cookie : cookies) {
+        stream << cookie.toRawForm(QNetworkCookie::Full);
+    }
+    return bytes;
+}
+
+QNetworkCookie cookieOf(const VLMS_CookieInfo &info)
+{
+    QNetworkCookie cookie;
+    cookie.setDomain(info.website);
+    cookie.setName(info.name.toUtf8());
+    cookie.setPath(info.path);
+    cookie.setSecure(info.secure == QEXC_TextCodec::fromSJIS(kTrue));
+    cookie.setExpirationDate(timeOfText(info.expires, ToSecond));
+    cookie.setValue(info.contents.toUtf8());
+    return cookie;
+}
+
+int consideredOf(const QList<VLMS_CookieInfo> &stored)
+{
+    return qMin(int(stored.size()), kMaxEntries);
+}
+
+// Marks the first entry not yet kept that equals the cookie. False when there is none.
+bool keepEqual(VLMC_CookieSetting &store, QNetworkCookie &cookie, QList<VLMS_CookieInfo> &stored,
+               QVector<bool> &kept)
+{
+    for (int i = 0; i < kept.size(); ++i) {
+        if (!kept.at(i) && store.isMuchCookieInfo(cookie, stored[i])) {
+            kept[i] = true;
+            return true;
+        }
+    }
+    return false;
+}
+
+// From the highest id down: each deletion renumbers. From the last cookie to the first: each one
+// goes to the front.
+void merge(VLMC_CookieSetting &store, QList<QNetworkCookie> &cookies)
+{
+    QList<VLMS_CookieInfo> stored = store.getAllCookieInfo();
+    QVector<bool> kept(consideredOf(stored), false);
+    QVector<bool> isNew(int(cookies.size()), true);
+    for (int i = 0; i < isNew.size(); ++i) {
+        isNew[i] = !keepEqual(store, cookies[i], stored, kept);
+    }
+    for (int id = int(kept.size()) - 1; id >= 0; --id) {
+        if (!kept.at(id)) {
+            store.deleteCookieInfo(id);
+        }
+    }
+    for (int i = int(isNew.size()) - 1; i >= 0; --i) {
+        if (isNew.at(i)) {
+            store.addCookieInfo(cookies[i]);
+        }
+    }
+}
+} // namespace
+
+QList<QNetworkCookie> VLMC_CookieSetting::loadCookieInfo(QString *dir, int max)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::loadCookieInfo] start");
+    if (refused(isBlank(dir), "[VLMC_CookieSetting::loadCookieInfo] Path is NULL or empty.")
+        || refused(max < 1, "[VLMC_CookieSetting::loadCookieInfo] Error load_max:%d", max)) {
+        return QList<QNetworkCookie>();
+    }
+    loadMax = max;
+    const QScopedPointer<QSettings> settings(openIni(*dir));
+    const QList<QNetworkCookie> cookies = cookiesOf(readIni(settings.data()));
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::loadCookieInfo] end");
+    return cookies;
+}
+
+void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *dir, int max)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::saveCookieInfo] start");
+    if (refused(isBlank(dir), "[VLMC_CookieSetting::saveCookieInfo] Path is NULL or empty.")
+        || refused(max < 1, "[VLMC_CookieSetting::saveCookieInfo] Error save_max:%d", max)) {
+        return;
+    }
+    // Their end writes the file.
+    const QScopedPointer<QSettings> settings(openIni(*dir));
+    writeIni(settings.data(), bytesOf(cookies));
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::saveCookieInfo] end");
+}
+
+// The engine's own file belongs to the one instance, the document to the object of the call.
+void VLMC_CookieSetting::convertCookieIniToXML(char *iniDir, char *xmlPath)
+{
+    if (!iniDir || !xmlPath) {
+        VLMG_DebugPrint(VLMG_LogError,
+                        "[VLMC_CookieSetting::convertCookieIniToXML] Invalid Parameter.");
+        return;
+    }
+    QString directory = fromCString(iniDir);
+    QString path = fromCString(xmlPath);
+    QList<QNetworkCookie> cookies = getInstance()->loadCookieInfo(&directory, kMaxEntries);
+    load(path);
+    merge(*this, cookies);
+    nameRoot(*this, kRoot);
+    numberEntries(*this);
+    {
+        const OwnerOnlyFiles ownerOnly;
+        save(path);
+    }
+    deleteAllSetting();
+}
+
+// The message names the other conversion; log readers know it so.
+void VLMC_CookieSetting::convertCookieXMLToIni(char *xmlPath, char *iniDir)
+{
+    if (!xmlPath || !iniDir) {
+        VLMG_DebugPrint(VLMG_LogError,
+                        "[VLMC_CookieSetting::convertCookieIniToXML] Invalid Parameter.");
+        return;
+    }
+    QString path = fromCString(xmlPath);
+    QString directory = fromCString(iniDir);
+    load(path);
+    const QList<VLMS_CookieInfo> stored = getAllCookieInfo();
+    QList<QNetworkCookie> cookies;
+    for (int i = 0; i < consideredOf(stored); ++i) {
+        cookies.append(cookieOf(stored.at(i)));
+    }
+    getInstance()->saveCookieInfo(cookies, &directory, kMaxEntries);
+    deleteAllSetting();
+}

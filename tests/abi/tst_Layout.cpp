@@ -1,0 +1,207 @@
+// The binary interface: what a program compiled against the headers relies on without naming it.
+
+#include "core/VLMC_XMLNode.h"
+#include "core/VLMC_XMLReader.h"
+#include "core/VLMC_XMLSetting.h"
+#include "core/VLMC_XMLWriter.h"
+#include "tests/support/Files.h"
+#include "tests/support/Nodes.h"
+
+#include <cstring>
+#include <dlfcn.h>
+#include <link.h>
+#include <type_traits>
+
+class tst_Layout : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { runDeferredDeletes(); }
+
+    void xmlSetting_slotsStandInOrder();
+    void xmlSetting_hasEightSlots();
+    void xmlSetting_rootFollowsTheTable();
+    void xmlSetting_destructorIsNotVirtual();
+    void xmlNode_fieldsStandInOrder();
+    void xmlNode_addsNoSlot();
+    void readerAndWriter_addNoFields();
+};
+
+namespace
+{
+// Tells which operation was called, and with what.
+class Recording : public VLMC_XMLSetting
+{
+public:
+    void load(QString &path) override { called = "load " + path.toUtf8(); }
+    void save(QString &path) override { called = "save " + path.toUtf8(); }
+    int getXMLRootNodeChildCntByName(QString &attributeName, QString &name) override
+    {
+        called = "getXMLRootNodeChildCntByName " + attributeName.toUtf8() + ' ' + name.toUtf8();
+        return 42;
+    }
+    void setIDforChildren(QString &attributeName) override
+    {
+        called = "setIDforChildren " + attributeName.toUtf8();
+    }
+    void deleteXMLNodeByID(int id, QString &attributeName) override
+    {
+        called = "deleteXMLNodeByID " + QByteArray::number(id) + ' ' + attributeName.toUtf8();
+    }
+    void deleteAllXMLNode() override { called = "deleteAllXMLNode"; }
+    void deleteAllSetting() override { called = "deleteAllSetting"; }
+    VLMC_XMLNode *addXMLChild(VLMC_XMLNode *parent, QString &name, QString &text, char &textType,
+                              QXmlStreamAttributes &attributes, char prepend) override
+    {
+        called = "addXMLChild " + name.toUtf8() + ' ' + text.toUtf8() + ' '
+                 + QByteArray::number(int(textType)) + ' '
+                 + QByteArray::number(int(attributes.size())) + ' '
+                 + QByteArray::number(int(prepend));
+        return parent;
+    }
+    virtual void firstOfItsOwn() { called = "firstOfItsOwn"; }
+
+    static size_t rootOffset(Recording &store)
+    {
+        return size_t(reinterpret_cast<char *>(&store.root)
+                      - reinterpret_cast<char *>(static_cast<VLMC_XMLSetting *>(&store)));
+    }
+
+    QByteArray called;
+};
+
+// The function in a slot of an object's table of virtual operations.
+template <typename Function>
+Function slot(void *object, int index)
+{
+    void **const table = *static_cast<void ***>(object);
+    Function function;
+    memcpy(&function, &table[index], sizeof function);
+    return function;
+}
+
+// The size of a class's table with its two entries before the first slot; 0 when not exported.
+size_t tableBytes(const char *symbol)
+{
+    void *const address = dlsym(RTLD_DEFAULT, symbol);
+    Dl_info info;
+    void *entry = nullptr;
+    if (!address || !dladdr1(address, &info, &entry, RTLD_DL_SYMENT) || !entry) {
+        return 0;
+    }
+    return size_t(static_cast<const ElfW(Sym) *>(entry)->st_size);
+}
+
+size_t offsetIn(const void *object, const void *field)
+{
+    return size_t(static_cast<const char *>(field) - static_cast<const char *>(object));
+}
+
+size_t alignedBehind(size_t end, size_t alignment)
+{
+    return (end + alignment - 1) / alignment * alignment;
+}
+} // namespace
+
+void tst_Layout::xmlSetting_slotsStandInOrder()
+{
+    typedef void (*WithText)(void *, QString &);
+    typedef int (*WithTwoTexts)(void *, QString &, QString &);
+    typedef void (*WithIdAndText)(void *, int, QString &);
+    typedef void (*Plain)(void *);
+    typedef VLMC_XMLNode *(*Adding)(void *, VLMC_XMLNode *, QString &, QString &, char &,
+                                    QXmlStreamAttributes &, char);
+    Recording store;
+    QString first = utf8("first");
+    QString second = utf8("second");
+    char textType = 3;
+    QXmlStreamAttributes attributes;
+    attributes.append(utf8("a"), utf8("1"));
+    const QScopedPointer<VLMC_XMLNode> parent(newNode(nullptr, "p"));
+
+    slot<WithText>(&store, 0)(&store, first);
+    QCOMPARE(store.called, QByteArray("load first"));
+    slot<WithText>(&store, 1)(&store, first);
+    QCOMPARE(store.called, QByteArray("save first"));
+    QCOMPARE(slot<WithTwoTexts>(&store, 2)(&store, first, second), 42);
+    QCOMPARE(store.called, QByteArray("getXMLRootNodeChildCntByName first second"));
+    slot<WithText>(&store, 3)(&store, first);
+    QCOMPARE(store.called, QByteArray("setIDforChildren first"));
+    slot<WithIdAndText>(&store, 4)(&store, 17, first);
+    QCOMPARE(store.called, QByteArray("deleteXMLNodeByID 17 first"));
+    slot<Plain>(&store, 5)(&store);
+    QCOMPARE(store.called, QByteArray("deleteAllXMLNode"));
+    slot<Plain>(&store, 6)(&store);
+    QCOMPARE(store.called, QByteArray("deleteAllSetting"));
+    QCOMPARE(slot<Adding>(&store, 7)(&store, parent.data(), first, second, textType, attributes, 5),
+             parent.data());
+    QCOMPARE(store.called, QByteArray("addXMLChild first second 3 1 5"));
+}
+
+// A derived class's first own operation stands right behind them.
+void tst_Layout::xmlSetting_hasEightSlots()
+{
+    typedef void (*Plain)(void *);
+    Recording store;
+    slot<Plain>(&store, 8)(&store);
+    QCOMPARE(store.called, QByteArray("firstOfItsOwn"));
+    QCOMPARE(tableBytes("_ZTV15VLMC_XMLSetting"), (2 + 8) * sizeof(void *));
+}
+
+void tst_Layout::xmlSetting_rootFollowsTheTable()
+{
+    Recording store;
+    QCOMPARE(Recording::rootOffset(store), sizeof(void *));
+    QCOMPARE(sizeof(VLMC_XMLSetting), 2 * sizeof(void *));
+    QVERIFY(!*reinterpret_cast<VLMC_XMLNode **>(reinterpret_cast<char *>(&store) + sizeof(void *)));
+}
+
+void tst_Layout::xmlSetting_destructorIsNotVirtual()
+{
+    QVERIFY(std::is_polymorphic<VLMC_XMLSetting>::value);
+    QVERIFY(!std::has_virtual_destructor<VLMC_XMLSetting>::value);
+}
+
+void tst_Layout::xmlNode_fieldsStandInOrder()
+{
+    const QScopedPointer<VLMC_XMLNode> parent(newNode(nullptr, "p"));
+    VLMC_XMLNode *const node = newNode(parent.data(), "n");
+    node->setTextType(42);
+    const char *const bytes = reinterpret_cast<const char *>(node);
+
+    const size_t textType = sizeof(QObject);
+    QCOMPARE(int(bytes[textType]), 42);
+
+    const size_t parentField = alignedBehind(textType + 1, alignof(VLMC_XMLNode *));
+    VLMC_XMLNode *stored = nullptr;
+    memcpy(&stored, bytes + parentField, sizeof stored);
+    QCOMPARE(stored, parent.data());
+
+    const size_t children = parentField + sizeof stored;
+    QCOMPARE(offsetIn(node, &node->getXMLNodeChildren()), children);
+    const size_t attributes = children + sizeof(QList<VLMC_XMLNode *>);
+    QCOMPARE(offsetIn(node, &node->getAttribute()), attributes);
+    const size_t name = attributes + sizeof(QXmlStreamAttributes);
+    QCOMPARE(offsetIn(node, &node->getName()), name);
+    QCOMPARE(offsetIn(node, &node->getText()), name + sizeof(QString));
+    QCOMPARE(sizeof(VLMC_XMLNode), name + 2 * sizeof(QString));
+}
+
+void tst_Layout::xmlNode_addsNoSlot()
+{
+    QVERIFY(std::has_virtual_destructor<VLMC_XMLNode>::value);
+    QVERIFY(tableBytes("_ZTV12VLMC_XMLNode") != 0);
+    QCOMPARE(tableBytes("_ZTV12VLMC_XMLNode"), tableBytes("_ZTV7QObject"));
+}
+
+void tst_Layout::readerAndWriter_addNoFields()
+{
+    QCOMPARE(sizeof(VLMC_XMLReader), sizeof(QXmlStreamReader));
+    QCOMPARE(sizeof(VLMC_XMLWriter), sizeof(QXmlStreamWriter));
+    QVERIFY(!std::is_polymorphic<VLMC_XMLReader>::value);
+    QVERIFY(!std::is_polymorphic<VLMC_XMLWriter>::value);
+}
+
+QTEST_GUILESS_MAIN(tst_Layout)
+#include "tst_Layout.moc"

@@ -1,0 +1,52 @@
+# Programs that use an installation as their authors would, built and run from a temporary prefix.
+
+set(velmora_prefix ${CMAKE_CURRENT_BINARY_DIR}/prefix)
+add_test(NAME installation
+  COMMAND sh -c "rm -rf '${velmora_prefix}' && '${CMAKE_COMMAND}' --install '${PROJECT_BINARY_DIR}' --prefix '${velmora_prefix}'")
+set_tests_properties(installation PROPERTIES FIXTURES_SETUP installation)
+
+find_program(PKG_CONFIG pkg-config)
+get_target_property(qmake Qt${VELMORA_QT_MAJOR}::qmake IMPORTED_LOCATION)
+if(VELMORA_QT_MAJOR EQUAL 6)
+  set(standard c++17)
+else()
+  set(standard c++11)
+endif()
+
+function(consumer_test kind)
+  add_test(NAME consumer-${kind}
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumers/build-and-run.sh ${kind} ${velmora_prefix}
+      ${CMAKE_INSTALL_LIBDIR} ${CMAKE_CURRENT_BINARY_DIR}/consumer-${kind})
+  set_tests_properties(consumer-${kind} PROPERTIES
+    FIXTURES_REQUIRED installation
+    TIMEOUT 300
+    ENVIRONMENT "CMAKE=${CMAKE_COMMAND};CXX=${CMAKE_CXX_COMPILER};CXXFLAGS=${CMAKE_CXX_FLAGS};QMAKE=${qmake};STANDARD=${standard};LC_ALL=C.UTF-8")
+endfunction()
+
+consumer_test(cmake)
+if(PKG_CONFIG)
+  consumer_test(pkg-config)
+else()
+  message(STATUS "pkg-config not found: its consumers go untested")
+endif()
+if(PKG_CONFIG AND qmake)
+  consumer_test(qmake)
+else()
+  message(STATUS "qmake or pkg-config not found: consumers with qmake go untested")
+endif()
+
+# The project's own configuration, as a port uses it.
+add_test(NAME qt-major-refused
+  COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumers/check-qt-major.sh ${CMAKE_COMMAND}
+    ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR}/qt-major)
+
+# A second build of the whole library, so once is enough.
+if(VELMORA_QT_MAJOR EQUAL 5 AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize" AND PKG_CONFIG)
+  add_library(device-platform SHARED consumers/platform.cpp)
+  target_include_directories(device-platform PRIVATE ${PROJECT_SOURCE_DIR})
+  add_test(NAME platform-library
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumers/check-platform-library.sh ${CMAKE_COMMAND}
+      ${CMAKE_CXX_COMPILER} ${PROJECT_SOURCE_DIR} $<TARGET_FILE:device-platform>
+      ${CMAKE_CURRENT_BINARY_DIR}/platform-library)
+  set_tests_properties(platform-library PROPERTIES TIMEOUT 900)
+endif()

@@ -1,0 +1,663 @@
+#include "cookies/VLMC_CookieSetting.h"
+
+#include "tests/cookies/WatchedCookies.h"
+#include "tests/support/Files.h"
+#include "tests/support/LogRecorder.h"
+
+#include <QtCore/QElapsedTimer>
+
+class tst_VLMC_CookieSetting : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { takeLog(); }
+    void cleanup() { runDeferredDeletes(); }
+
+    void getInstance_givesOneStore();
+    void constructor_startsWithoutMaximum();
+    void addCookieInfo_writesAllTexts();
+    void addCookieInfo_writesSessionCookieWithoutExpiry();
+    void addCookieInfo_logsOneLineWithoutTheCookie();
+    void addCookieInfo_addsElementsInOrder();
+    void addCookieInfo_stopsWhenThereIsNoEntry();
+    void addCookieInfo_keepsNothingWithoutDocument();
+    void addCookieInfo_putsEntryInFront();
+    void addCookieInfo_keepsEqualCookies();
+    void addCookieInfo_givesNoId();
+    void addCookieInfo_hasNoLimit();
+    void addCookieInfo_decodesUtf8_data();
+    void addCookieInfo_decodesUtf8();
+    void addCookieInfo_takesTheCookiesOwnClock();
+    void getAllCookieInfo_isEmptyBeforeLoad();
+    void getAllCookieInfo_readsAllTexts();
+    void getAllCookieInfo_acceptsOtherOrder();
+    void getAllCookieInfo_leavesMissingTextsEmpty();
+    void getAllCookieInfo_takesFirstOfEqualElements();
+    void getAllCookieInfo_goesById_data();
+    void getAllCookieInfo_goesById();
+    void getAllCookieInfo_takesAnyElement();
+    void getAllCookieInfo_passesOverNullEntries();
+    void getAllCookieInfo_givesExpiredCookies();
+    void getAllCookieInfo_takesLinearTime();
+    void isMuchCookieInfo_comparesFiveTexts_data();
+    void isMuchCookieInfo_comparesFiveTexts();
+    void isMuchCookieInfo_ignoresExpiry();
+    void isMuchCookieInfo_missesNonAsciiEntry();
+    void isMuchCookieInfo_endsAtZeroByte();
+    void isMuchCookieInfo_logsNothing();
+    void deleteCookieInfo_renumbers_data();
+    void deleteCookieInfo_renumbers();
+    void deleteCookieInfo_deletesThenNumbers();
+    void deleteCookieInfo_deletesFirstOfEqualIds();
+    void deleteCookieInfo_onlyLogsWithoutDocument();
+};
+
+namespace
+{
+QNetworkCookie cookieNamed(const char *name)
+{
+    QNetworkCookie cookie(name, "v");
+    cookie.setDomain(utf8(".example.com"));
+    cookie.setPath(utf8("/"));
+    return cookie;
+}
+
+QNetworkCookie fullCookie()
+{
+    QNetworkCookie cookie("sid", "value");
+    cookie.setDomain(utf8(".example.com"));
+    cookie.setPath(utf8("/shop"));
+    cookie.setSecure(true);
+    cookie.setExpirationDate(QDateTime(QDate(2031, 2, 3), QTime(4, 5, 6), Qt::UTC));
+    return cookie;
+}
+
+VLMS_CookieInfo fullInfo()
+{
+    VLMS_CookieInfo info;
+    info.website = utf8(".example.com");
+    info.name = utf8("sid");
+    info.path = utf8("/shop");
+    info.secure = utf8("true");
+    info.expires = utf8("2031/02/03 04:05:06");
+    info.contents = utf8("value");
+    return info;
+}
+
+void add(VLMC_CookieSetting &store, const char *name)
+{
+    QNetworkCookie cookie = cookieNamed(name);
+    store.addCookieInfo(cookie);
+}
+
+void number(VLMC_CookieSetting &store)
+{
+    QString id = utf8("id");
+    store.setIDforChildren(id);
+}
+
+QByteArray saved(VLMC_CookieSetting &store)
+{
+    const TestDirectory directory;
+    QString path = directory.file("cookies.xml");
+    store.save(path);
+    return readFile(path);
+}
+
+void loadText(VLMC_CookieSetting &store, const QByteArray &document)
+{
+    const TestDirectory directory;
+    QString path = directory.file("cookies.xml");
+    writeFile(path, document);
+    store.load(path);
+    takeLog();
+}
+
+QByteArray names(VLMC_CookieSetting &store)
+{
+    QByteArray text;
+    const QList<VLMS_CookieInfo> infos = store.getAllCookieInfo();
+    for (const VLMS_CookieInfo &info : infos) {
+        text += info.name.toUtf8() + ' ';
+    }
+    return text;
+}
+
+// "<id>=<name> " for each entry, in document order.
+QByteArray entries(VLMC_CookieSetting &store)
+{
+    QByteArray text;
+    QString name = utf8("name");
+    const QList<VLMC_XMLNode *> children = store.getXMLRootNode()->getXMLNodeChildren();
+    for (VLMC_XMLNode *const child : children) {
+        text += child->getAttribute().value(utf8("id")).toString().toUtf8() + '='
+                + child->getXMLNodeChildByName(name)->getText().toUtf8() + ' ';
+    }
+    return text;
+}
+} // namespace
+
+void tst_VLMC_CookieSetting::getInstance_givesOneStore()
+{
+    VLMC_CookieSetting *const first = VLMC_CookieSetting::getInstance();
+    QVERIFY(first);
+    QCOMPARE(VLMC_CookieSetting::getInstance(), first);
+    QVERIFY(!first->getXMLRootNode());
+}
+
+void tst_VLMC_CookieSetting::constructor_startsWithoutMaximum()
+{
+    const WatchedCookies cookies;
+    QCOMPARE(cookies.max(), 0);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_writesAllTexts()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    QString rootName = utf8("cookie");
+    cookies.getXMLRootNode()->setName(rootName);
+    QNetworkCookie cookie = fullCookie();
+    cookie.setPath(utf8("/a&b<c>"));
+    cookie.setValue("x&<y>\"z\"");
+
+    cookies.addCookieInfo(cookie);
+
+    number(cookies);
+    COMPARE_BYTES(saved(cookies), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                  "<cookie>\n"
+                                  "    <webSiteInfo id=\"000\">\n"
+                                  "        <website>.example.com</website>\n"
+                                  "        <name>sid</name>\n"
+                                  "        <path>/a&amp;b&lt;c&gt;</path>\n"
+                                  "        <secure>true</secure>\n"
+                                  "        <expires>2031/02/03 04:05:06</expires>\n"
+                                  "        <contents><![CDATA[x&<y>\"z\"]]></contents>\n"
+                                  "    </webSiteInfo>\n"
+                                  "</cookie>\n");
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_writesSessionCookieWithoutExpiry()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    QString rootName = utf8("cookie");
+    cookies.getXMLRootNode()->setName(rootName);
+
+    add(cookies, "a");
+
+    COMPARE_BYTES(saved(cookies), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                  "<cookie>\n"
+                                  "    <webSiteInfo>\n"
+                                  "        <website>.example.com</website>\n"
+                                  "        <name>a</name>\n"
+                                  "        <path>/</path>\n"
+                                  "        <secure>false</secure>\n"
+                                  "        <expires/>\n"
+                                  "        <contents><![CDATA[v]]></contents>\n"
+                                  "    </webSiteInfo>\n"
+                                  "</cookie>\n");
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_logsOneLineWithoutTheCookie()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    QNetworkCookie cookie = fullCookie();
+
+    cookies.addCookieInfo(cookie);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::addCookieInfo]\n");
+    QCOMPARE(cookie, fullCookie());
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_addsElementsInOrder()
+{
+    WatchedCookies cookies;
+    QString rootName = utf8("cookie");
+    cookies.createXMLRootNode()->setName(rootName);
+    QNetworkCookie cookie = fullCookie();
+
+    cookies.addCookieInfo(cookie);
+
+    COMPARE_BYTES(cookies.takeCalls(),
+                  "addXMLChild cookie webSiteInfo '' 0 0 1\n"
+                  "addXMLChild webSiteInfo website '.example.com' 0 0 0\n"
+                  "addXMLChild webSiteInfo name 'sid' 0 0 0\n"
+                  "addXMLChild webSiteInfo path '/shop' 0 0 0\n"
+                  "addXMLChild webSiteInfo secure 'true' 0 0 0\n"
+                  "addXMLChild webSiteInfo expires '2031/02/03 04:05:06' 0 0 0\n"
+                  "addXMLChild webSiteInfo contents 'value' 1 0 0\n");
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_stopsWhenThereIsNoEntry()
+{
+    WatchedCookies cookies;
+    cookies.createXMLRootNode();
+    cookies.refusesNodes = true;
+
+    add(cookies, "a");
+
+    COMPARE_BYTES(cookies.takeCalls(), "addXMLChild  webSiteInfo '' 0 0 1\n");
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::addCookieInfo]\n");
+    QCOMPARE(cookies.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_keepsNothingWithoutDocument()
+{
+    WatchedCookies cookies;
+
+    add(cookies, "a");
+
+    QVERIFY(!cookies.getXMLRootNode());
+    QCOMPARE(cookies.takeCalls().count("addXMLChild "), 7);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::addCookieInfo]\n");
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_putsEntryInFront()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    add(cookies, "a");
+    add(cookies, "b");
+    add(cookies, "c");
+    number(cookies);
+    QCOMPARE(entries(cookies), QByteArray("000=c 001=b 002=a "));
+    QCOMPARE(names(cookies), QByteArray("c b a "));
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_keepsEqualCookies()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    add(cookies, "a");
+    add(cookies, "a");
+    number(cookies);
+    QCOMPARE(entries(cookies), QByteArray("000=a 001=a "));
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_givesNoId()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    add(cookies, "a");
+    add(cookies, "b");
+    number(cookies);
+
+    add(cookies, "c");
+
+    QCOMPARE(entries(cookies), QByteArray("=c 000=b 001=a "));
+    QCOMPARE(names(cookies), QByteArray("b a "));
+    number(cookies);
+    QCOMPARE(names(cookies), QByteArray("c b a "));
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_hasNoLimit()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    for (int i = 0; i < 1200; ++i) {
+        add(cookies, "a");
+    }
+    QCOMPARE(cookies.getXMLNodeCnt(), 1200);
+    number(cookies);
+    // The numbering ends there.
+    QCOMPARE(int(cookies.getAllCookieInfo().size()), 999);
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_decodesUtf8_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("ASCII") << QByteArray("abc") << utf8("abc");
+    QTest::newRow("empty") << QByteArray("") << QString();
+    QTest::newRow("null") << QByteArray() << QString();
+    QTest::newRow("two bytes") << QByteArray("b\xc3\xbc") << utf8("b\xc3\xbc");
+    QTest::newRow("three bytes") << QByteArray("\xe3\x81\x82") << QString(QChar(0x3042));
+    QTest::newRow("four bytes") << QByteArray("\xf0\x9f\x8d\xaa") << utf8("\xf0\x9f\x8d\xaa");
+    QTest::newRow("not UTF-8") << QByteArray("a\xff"
+                                             "b")
+                               << utf8("a\xef\xbf\xbd"
+                                       "b");
+    QTest::newRow("zero byte") << QByteArray("ab\0cd", 5) << utf8("ab");
+}
+
+void tst_VLMC_CookieSetting::addCookieInfo_decodesUtf8()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, text);
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    QNetworkCookie cookie(bytes, bytes);
+
+    cookies.addCookieInfo(cookie);
+
+    number(cookies);
+    const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
+    QCOMPARE(int(infos.size()), 1);
+    QCOMPARE(infos.first().name, text);
+    QCOMPARE(infos.first().contents, text);
+}
+
+// The text has no zone: the same instant reads differently from cookies that give it in another.
+void tst_VLMC_CookieSetting::addCookieInfo_takesTheCookiesOwnClock()
+{
+    const QDateTime instant(QDate(2031, 2, 3), QTime(4, 5, 6), Qt::UTC);
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    QNetworkCookie cookie = fullCookie();
+    cookie.setExpirationDate(instant);
+    cookies.addCookieInfo(cookie);
+    cookie.setExpirationDate(instant.toOffsetFromUtc(9 * 3600));
+    cookies.addCookieInfo(cookie);
+    number(cookies);
+    const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
+    QCOMPARE(infos.at(0).expires, utf8("2031/02/03 13:05:06"));
+    QCOMPARE(infos.at(1).expires, utf8("2031/02/03 04:05:06"));
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_isEmptyBeforeLoad()
+{
+    VLMC_CookieSetting cookies;
+    QVERIFY(cookies.getAllCookieInfo().isEmpty());
+    QVERIFY(!cookies.getXMLRootNode());
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_readsAllTexts()
+{
+    WatchedCookies cookies;
+    cookies.createXMLRootNode();
+    QNetworkCookie cookie = fullCookie();
+    cookies.addCookieInfo(cookie);
+    number(cookies);
+    cookies.takeCalls();
+    takeLog();
+
+    const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
+
+    QCOMPARE(int(infos.size()), 1);
+    QCOMPARE(infos.first().website, utf8(".example.com"));
+    QCOMPARE(infos.first().name, utf8("sid"));
+    QCOMPARE(infos.first().path, utf8("/shop"));
+    QCOMPARE(infos.first().secure, utf8("true"));
+    QCOMPARE(infos.first().expires, utf8("2031/02/03 04:05:06"));
+    QCOMPARE(infos.first().contents, utf8("value"));
+    QCOMPARE(loggedText(), QByteArray());
+    QCOMPARE(cookies.takeCalls(), QByteArray());
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_acceptsOtherOrder()
+{
+    VLMC_CookieSetting cookies;
+    loadText(cookies, "<c><webSiteInfo id=\"0\"><contents>v</contents><other>o</other>"
+                      "<secure>S</secure><path>p</path><name>n</name><expires>e</expires>"
+                      "<website>w</website></webSiteInfo></c>");
+    const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
+    QCOMPARE(int(infos.size()), 1);
+    QCOMPARE(infos.first().website, utf8("w"));
+    QCOMPARE(infos.first().name, utf8("n"));
+    QCOMPARE(infos.first().path, utf8("p"));
+    QCOMPARE(infos.first().secure, utf8("S"));
+    QCOMPARE(infos.first().expires, utf8("e"));
+    QCOMPARE(infos.first().contents, utf8("v"));
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_leavesMissingTextsEmpty()
+{
+    VLMC_CookieSetting cookies;
+    loadText(cookies, "<c><webSiteInfo id=\"0\"/></c>");
+    const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
+    QCOMPARE(int(infos.size()), 1);
+    QCOMPARE(infos.first().website, QString());
+    QCOMPARE(infos.first().name, QString());
+    QCOMPARE(infos.first().path, QString());
+    QCOMPARE(infos.first().secure, QString());
+    QCOMPARE(infos.first().expires, QString());
+    QCOMPARE(infos.first().contents, QString());
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_takesFirstOfEqualElements()
+{
+    VLMC_CookieSetting cookies;
+    loadText(cookies, "<c><webSiteInfo id=\"0\"><name>first</name><name>second</name>"
+                      "</webSiteInfo></c>");
+    QCOMPARE(names(cookies), QByteArray("first "));
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_goesById_data()
+{
+    QTest::addColumn<QList<QByteArray>>("ids");
+    QTest::addColumn<QByteArray>("found");
+    const auto ids = [](const char *text) { return QByteArray(text).split(' '); };
+    QTest::newRow("in order") << ids("000 001 002") << QByteArray("n0 n1 n2 ");
+    QTest::newRow("backwards") << ids("002 001 000") << QByteArray("n2 n1 n0 ");
+    QTest::newRow("gap") << ids("000 002") << QByteArray("n0 ");
+    QTest::newRow("gap before the number of entries") << ids("000 002 003") << QByteArray("n0 n1 ");
+    QTest::newRow("twice") << ids("001 001 000") << QByteArray("n2 n0 ");
+    QTest::newRow("last id") << ids("2 x x") << QByteArray("n0 ");
+    QTest::newRow("behind the last id") << ids("3 x x") << QByteArray();
+    QTest::newRow("negative") << ids("-1 -0") << QByteArray("n1 ");
+    QTest::newRow("no numbers") << ids("x 0x1 1.0") << QByteArray();
+    QTest::newRow("no id") << (QList<QByteArray>() << ""
+                                                   << "")
+                           << QByteArray();
+    QTest::newRow("too large") << ids("4294967296 99999999999") << QByteArray();
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_goesById()
+{
+    QFETCH(QList<QByteArray>, ids);
+    QFETCH(QByteArray, found);
+    QByteArray document = "<c>";
+    for (int i = 0; i < ids.size(); ++i) {
+        document += "<webSiteInfo id=\"" + ids.at(i) + "\"><name>n" + QByteArray::number(i)
+                    + "</name></webSiteInfo>";
+    }
+    VLMC_CookieSetting cookies;
+    loadText(cookies, document + "</c>");
+    QCOMPARE(names(cookies), found);
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_takesAnyElement()
+{
+    VLMC_CookieSetting cookies;
+    loadText(cookies, "<c><other id=\"0\"><name>a</name></other></c>");
+    QCOMPARE(names(cookies), QByteArray("a "));
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_passesOverNullEntries()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    add(cookies, "a");
+    number(cookies);
+    cookies.getXMLRootNode()->getXMLNodeChildren().prepend(nullptr);
+    QCOMPARE(names(cookies), QByteArray("a "));
+}
+
+void tst_VLMC_CookieSetting::getAllCookieInfo_givesExpiredCookies()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    QNetworkCookie cookie = cookieNamed("old");
+    cookie.setExpirationDate(QDateTime(QDate(1999, 1, 1), QTime(0, 0, 0), Qt::UTC));
+    cookies.addCookieInfo(cookie);
+    number(cookies);
+    QCOMPARE(names(cookies), QByteArray("old "));
+}
+
+// A search per id would need 200 million steps here.
+void tst_VLMC_CookieSetting::getAllCookieInfo_takesLinearTime()
+{
+    const int count = 20000;
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    for (int i = 0; i < count; ++i) {
+        VLMC_XMLNode *const entry = new VLMC_XMLNode(cookies.getXMLRootNode(), 0);
+        QXmlStreamAttributes attributes;
+        attributes.append(utf8("id"), QString::number(i));
+        entry->setAttribute(attributes);
+    }
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(int(cookies.getAllCookieInfo().size()), count);
+    QVERIFY2(timer.elapsed() < 3000, QByteArray::number(timer.elapsed()).constData());
+}
+
+void tst_VLMC_CookieSetting::isMuchCookieInfo_comparesFiveTexts_data()
+{
+    QTest::addColumn<int>("field");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("equal");
+    QTest::newRow("all equal") << 1 << utf8("sid") << true;
+    QTest::newRow("other domain") << 0 << utf8("example.com") << false;
+    QTest::newRow("domain in capitals") << 0 << utf8(".EXAMPLE.com") << false;
+    QTest::newRow("no domain") << 0 << QString() << false;
+    QTest::newRow("other name") << 1 << utf8("sid2") << false;
+    QTest::newRow("name in capitals") << 1 << utf8("SID") << false;
+    QTest::newRow("other path") << 2 << utf8("/") << false;
+    QTest::newRow("path in capitals") << 2 << utf8("/Shop") << false;
+    QTest::newRow("not secure") << 3 << utf8("false") << false;
+    QTest::newRow("secure in capitals") << 3 << utf8("TRUE") << false;
+    QTest::newRow("secure without text") << 3 << QString() << false;
+    QTest::newRow("other expiry") << 4 << utf8("1999/01/01 00:00:00") << true;
+    QTest::newRow("no expiry") << 4 << QString() << true;
+    QTest::newRow("other value") << 5 << utf8("value2") << false;
+    QTest::newRow("value in capitals") << 5 << utf8("Value") << false;
+    QTest::newRow("no value") << 5 << QString() << false;
+}
+
+void tst_VLMC_CookieSetting::isMuchCookieInfo_comparesFiveTexts()
+{
+    QFETCH(int, field);
+    QFETCH(QString, text);
+    QFETCH(bool, equal);
+    VLMC_CookieSetting cookies;
+    QNetworkCookie cookie = fullCookie();
+    VLMS_CookieInfo info = fullInfo();
+    QString *const texts[] = {&info.website, &info.name,    &info.path,
+                              &info.secure,  &info.expires, &info.contents};
+    *texts[field] = text;
+    QCOMPARE(cookies.isMuchCookieInfo(cookie, info), equal);
+}
+
+void tst_VLMC_CookieSetting::isMuchCookieInfo_ignoresExpiry()
+{
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    QNetworkCookie cookie = fullCookie();
+    cookie.setSecure(false);
+    cookies.addCookieInfo(cookie);
+    number(cookies);
+    VLMS_CookieInfo info = cookies.getAllCookieInfo().first();
+
+    cookie.setExpirationDate(QDateTime());
+    QVERIFY(cookies.isMuchCookieInfo(cookie, info));
+    cookie.setValue("other");
+    QVERIFY(!cookies.isMuchCookieInfo(cookie, info));
+}
+
+void tst_VLMC_CookieSetting::isMuchCookieInfo_missesNonAsciiEntry()
+{
+    VLMC_CookieSetting cookies;
+    for (const bool inName : {true, false}) {
+        QNetworkCookie cookie = fullCookie();
+        VLMS_CookieInfo info = fullInfo();
+        const QByteArray bytes("b\xc3\xbc");
+        if (inName) {
+            cookie.setName(bytes);
+        } else {
+            cookie.setValue(bytes);
+        }
+        QString &text = inName ? info.name : info.contents;
+        text = QString::fromUtf8(bytes.constData());
+        QVERIFY(!cookies.isMuchCookieInfo(cookie, info));
+        text = QString::fromLatin1(bytes.constData());
+        QVERIFY(cookies.isMuchCookieInfo(cookie, info));
+    }
+}
+
+void tst_VLMC_CookieSetting::isMuchCookieInfo_endsAtZeroByte()
+{
+    VLMC_CookieSetting cookies;
+    QNetworkCookie cookie = fullCookie();
+    VLMS_CookieInfo info = fullInfo();
+    cookie.setName(QByteArray("sid\0x", 5));
+    cookie.setValue(QByteArray("value\0x", 7));
+    QVERIFY(cookies.isMuchCookieInfo(cookie, info));
+}
+
+void tst_VLMC_CookieSetting::isMuchCookieInfo_logsNothing()
+{
+    VLMC_CookieSetting cookies;
+    QNetworkCookie cookie = fullCookie();
+    VLMS_CookieInfo info = fullInfo();
+    QVERIFY(cookies.isMuchCookieInfo(cookie, info));
+    info.name.clear();
+    QVERIFY(!cookies.isMuchCookieInfo(cookie, info));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_CookieSetting::deleteCookieInfo_renumbers_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::addColumn<QByteArray>("left");
+    QTest::newRow("first") << 0 << QByteArray("000=n 001=b 002=a ");
+    QTest::newRow("middle") << 1 << QByteArray("000=n 001=c 002=a ");
+    QTest::newRow("last") << 2 << QByteArray("000=n 001=c 002=b ");
+    QTest::newRow("-1") << -1 << QByteArray("000=n 001=c 002=b 003=a ");
+    QTest::newRow("beyond the last") << 3 << QByteArray("000=n 001=c 002=b 003=a ");
+}
+
+void tst_VLMC_CookieSetting::deleteCookieInfo_renumbers()
+{
+    QFETCH(int, id);
+    QFETCH(QByteArray, left);
+    VLMC_CookieSetting cookies;
+    cookies.createXMLRootNode();
+    add(cookies, "a");
+    add(cookies, "b");
+    add(cookies, "c");
+    number(cookies);
+    add(cookies, "n");
+    takeLog();
+
+    cookies.deleteCookieInfo(id);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::deleteCookieInfo] si_XMLNum:"
+                                    + QByteArray::number(id) + '\n');
+    QCOMPARE(entries(cookies), left);
+}
+
+void tst_VLMC_CookieSetting::deleteCookieInfo_deletesThenNumbers()
+{
+    WatchedCookies cookies;
+    cookies.createXMLRootNode();
+
+    cookies.deleteCookieInfo(7);
+
+    COMPARE_BYTES(cookies.takeCalls(), "deleteXMLNodeByID 7 id\nsetIDforChildren id\n");
+}
+
+void tst_VLMC_CookieSetting::deleteCookieInfo_deletesFirstOfEqualIds()
+{
+    VLMC_CookieSetting cookies;
+    loadText(cookies, "<c><webSiteInfo id=\"1\"><name>a</name></webSiteInfo>"
+                      "<webSiteInfo id=\"1\"><name>b</name></webSiteInfo></c>");
+    cookies.deleteCookieInfo(1);
+    QCOMPARE(entries(cookies), QByteArray("000=b "));
+}
+
+void tst_VLMC_CookieSetting::deleteCookieInfo_onlyLogsWithoutDocument()
+{
+    VLMC_CookieSetting cookies;
+    cookies.deleteCookieInfo(0);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::deleteCookieInfo] si_XMLNum:0\n");
+    QVERIFY(!cookies.getXMLRootNode());
+}
+
+QTEST_GUILESS_MAIN(tst_VLMC_CookieSetting)
+#include "tst_VLMC_CookieSetting.moc"

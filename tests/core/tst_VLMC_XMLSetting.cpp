@@ -1,0 +1,941 @@
+#include "core/VLMC_XMLSetting.h"
+
+#include "core/VLMC_XMLNode.h"
+#include "tests/support/Files.h"
+#include "tests/support/LogRecorder.h"
+#include "tests/support/Nodes.h"
+#include "tests/support/SmallStack.h"
+
+#include <QtCore/QPointer>
+
+class tst_VLMC_XMLSetting : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { takeLog(); }
+    void cleanup() { runDeferredDeletes(); }
+
+    void constructor_hasNoDocument();
+    void destructor_releasesTheRootLater();
+    void destructor_logsWithoutRoot();
+    void load_buildsTheTree();
+    void load_logsInOrder();
+    void load_refusesEmptyPath_data();
+    void load_refusesEmptyPath();
+    void load_destroysTheOldDocumentAtOnce();
+    void load_destroysBeforeItLogs();
+    void load_ofAMissingFileGivesAnEmptyRoot();
+    void load_ofAnUnreadableFileGivesAnEmptyRoot();
+    void load_needsNoStackForDepth();
+    void save_writesTheTree();
+    void save_logsInOrder();
+    void save_refusesEmptyPath_data();
+    void save_refusesEmptyPath();
+    void save_withoutRootLeavesTheFile();
+    void save_logsAFailedOpen();
+    void save_logsANullEntry();
+    void save_keepsTheDocument();
+    void save_needsNoStackForDepth();
+    void createXMLRootNode_startsAnEmptyDocument();
+    void createXMLRootNode_releasesTheOldOneLater();
+    void getXMLRootNode_givesTheRoot();
+    void getXMLNodeCnt_countsTheRootsChildren();
+    void getChildNode_givesTheFirst();
+    void getGrandchildNode_looksIntoTheFirstChildOnly();
+    void addXMLChild_attaches_data();
+    void addXMLChild_attaches();
+    void addXMLChild_copiesItsArguments();
+    void addXMLChild_withoutParentGivesALooseNode();
+    void addXMLChild_addsBesideTheSameName();
+    void setElement_addsAMissingElement_data();
+    void setElement_addsAMissingElement();
+    void setElement_updatesTextAndTypeOnly();
+    void setElement_updatesTheFirst();
+    void setElement_refusesNullParent();
+    void setElement_callsNoOverride();
+    void setElement_needsNoDocument();
+    void count_goesByIdentifier_data();
+    void count_goesByIdentifier();
+    void count_asksTheGivenAttribute();
+    void count_isZeroWithoutRoot();
+    void count_isThatOfTheNumberedOnes();
+    void setIDforChildren_numbersByPosition();
+    void setIDforChildren_takesAnyAttributeName();
+    void setIDforChildren_stopsAt999_data();
+    void setIDforChildren_stopsAt999();
+    void setIDforChildren_reportsNullEntries();
+    void setIDforChildren_needsARoot();
+    void deleteXMLNodeByID_releasesTheFirstMatchLater();
+    void deleteXMLNodeByID_leavesTheOtherNumbers();
+    void deleteXMLNodeByID_ignoresAMiss_data();
+    void deleteXMLNodeByID_ignoresAMiss();
+    void deleteXMLNodeByID_needsARoot();
+    void deleteAllXMLNode_dropsTheWholeDocument();
+    void deleteAllXMLNode_createsNoRoot();
+    void deleteAllSetting_keepsTheRoot();
+    void deleteAllSetting_reportsNullEntries();
+    void deleteAllSetting_withoutRootOnlyLogs();
+    void deleteAllSetting_ofManyChildren();
+};
+
+namespace
+{
+QString idName() { return utf8("id"); }
+
+// "r" with one child per name.
+VLMC_XMLNode *fill(VLMC_XMLSetting &store, const char *names)
+{
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    QString name = utf8("r");
+    root->setName(name);
+    const QList<QByteArray> all = QByteArray(names).split(' ');
+    for (const QByteArray &child : all) {
+        newNode(root, child.constData());
+    }
+    return root;
+}
+
+QXmlStreamAttributes attribute(const char *name, const char *value)
+{
+    QXmlStreamAttributes attributes;
+    attributes.append(utf8(name), utf8(value));
+    return attributes;
+}
+
+VLMC_XMLNode *const noNode = nullptr;
+} // namespace
+
+void tst_VLMC_XMLSetting::constructor_hasNoDocument()
+{
+    const TestDirectory directory;
+    VLMC_XMLSetting store;
+    QVERIFY(!store.getXMLRootNode());
+    QCOMPARE(store.getXMLNodeCnt(), 0);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::destructor_releasesTheRootLater()
+{
+    QPointer<VLMC_XMLNode> root;
+    QPointer<VLMC_XMLNode> child;
+    {
+        VLMC_XMLSetting store;
+        root = fill(store, "a");
+        child = root->getXMLNodeChildren().first();
+        takeLog();
+    }
+    COMPARE_BYTES(loggedText(),
+                  "3 [VLMC_XMLSetting::~VLMC_XMLSetting] " + hexAddress(root.data()) + "\n");
+    QVERIFY(root);
+    QVERIFY(child);
+    runDeferredDeletes();
+    QVERIFY(!root);
+    QVERIFY(!child);
+}
+
+void tst_VLMC_XMLSetting::destructor_logsWithoutRoot()
+{
+    {
+        VLMC_XMLSetting store;
+    }
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::~VLMC_XMLSetting] 0x0\n");
+}
+
+void tst_VLMC_XMLSetting::load_buildsTheTree()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("a.xml"), "<r x=\"1\"><a id=\"5\">1</a><b><![CDATA[2]]></b></r>");
+    QString path = directory.file("a.xml");
+    VLMC_XMLSetting store;
+    store.load(path);
+    QCOMPARE(described(store.getXMLRootNode()), QByteArray("r{x=1}[a{id=5}0'1' b1'2']"));
+    QCOMPARE(path, directory.file("a.xml"));
+}
+
+void tst_VLMC_XMLSetting::load_logsInOrder()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("a.xml"), "<r/>");
+    QString path = directory.file("a.xml");
+    VLMC_XMLSetting store;
+    store.load(path);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n");
+    store.load(path);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n");
+}
+
+void tst_VLMC_XMLSetting::load_refusesEmptyPath_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("null") << QString();
+    QTest::newRow("empty") << utf8("");
+}
+
+void tst_VLMC_XMLSetting::load_refusesEmptyPath()
+{
+    QFETCH(QString, path);
+    VLMC_XMLSetting store;
+    store.load(path);
+    COMPARE_BYTES(loggedText(), "2 [VLMC_XMLSetting::load] Path is NULL or empty.\n");
+    QVERIFY(!store.getXMLRootNode());
+
+    VLMC_XMLNode *const root = fill(store, "a b");
+    store.load(path);
+    COMPARE_BYTES(loggedText(), "2 [VLMC_XMLSetting::load] Path is NULL or empty.\n");
+    QCOMPARE(store.getXMLRootNode(), root);
+    runDeferredDeletes();
+    QCOMPARE(described(root), QByteArray("r[a b]"));
+}
+
+void tst_VLMC_XMLSetting::load_destroysTheOldDocumentAtOnce()
+{
+    const TestDirectory directory;
+    QString path = directory.file("missing.xml");
+    VLMC_XMLSetting store;
+    QPointer<VLMC_XMLNode> root(fill(store, "a"));
+    QPointer<VLMC_XMLNode> child(root->getXMLNodeChildren().first());
+    store.load(path);
+    QVERIFY(!root);
+    QVERIFY(!child);
+}
+
+void tst_VLMC_XMLSetting::load_destroysBeforeItLogs()
+{
+    const TestDirectory directory;
+    QString path = directory.file("missing.xml");
+    VLMC_XMLSetting store;
+    QByteArray loggedBefore = "not destroyed";
+    connect(fill(store, "a"), &QObject::destroyed, this,
+            [&loggedBefore] { loggedBefore = loggedText(); });
+    store.load(path);
+    QCOMPARE(loggedBefore, QByteArray());
+}
+
+void tst_VLMC_XMLSetting::load_ofAMissingFileGivesAnEmptyRoot()
+{
+    const TestDirectory directory;
+    QString path = directory.file("missing.xml");
+    VLMC_XMLSetting store;
+    store.load(path);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "2 VLMC_XMLReader::read file not exist!\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n");
+    QVERIFY(store.getXMLRootNode());
+    QCOMPARE(described(store.getXMLRootNode()), QByteArray());
+    QCOMPARE(store.getXMLNodeCnt(), 0);
+    QVERIFY(!exists(path));
+}
+
+// A folder is there and cannot be opened, whoever runs the test.
+void tst_VLMC_XMLSetting::load_ofAnUnreadableFileGivesAnEmptyRoot()
+{
+    const TestDirectory directory;
+    QString path = directory.path();
+    VLMC_XMLSetting store;
+    store.load(path);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "2 VLMC_XMLReader::read file open error!\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n");
+    QVERIFY(store.getXMLRootNode());
+    QCOMPARE(described(store.getXMLRootNode()), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::load_needsNoStackForDepth()
+{
+    const int levels = 100000;
+    const TestDirectory directory;
+    QString path = directory.file("deep.xml");
+    writeFile(path, QByteArray("<e>").repeated(levels) + QByteArray("</e>").repeated(levels));
+    runOnSmallStack([&] {
+        VLMC_XMLSetting store;
+        store.load(path);
+        QCOMPARE(depthOf(store.getXMLRootNode()), levels);
+        QPointer<VLMC_XMLNode> root(store.getXMLRootNode());
+        store.load(path);
+        QVERIFY(!root);
+        QString missing = directory.file("missing.xml");
+        store.load(missing);
+    });
+}
+
+void tst_VLMC_XMLSetting::save_writesTheTree()
+{
+    const TestDirectory directory;
+    QString path = directory.file("a.xml");
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b");
+    addAttribute(root, "docInfo", "1.0");
+    QString text = utf8("1 & 2");
+    root->getXMLNodeChildren().last()->setText(text);
+    store.save(path);
+    COMPARE_BYTES(readFile(path), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                  "<r docInfo=\"1.0\">\n"
+                                  "    <a/>\n"
+                                  "    <b>1 &amp; 2</b>\n"
+                                  "</r>\n");
+    QCOMPARE(path, directory.file("a.xml"));
+}
+
+void tst_VLMC_XMLSetting::save_logsInOrder()
+{
+    const TestDirectory directory;
+    QString path = directory.file("a.xml");
+    VLMC_XMLSetting store;
+    fill(store, "a");
+    store.save(path);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::save] start\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n");
+}
+
+void tst_VLMC_XMLSetting::save_refusesEmptyPath_data() { load_refusesEmptyPath_data(); }
+
+void tst_VLMC_XMLSetting::save_refusesEmptyPath()
+{
+    QFETCH(QString, path);
+    VLMC_XMLSetting store;
+    store.save(path);
+    COMPARE_BYTES(loggedText(), "2 [VLMC_XMLSetting::save] Path is NULL or empty.\n");
+    fill(store, "a");
+    store.save(path);
+    COMPARE_BYTES(loggedText(), "2 [VLMC_XMLSetting::save] Path is NULL or empty.\n");
+}
+
+void tst_VLMC_XMLSetting::save_withoutRootLeavesTheFile()
+{
+    const TestDirectory directory;
+    QString path = directory.file("a.xml");
+    VLMC_XMLSetting store;
+    store.save(path);
+    QVERIFY(!exists(path));
+    writeFile(path, "before");
+    store.save(path);
+    COMPARE_BYTES(readFile(path), "before");
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::save] start\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
+                                "3 [VLMC_XMLSetting::save] start\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n");
+}
+
+void tst_VLMC_XMLSetting::save_logsAFailedOpen()
+{
+    const TestDirectory directory;
+    QString path = directory.file("missing/a.xml");
+    VLMC_XMLSetting store;
+    fill(store, "a");
+    store.save(path);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::save] start\n"
+                                "2 VLMC_XMLWriter::write file open error!\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n");
+    QVERIFY(!exists(directory.file("missing")));
+}
+
+void tst_VLMC_XMLSetting::save_logsANullEntry()
+{
+    const TestDirectory directory;
+    QString path = directory.file("a.xml");
+    VLMC_XMLSetting store;
+    fill(store, "a")->getXMLNodeChildren().append(noNode);
+    store.save(path);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::save] start\n"
+                                "1 [VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n");
+}
+
+void tst_VLMC_XMLSetting::save_keepsTheDocument()
+{
+    const TestDirectory directory;
+    QString path = directory.file("a.xml");
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b");
+    store.save(path);
+    QCOMPARE(store.getXMLRootNode(), root);
+    QCOMPARE(described(root), QByteArray("r[a b]"));
+}
+
+void tst_VLMC_XMLSetting::save_needsNoStackForDepth()
+{
+    const TestDirectory directory;
+    QString path = directory.file("deep.xml");
+    runOnSmallStack([&] {
+        VLMC_XMLSetting store;
+        VLMC_XMLNode *const root = store.createXMLRootNode();
+        QString name = utf8("r");
+        root->setName(name);
+        char place = 0;
+        root->addXMLNode(newChain(1999), place);
+        store.save(path);
+        VLMC_XMLSetting again;
+        again.load(path);
+        QCOMPARE(depthOf(again.getXMLRootNode()), 2000);
+    });
+}
+
+void tst_VLMC_XMLSetting::createXMLRootNode_startsAnEmptyDocument()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    QVERIFY(root);
+    QCOMPARE(store.getXMLRootNode(), root);
+    QCOMPARE(described(root), QByteArray());
+    QVERIFY(!root->getXMLNodeParent());
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::createXMLRootNode_releasesTheOldOneLater()
+{
+    VLMC_XMLSetting store;
+    QPointer<VLMC_XMLNode> before(fill(store, "a"));
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    QVERIFY(before);
+    QVERIFY(before.data() != root);
+    QCOMPARE(described(before), QByteArray("r[a]"));
+    QCOMPARE(described(root), QByteArray());
+    runDeferredDeletes();
+    QVERIFY(!before);
+    QCOMPARE(store.getXMLRootNode(), root);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::getXMLRootNode_givesTheRoot()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    QCOMPARE(store.getXMLRootNode(), root);
+    QCOMPARE(store.getXMLRootNode(), root);
+}
+
+void tst_VLMC_XMLSetting::getXMLNodeCnt_countsTheRootsChildren()
+{
+    VLMC_XMLSetting store;
+    QCOMPARE(store.getXMLNodeCnt(), 0);
+    store.createXMLRootNode();
+    QCOMPARE(store.getXMLNodeCnt(), 0);
+    newNode(fill(store, "a b"), "c");
+    newNode(store.getXMLRootNode()->getXMLNodeChildren().first(), "inner");
+    QCOMPARE(store.getXMLNodeCnt(), 3);
+    store.getXMLRootNode()->getXMLNodeChildren().append(noNode);
+    QCOMPARE(store.getXMLNodeCnt(), 4);
+}
+
+void tst_VLMC_XMLSetting::getChildNode_givesTheFirst()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "b a a");
+    QCOMPARE(store.getChildNode(utf8("a")), root->getXMLNodeChildren().at(1));
+    QCOMPARE(store.getChildNode(utf8("x")), noNode);
+    QCOMPARE(store.getChildNode(utf8("A")), noNode);
+    QCOMPARE(store.getChildNode(utf8("r")), noNode);
+}
+
+void tst_VLMC_XMLSetting::getGrandchildNode_looksIntoTheFirstChildOnly()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "b a a");
+    VLMC_XMLNode *const inFirst = newNode(root->getXMLNodeChildren().at(1), "x");
+    newNode(root->getXMLNodeChildren().at(1), "x");
+    newNode(root->getXMLNodeChildren().at(2), "y");
+    QCOMPARE(store.getGrandchildNode(utf8("a"), utf8("x")), inFirst);
+    QCOMPARE(store.getGrandchildNode(utf8("a"), utf8("y")), noNode);
+    QCOMPARE(store.getGrandchildNode(utf8("b"), utf8("x")), noNode);
+    QCOMPARE(store.getGrandchildNode(utf8("none"), utf8("x")), noNode);
+}
+
+void tst_VLMC_XMLSetting::addXMLChild_attaches_data()
+{
+    QTest::addColumn<int>("prepend");
+    QTest::addColumn<int>("textType");
+    QTest::addColumn<QByteArray>("tree");
+    QTest::newRow("end, plain") << 0 << 0 << QByteArray("r[a b new{x=1}0'text']");
+    QTest::newRow("front, CDATA") << 1 << 1 << QByteArray("r[new{x=1}1'text' a b]");
+    QTest::newRow("2: front, type 5") << 2 << 5 << QByteArray("r[new{x=1}5'text' a b]");
+}
+
+void tst_VLMC_XMLSetting::addXMLChild_attaches()
+{
+    QFETCH(int, prepend);
+    QFETCH(int, textType);
+    QFETCH(QByteArray, tree);
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b");
+    QString name = utf8("new");
+    QString text = utf8("text");
+    char type = char(textType);
+    QXmlStreamAttributes attributes = attribute("x", "1");
+
+    VLMC_XMLNode *const node = store.addXMLChild(root, name, text, type, attributes, char(prepend));
+
+    QCOMPARE(described(root), tree);
+    QCOMPARE(node->getXMLNodeParent(), root);
+    QCOMPARE(node->getName(), utf8("new"));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::addXMLChild_copiesItsArguments()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    QString name = utf8("new");
+    QString text = utf8("text");
+    char type = 1;
+    QXmlStreamAttributes attributes = attribute("x", "1");
+    VLMC_XMLNode *const node = store.addXMLChild(root, name, text, type, attributes, 0);
+    name += utf8("er");
+    text.clear();
+    type = 0;
+    attributes.clear();
+    QCOMPARE(described(node), QByteArray("new{x=1}1'text'"));
+}
+
+void tst_VLMC_XMLSetting::addXMLChild_withoutParentGivesALooseNode()
+{
+    VLMC_XMLSetting store;
+    QString name = utf8("new");
+    QString text = utf8("text");
+    char type = 0;
+    QXmlStreamAttributes none;
+    const QScopedPointer<VLMC_XMLNode> node(store.addXMLChild(nullptr, name, text, type, none, 1));
+    QCOMPARE(described(node.data()), QByteArray("new0'text'"));
+    QVERIFY(!node->getXMLNodeParent());
+    QVERIFY(!store.getXMLRootNode());
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::addXMLChild_addsBesideTheSameName()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a");
+    QString name = utf8("a");
+    QString text = utf8("2");
+    char type = 0;
+    QXmlStreamAttributes none;
+    store.addXMLChild(root, name, text, type, none, 0);
+    QCOMPARE(described(root), QByteArray("r[a a0'2']"));
+}
+
+void tst_VLMC_XMLSetting::setElement_addsAMissingElement_data() { addXMLChild_attaches_data(); }
+
+void tst_VLMC_XMLSetting::setElement_addsAMissingElement()
+{
+    QFETCH(int, prepend);
+    QFETCH(int, textType);
+    QFETCH(QByteArray, tree);
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b");
+    // Only the parent's own children count.
+    newNode(root->getXMLNodeChildren().first(), "new");
+
+    VLMC_XMLNode *const node = store.setElement(root, utf8("new"), utf8("text"),
+                                                attribute("x", "1"), char(textType), char(prepend));
+
+    QCOMPARE(described(root), QByteArray(tree).replace("a b", "a[new] b"));
+    QCOMPARE(node->getXMLNodeParent(), root);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::setElement_updatesTextAndTypeOnly()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    VLMC_XMLNode *const child = root->getXMLNodeChildren().at(1);
+    addAttribute(child, "id", "007");
+    newNode(child, "inner");
+
+    VLMC_XMLNode *const node =
+        store.setElement(root, utf8("b"), utf8("text"), attribute("x", "1"), 1, 1);
+
+    QCOMPARE(node, child);
+    QCOMPARE(described(root), QByteArray("r[a b{id=007}1'text'[inner] c]"));
+    store.setElement(root, utf8("b"), QString(), QXmlStreamAttributes(), 0, 0);
+    QCOMPARE(described(root), QByteArray("r[a b{id=007}[inner] c]"));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::setElement_updatesTheFirst()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b b");
+    store.setElement(root, utf8("b"), utf8("text"), QXmlStreamAttributes(), 0, 0);
+    QCOMPARE(described(root), QByteArray("r[a b0'text' b]"));
+}
+
+void tst_VLMC_XMLSetting::setElement_refusesNullParent()
+{
+    VLMC_XMLSetting store;
+    fill(store, "a");
+    QCOMPARE(store.setElement(nullptr, utf8("a"), utf8("text"), QXmlStreamAttributes(), 0, 0),
+             noNode);
+    QCOMPARE(described(store.getXMLRootNode()), QByteArray("r[a]"));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::setElement_callsNoOverride()
+{
+    struct Overriding : VLMC_XMLSetting {
+        VLMC_XMLNode *addXMLChild(VLMC_XMLNode *, QString &, QString &, char &,
+                                  QXmlStreamAttributes &, char) override
+        {
+            called = true;
+            return nullptr;
+        }
+        bool called = false;
+    };
+    Overriding store;
+    VLMC_XMLNode *const root = fill(store, "a");
+    QVERIFY(store.setElement(root, utf8("new"), utf8("1"), QXmlStreamAttributes(), 0, 0));
+    QVERIFY(!store.called);
+    QCOMPARE(described(root), QByteArray("r[a new0'1']"));
+}
+
+void tst_VLMC_XMLSetting::setElement_needsNoDocument()
+{
+    VLMC_XMLSetting store;
+    const QScopedPointer<VLMC_XMLNode> parent(newNode(nullptr, "p"));
+    store.setElement(parent.data(), utf8("a"), utf8("1"), QXmlStreamAttributes(), 0, 0);
+    QCOMPARE(described(parent.data()), QByteArray("p[a0'1']"));
+    QVERIFY(!store.getXMLRootNode());
+}
+
+// Each child is "<name>=<id>"; "-" stands for no identifier at all, "null" for a null entry.
+void tst_VLMC_XMLSetting::count_goesByIdentifier_data()
+{
+    QTest::addColumn<QByteArray>("children");
+    QTest::addColumn<int>("count");
+    QTest::newRow("as numbered") << QByteArray("a=000|b=001|a=002") << 2;
+    QTest::newRow("none of this name") << QByteArray("b=000|b=001") << 0;
+    QTest::newRow("in any order") << QByteArray("a=2|b=0|a=1") << 2;
+    QTest::newRow("a gap puts the last out of range") << QByteArray("a=000|a=001|a=003") << 2;
+    QTest::newRow("count less one is in range") << QByteArray("a=002|b=-|b=-") << 1;
+    QTest::newRow("count is out of range") << QByteArray("a=003|b=-|b=-") << 0;
+    QTest::newRow("a duplicate counts once") << QByteArray("a=000|a=000|a=001") << 2;
+    QTest::newRow("the first of a duplicate decides") << QByteArray("b=000|a=000|a=1") << 1;
+    QTest::newRow("the first of a duplicate decides, the other way")
+        << QByteArray("a=000|b=000|a=1") << 2;
+    QTest::newRow("no identifier") << QByteArray("a=-|a=001") << 1;
+    QTest::newRow("empty identifier") << QByteArray("a=|a=001") << 1;
+    QTest::newRow("not a number") << QByteArray("a=abc|a=1x|a=0x1") << 0;
+    QTest::newRow("signs") << QByteArray("a=+1|a=-0|b=x") << 2;
+    QTest::newRow("blanks around") << QByteArray("a= 1 |a=0 |b=x") << 2;
+    QTest::newRow("blanks within") << QByteArray("a=0 1|b=x") << 0;
+    QTest::newRow("negative") << QByteArray("a=-1|a=-2|a=0") << 1;
+    QTest::newRow("huge") << QByteArray("a=2147483647|a=2147483648|a=99999999999") << 0;
+    QTest::newRow("many leading zeros") << QByteArray("a=00000000000001|b=x") << 1;
+    QTest::newRow("1, 01 and 001 are one") << QByteArray("a=1|a=01|a=001") << 1;
+    QTest::newRow("null entries lengthen the range") << QByteArray("a=2|null|null") << 1;
+    QTest::newRow("another case of name") << QByteArray("A=0|a=1") << 1;
+}
+
+void tst_VLMC_XMLSetting::count_goesByIdentifier()
+{
+    QFETCH(QByteArray, children);
+    QFETCH(int, count);
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    const QList<QByteArray> all = children.split('|');
+    for (const QByteArray &child : all) {
+        if (child == "null") {
+            root->getXMLNodeChildren().append(noNode);
+            continue;
+        }
+        const int end = int(child.indexOf('='));
+        VLMC_XMLNode *const node = newNode(root, child.left(end).constData());
+        const QByteArray id = child.mid(end + 1);
+        if (id != "-") {
+            addAttribute(node, "id", id.constData());
+        }
+    }
+    const QByteArray before = described(root);
+    QString attributeName = idName();
+    QString name = utf8("a");
+
+    QCOMPARE(store.getXMLRootNodeChildCntByName(attributeName, name), count);
+
+    QCOMPARE(described(root), before);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::count_asksTheGivenAttribute()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a a a");
+    addAttribute(root->getXMLNodeChildren().at(0), "id", "0");
+    addAttribute(root->getXMLNodeChildren().at(1), "no", "1");
+    addAttribute(root->getXMLNodeChildren().at(2), "no", "2");
+    QString name = utf8("a");
+    QString attributeName = idName();
+    QCOMPARE(store.getXMLRootNodeChildCntByName(attributeName, name), 1);
+    attributeName = utf8("no");
+    QCOMPARE(store.getXMLRootNodeChildCntByName(attributeName, name), 2);
+}
+
+void tst_VLMC_XMLSetting::count_isZeroWithoutRoot()
+{
+    VLMC_XMLSetting store;
+    QString name = utf8("a");
+    QString attributeName = idName();
+    QCOMPARE(store.getXMLRootNodeChildCntByName(attributeName, name), 0);
+    store.createXMLRootNode();
+    QCOMPARE(store.getXMLRootNodeChildCntByName(attributeName, name), 0);
+}
+
+void tst_VLMC_XMLSetting::count_isThatOfTheNumberedOnes()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    for (int i = 0; i < 1000; ++i) {
+        newNode(root, i % 3 ? "a" : "b");
+    }
+    QString attributeName = idName();
+    QString name = utf8("b");
+    store.setIDforChildren(attributeName);
+    // Positions 0, 3, .. 999, of which the last goes without a number.
+    QCOMPARE(store.getXMLRootNodeChildCntByName(attributeName, name), 333);
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_numbersByPosition()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    addAttribute(root, "docInfo", "1.0");
+    addAttribute(root->getXMLNodeChildren().at(0), "id", "9");
+    addAttribute(root->getXMLNodeChildren().at(1), "x", "1");
+    addAttribute(root->getXMLNodeChildren().at(1), "id", "9");
+    addAttribute(newNode(root->getXMLNodeChildren().at(2), "inner"), "x", "1");
+    QString attributeName = idName();
+
+    store.setIDforChildren(attributeName);
+
+    QCOMPARE(described(root),
+             QByteArray("r{docInfo=1.0}[a{id=000} b{id=001} c{id=002}[inner{x=1}]]"));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_takesAnyAttributeName()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b");
+    QString attributeName = idName();
+    store.setIDforChildren(attributeName);
+    attributeName = utf8("no");
+    store.setIDforChildren(attributeName);
+    QCOMPARE(described(root), QByteArray("r[a{no=000} b{no=001}]"));
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_stopsAt999_data()
+{
+    QTest::addColumn<int>("children");
+    QTest::newRow("998") << 998;
+    QTest::newRow("999") << 999;
+    QTest::newRow("1000") << 1000;
+    QTest::newRow("1005") << 1005;
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_stopsAt999()
+{
+    QFETCH(int, children);
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    for (int i = 0; i < children; ++i) {
+        addAttribute(newNode(root, "a"), "old", "1");
+    }
+    QString attributeName = idName();
+
+    store.setIDforChildren(attributeName);
+
+    for (int i = 0; i < children; ++i) {
+        char numbered[32];
+        snprintf(numbered, sizeof numbered, "a{id=%03d}", i);
+        QCOMPARE(described(root->getXMLNodeChildren().at(i)),
+                 QByteArray(i < 999 ? numbered : "a{old=1}"));
+    }
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_reportsNullEntries()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a");
+    root->getXMLNodeChildren().prepend(noNode);
+    root->getXMLNodeChildren().append(noNode);
+    newNode(root, "b");
+    QString attributeName = idName();
+
+    store.setIDforChildren(attributeName);
+
+    const QByteArray line =
+        "1 [VLMC_XMLSetting::setIDforChildren] " + hexAddress(root) + " Why Pass??\n";
+    COMPARE_BYTES(loggedText(), line + line);
+    QCOMPARE(described(root), QByteArray("r[null a{id=001} null b{id=003}]"));
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_needsARoot()
+{
+    VLMC_XMLSetting store;
+    QString attributeName = idName();
+    store.setIDforChildren(attributeName);
+    QVERIFY(!store.getXMLRootNode());
+    store.createXMLRootNode();
+    store.setIDforChildren(attributeName);
+    QCOMPARE(described(store.getXMLRootNode()), QByteArray());
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::deleteXMLNodeByID_releasesTheFirstMatchLater()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    addAttribute(root->getXMLNodeChildren().at(1), "id", "1");
+    addAttribute(root->getXMLNodeChildren().at(2), "id", "001");
+    QPointer<VLMC_XMLNode> child(root->getXMLNodeChildren().at(1));
+    QString attributeName = idName();
+
+    store.deleteXMLNodeByID(1, attributeName);
+
+    QCOMPARE(described(root), QByteArray("r[a c{id=001}]"));
+    QVERIFY(child);
+    QVERIFY(!child->getXMLNodeParent());
+    runDeferredDeletes();
+    QVERIFY(!child);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::deleteXMLNodeByID_leavesTheOtherNumbers()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    QString attributeName = idName();
+    store.setIDforChildren(attributeName);
+    store.deleteXMLNodeByID(1, attributeName);
+    QCOMPARE(described(root), QByteArray("r[a{id=000} c{id=002}]"));
+    store.setIDforChildren(attributeName);
+    QCOMPARE(described(root), QByteArray("r[a{id=000} c{id=001}]"));
+}
+
+void tst_VLMC_XMLSetting::deleteXMLNodeByID_ignoresAMiss_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::addColumn<QString>("attributeName");
+    QTest::newRow("no such number") << 3 << idName();
+    QTest::newRow("negative") << -1 << idName();
+    QTest::newRow("another attribute") << 1 << utf8("no");
+}
+
+void tst_VLMC_XMLSetting::deleteXMLNodeByID_ignoresAMiss()
+{
+    QFETCH(int, id);
+    QFETCH(QString, attributeName);
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    QString numbering = idName();
+    store.setIDforChildren(numbering);
+    store.deleteXMLNodeByID(id, attributeName);
+    QCOMPARE(described(root), QByteArray("r[a{id=000} b{id=001} c{id=002}]"));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::deleteXMLNodeByID_needsARoot()
+{
+    VLMC_XMLSetting store;
+    QString attributeName = idName();
+    store.deleteXMLNodeByID(0, attributeName);
+    QVERIFY(!store.getXMLRootNode());
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::deleteAllXMLNode_dropsTheWholeDocument()
+{
+    VLMC_XMLSetting store;
+    QPointer<VLMC_XMLNode> before(fill(store, "a b"));
+    addAttribute(before, "docInfo", "1.0");
+
+    store.deleteAllXMLNode();
+
+    COMPARE_BYTES(loggedText(),
+                  "3 [VLMC_XMLSetting::deleteAllXMLNode] " + hexAddress(before.data()) + "\n");
+    VLMC_XMLNode *const root = store.getXMLRootNode();
+    QVERIFY(root);
+    QVERIFY(root != before.data());
+    QCOMPARE(described(root), QByteArray());
+    QVERIFY(before);
+    runDeferredDeletes();
+    QVERIFY(!before);
+    QCOMPARE(described(store.getXMLRootNode()), QByteArray());
+}
+
+void tst_VLMC_XMLSetting::deleteAllXMLNode_createsNoRoot()
+{
+    VLMC_XMLSetting store;
+    store.deleteAllXMLNode();
+    QVERIFY(!store.getXMLRootNode());
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::deleteAllXMLNode] 0x0\n");
+}
+
+void tst_VLMC_XMLSetting::deleteAllSetting_keepsTheRoot()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b");
+    addAttribute(root, "docInfo", "1.0");
+    QPointer<VLMC_XMLNode> first(root->getXMLNodeChildren().first());
+    QPointer<VLMC_XMLNode> last(root->getXMLNodeChildren().last());
+    QPointer<VLMC_XMLNode> inner(newNode(first, "inner"));
+
+    store.deleteAllSetting();
+
+    COMPARE_BYTES(loggedText(),
+                  "3 [VLMC_XMLSetting::deleteRootChildren] " + hexAddress(root) + "\n");
+    QCOMPARE(store.getXMLRootNode(), root);
+    QCOMPARE(described(root), QByteArray("r{docInfo=1.0}"));
+    QVERIFY(first && last && inner);
+    QVERIFY(!first->getXMLNodeParent());
+    QVERIFY(!last->getXMLNodeParent());
+    runDeferredDeletes();
+    QVERIFY(!first && !last && !inner);
+}
+
+void tst_VLMC_XMLSetting::deleteAllSetting_reportsNullEntries()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a");
+    root->getXMLNodeChildren().prepend(noNode);
+    QPointer<VLMC_XMLNode> last(newNode(root, "b"));
+    root->getXMLNodeChildren().append(noNode);
+
+    store.deleteAllSetting();
+
+    const QByteArray address = hexAddress(root);
+    const QByteArray line = "1 [VLMC_XMLSetting::deleteRootChildren] " + address + " Why Pass??\n";
+    COMPARE_BYTES(loggedText(),
+                  "3 [VLMC_XMLSetting::deleteRootChildren] " + address + "\n" + line + line);
+    // Nobody takes the null entries out.
+    QCOMPARE(described(root), QByteArray("r[null null]"));
+    runDeferredDeletes();
+    QVERIFY(!last);
+}
+
+void tst_VLMC_XMLSetting::deleteAllSetting_withoutRootOnlyLogs()
+{
+    VLMC_XMLSetting store;
+    store.deleteAllSetting();
+    QVERIFY(!store.getXMLRootNode());
+    COMPARE_BYTES(loggedText(), "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n");
+}
+
+void tst_VLMC_XMLSetting::deleteAllSetting_ofManyChildren()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = store.createXMLRootNode();
+    QList<QPointer<VLMC_XMLNode>> children;
+    for (int i = 0; i < 1000; ++i) {
+        children.append(newNode(root, "a"));
+    }
+    store.deleteAllSetting();
+    QCOMPARE(store.getXMLNodeCnt(), 0);
+    runDeferredDeletes();
+    for (int i = 0; i < 1000; ++i) {
+        QVERIFY(!children.at(i));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_VLMC_XMLSetting)
+#include "tst_VLMC_XMLSetting.moc"

@@ -1,0 +1,344 @@
+#include "core/VLMC_XMLWriter.h"
+
+#include "core/VLMC_XMLNode.h"
+#include "core/VLMC_XMLReader.h"
+#include "tests/support/Files.h"
+#include "tests/support/LogRecorder.h"
+#include "tests/support/Nodes.h"
+#include "tests/support/SmallStack.h"
+
+#include <QtCore/QBuffer>
+
+class tst_VLMC_XMLWriter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { takeLog(); }
+    void cleanup() { runDeferredDeletes(); }
+
+    void constructor_indents();
+    void writeDevice_writesAnIndentedDocument();
+    void writeDevice_writesTexts_data();
+    void writeDevice_writesTexts();
+    void writeDevice_writesTextBeforeChildren();
+    void writeDevice_writesAttributes();
+    void writeDevice_keepsPrefixesOfCleanedAttributes();
+    void writeDevice_leavesTheTreeAlone();
+    void writeDevice_refusesNullRoot();
+    void writeDevice_stopsAtANullChild_data();
+    void writeDevice_stopsAtANullChild();
+    void writeDevice_leavesTheDeviceOpen();
+    void writeDevice_bringsBackWhatWasRead_data();
+    void writeDevice_bringsBackWhatWasRead();
+    void writeDevice_needsNoStackForDepth();
+    void writeXMLNode_writesOneElement();
+    void writeXMLNode_refusesNull();
+    void writeXMLNode_leavesTagsOpenAtANullChild();
+    void writeXMLNode_writesIntoAnOpenElement();
+    void writeXMLNode_needsNoStackForDepth();
+};
+
+namespace
+{
+const char kDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
+QByteArray written(VLMC_XMLNode *root, bool expected = true)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    const bool result = writer.write(buffer, root);
+    return result == expected ? buffer.data() : QByteArray("write() gave the wrong result");
+}
+
+VLMC_XMLNode *const noNode = nullptr;
+} // namespace
+
+void tst_VLMC_XMLWriter::constructor_indents()
+{
+    VLMC_XMLWriter writer;
+    QVERIFY(writer.autoFormatting());
+    QCOMPARE(writer.autoFormattingIndent(), 4);
+}
+
+void tst_VLMC_XMLWriter::writeDevice_writesAnIndentedDocument()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    VLMC_XMLNode *const first = newNode(root.data(), "a");
+    newNode(newNode(first, "b"), "c", "deep");
+    newNode(first, "d");
+    newNode(root.data(), "e", "last");
+    COMPARE_BYTES(written(root.data()), QByteArray(kDeclaration)
+                                            + "<r>\n"
+                                              "    <a>\n"
+                                              "        <b>\n"
+                                              "            <c>deep</c>\n"
+                                              "        </b>\n"
+                                              "        <d/>\n"
+                                              "    </a>\n"
+                                              "    <e>last</e>\n"
+                                              "</r>\n");
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLWriter::writeDevice_writesTexts_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("element");
+    QTest::newRow("plain") << 0 << utf8("text") << QByteArray("<r>text</r>");
+    QTest::newRow("plain, escaped")
+        << 0 << utf8("<a> & \"b\" 'c' ]]>")
+        << QByteArray("<r>&lt;a&gt; &amp; &quot;b&quot; 'c' ]]&gt;</r>");
+    QTest::newRow("plain, blanks") << 0 << utf8(" \n ") << QByteArray("<r> \n </r>");
+    QTest::newRow("plain, not ASCII")
+        << 0 << utf8("\xe3\x81\x82") << QByteArray("<r>\xe3\x81\x82</r>");
+    QTest::newRow("plain, empty") << 0 << utf8("") << QByteArray("<r/>");
+    QTest::newRow("plain, null") << 0 << QString() << QByteArray("<r/>");
+    QTest::newRow("CDATA") << 1 << utf8("a<&\"b") << QByteArray("<r><![CDATA[a<&\"b]]></r>");
+    QTest::newRow("CDATA, empty") << 1 << utf8("") << QByteArray("<r/>");
+    QTest::newRow("CDATA with its own end")
+        << 1 << utf8("a]]>b") << QByteArray("<r><![CDATA[a]]]]><![CDATA[>b]]></r>");
+    QTest::newRow("type 2") << 2 << utf8("text") << QByteArray("<r/>");
+    QTest::newRow("type -1") << -1 << utf8("text") << QByteArray("<r/>");
+    QTest::newRow("type '0'") << int('0') << utf8("text") << QByteArray("<r/>");
+    QTest::newRow("type '1'") << int('1') << utf8("text") << QByteArray("<r/>");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_writesTexts()
+{
+    QFETCH(int, type);
+    QFETCH(QString, text);
+    QFETCH(QByteArray, element);
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    root->setText(text);
+    root->setTextType(char(type));
+    COMPARE_BYTES(written(root.data()), kDeclaration + element + "\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_writesTextBeforeChildren()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    newNode(newNode(root.data(), "a", "text"), "b");
+    VLMC_XMLNode *const section = newNode(root.data(), "c", "data");
+    section->setTextType(1);
+    newNode(section, "d");
+    VLMC_XMLNode *const neither = newNode(root.data(), "e", "lost");
+    neither->setTextType(2);
+    newNode(neither, "f");
+    COMPARE_BYTES(written(root.data()), QByteArray(kDeclaration)
+                                            + "<r>\n"
+                                              "    <a>text<b/>\n"
+                                              "    </a>\n"
+                                              "    <c><![CDATA[data]]><d/>\n"
+                                              "    </c>\n"
+                                              "    <e>\n"
+                                              "        <f/>\n"
+                                              "    </e>\n"
+                                              "</r>\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_writesAttributes()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    addAttribute(root.data(), "z", "1");
+    addAttribute(root.data(), "a", "<&\">'\n\t");
+    addAttribute(root.data(), "empty", "");
+    addAttribute(root.data(), "p:q", "\xe3\x81\x82");
+    root->getAttribute().append(utf8("null"), QString());
+    COMPARE_BYTES(written(root.data()),
+                  QByteArray(kDeclaration)
+                      + "<r z=\"1\" a=\"&lt;&amp;&quot;&gt;'&#10;&#9;\" empty=\"\""
+                        " p:q=\"\xe3\x81\x82\" null=\"\"/>\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_keepsPrefixesOfCleanedAttributes()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    addAttribute(root.data(), "p:q",
+                 "a\x01"
+                 "b");
+    COMPARE_BYTES(written(root.data()), QByteArray(kDeclaration) + "<r p:q=\"ab\"/>\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_leavesTheTreeAlone()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r",
+                                                    "a\x01"
+                                                    "b"));
+    addAttribute(root.data(), "a", "\x02");
+    newNode(root.data(), "c", "text");
+    const QByteArray before = described(root.data());
+    written(root.data());
+    QCOMPARE(described(root.data()), before);
+}
+
+void tst_VLMC_XMLWriter::writeDevice_refusesNullRoot()
+{
+    COMPARE_BYTES(written(nullptr, false), QByteArray());
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_XMLWriter::writeDevice_stopsAtANullChild_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QByteArray>("document");
+    QTest::newRow("first") << 0 << QByteArray("<r>\n    <a/>\n</r>\n");
+    QTest::newRow("second") << 1 << QByteArray("<r>\n    <a>\n        <b/>\n    </a>\n</r>\n");
+    QTest::newRow("last") << 2
+                          << QByteArray(
+                                 "<r>\n    <a>\n        <b/>\n        <c>1</c>\n    </a>\n</r>\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_stopsAtANullChild()
+{
+    QFETCH(int, position);
+    QFETCH(QByteArray, document);
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    VLMC_XMLNode *const parent = newNode(root.data(), "a");
+    newNode(parent, "b");
+    newNode(parent, "c", "1");
+    parent->getXMLNodeChildren().insert(position, noNode);
+    newNode(root.data(), "never");
+
+    COMPARE_BYTES(written(root.data(), false), kDeclaration + document);
+    COMPARE_BYTES(loggedText(), "1 [VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_leavesTheDeviceOpen()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    QVERIFY(writer.write(buffer, root.data()));
+    QVERIFY(buffer.isOpen());
+}
+
+void tst_VLMC_XMLWriter::writeDevice_bringsBackWhatWasRead_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QByteArray>("again");
+    const QByteArray own = QByteArray(kDeclaration)
+                           + "<r docInfo=\"1.0\">\n"
+                             "    <a id=\"000\" x=\"&amp;\">text &lt; more</a>\n"
+                             "    <b id=\"001\"><![CDATA[<raw>&]]></b>\n"
+                             "    <c>\n"
+                             "        <d/>\n"
+                             "    </c>\n"
+                             "</r>\n";
+    QTest::newRow("its own document") << own << own;
+    QTest::newRow("what it does not keep")
+        << QByteArray("<!DOCTYPE r><r>\n one<!-- x --><c/>two<?p q?>  <d>\n</d></r>")
+        << QByteArray(kDeclaration) + "<r>\n one<c/>\n    <d/>\n</r>\n";
+}
+
+void tst_VLMC_XMLWriter::writeDevice_bringsBackWhatWasRead()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QByteArray, again);
+    QBuffer buffer(&document);
+    buffer.open(QIODevice::ReadOnly);
+    VLMC_XMLReader reader;
+    const QScopedPointer<VLMC_XMLNode> root(reader.read(buffer));
+    COMPARE_BYTES(written(root.data()), again);
+}
+
+void tst_VLMC_XMLWriter::writeDevice_needsNoStackForDepth()
+{
+    runOnSmallStack([] {
+        const int levels = 2000;
+        const QScopedPointer<VLMC_XMLNode> root(newChain(levels));
+        const QByteArray document = written(root.data());
+        QVERIFY(document.startsWith(QByteArray(kDeclaration) + "<e>\n    <e>\n"));
+        QVERIFY(document.endsWith("    </e>\n</e>\n"));
+        QCOMPARE(int(document.count("<e>")), levels - 1);
+        QCOMPARE(int(document.count("<e/>")), 1);
+        QCOMPARE(int(document.count("</e>")), levels - 1);
+    });
+}
+
+void tst_VLMC_XMLWriter::writeXMLNode_writesOneElement()
+{
+    const QScopedPointer<VLMC_XMLNode> node(newNode(nullptr, "a", "text"));
+    addAttribute(node.data(), "x", "1");
+    newNode(node.data(), "b");
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    writer.setDevice(&buffer);
+
+    QVERIFY(writer.writeXMLNode(node.data()));
+
+    // No declaration and no final newline: those are the document's.
+    COMPARE_BYTES(buffer.data().trimmed(), "<a x=\"1\">text<b/>\n</a>");
+}
+
+void tst_VLMC_XMLWriter::writeXMLNode_refusesNull()
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    writer.setDevice(&buffer);
+    QVERIFY(!writer.writeXMLNode(nullptr));
+    COMPARE_BYTES(buffer.data(), QByteArray());
+    COMPARE_BYTES(loggedText(), "1 [VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.\n");
+}
+
+void tst_VLMC_XMLWriter::writeXMLNode_leavesTagsOpenAtANullChild()
+{
+    const QScopedPointer<VLMC_XMLNode> node(newNode(nullptr, "a"));
+    VLMC_XMLNode *const parent = newNode(node.data(), "b");
+    newNode(parent, "c", "1");
+    parent->getXMLNodeChildren().append(noNode);
+    newNode(node.data(), "never");
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    writer.setAutoFormatting(false);
+    writer.setDevice(&buffer);
+
+    QVERIFY(!writer.writeXMLNode(node.data()));
+
+    COMPARE_BYTES(buffer.data(), "<a><b><c>1</c>");
+    COMPARE_BYTES(loggedText(), "1 [VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.\n");
+    writer.writeEndDocument();
+    COMPARE_BYTES(buffer.data().trimmed(), "<a><b><c>1</c></b></a>");
+}
+
+void tst_VLMC_XMLWriter::writeXMLNode_writesIntoAnOpenElement()
+{
+    const QScopedPointer<VLMC_XMLNode> node(newNode(nullptr, "a", "text"));
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    writer.setAutoFormatting(false);
+    writer.setDevice(&buffer);
+    writer.writeStartElement(utf8("outer"));
+
+    QVERIFY(writer.writeXMLNode(node.data()));
+    QVERIFY(writer.writeXMLNode(node.data()));
+    writer.writeEndElement();
+
+    COMPARE_BYTES(buffer.data(), "<outer><a>text</a><a>text</a></outer>");
+}
+
+void tst_VLMC_XMLWriter::writeXMLNode_needsNoStackForDepth()
+{
+    runOnSmallStack([] {
+        const int levels = 100000;
+        const QScopedPointer<VLMC_XMLNode> root(newChain(levels));
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        VLMC_XMLWriter writer;
+        writer.setAutoFormatting(false);
+        writer.setDevice(&buffer);
+        QVERIFY(writer.writeXMLNode(root.data()));
+        COMPARE_BYTES(buffer.data(), QByteArray("<e>").repeated(levels - 1) + "<e/>"
+                                         + QByteArray("</e>").repeated(levels - 1));
+    });
+}
+
+QTEST_GUILESS_MAIN(tst_VLMC_XMLWriter)
+#include "tst_VLMC_XMLWriter.moc"

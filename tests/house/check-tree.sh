@@ -1,0 +1,60 @@
+#!/bin/sh
+# check-tree.sh <source> <installed headers> <public headers, separated by ;>: dependencies run one
+# way, and what is public is what is listed and what is installed.
+set -eu
+
+source=$1
+installed=$2
+public=$(echo "$3" | tr ';' '\n' | LC_ALL=C sort)
+faults=$(mktemp)
+trap 'rm -f "$faults"' EXIT
+cd "$source"
+
+# The folders whose headers the files of a folder may include.
+allowed() {
+  case $1 in
+  platform) echo platform ;;
+  core) echo core platform ;;
+  fonts | preferences | bookmarks | cookies) echo "$1" core ;;
+  examples | benchmarks | tools) echo core platform fonts preferences bookmarks cookies ;;
+  esac
+}
+
+for folder in platform core fonts preferences bookmarks cookies examples benchmarks tools; do
+  test -d "$folder" || continue
+  find "$folder" -name '*.h' -o -name '*.cpp' | LC_ALL=C sort | while read -r file; do
+    sed -n 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*"\([^"]*\)".*/\1/p' "$file" \
+      | while read -r include; do
+      case $include in
+      */*) from=${include%%/*} ;;
+      *.moc) continue ;;
+      *) from= ;;
+      esac
+      case " $(allowed "$folder") " in
+      *" ${from:-none} "*) test -f "$include" || echo "$file: no such file: $include" ;;
+      *) echo "$file: $folder does not stand on ${from:-a header without its folder}: $include" ;;
+      esac
+    done
+  done
+done >> "$faults"
+
+# A public header is one that is no helper, whoever forgets to list it.
+candidates=$(find core fonts preferences bookmarks cookies platform -name '*.h' ! -name '*_p.h' \
+  2> /dev/null | LC_ALL=C sort)
+delivered=$(cd "$installed" && find . -name '*.h' | sed 's,^\./,,' | LC_ALL=C sort)
+if [ "$public" != "$candidates" ]; then
+  echo "velmora_public_headers is not what the folders hold besides helpers:" >> "$faults"
+  { echo "$public"; echo "$candidates"; } | LC_ALL=C sort | uniq -u >> "$faults"
+fi
+if [ "$public" != "$delivered" ]; then
+  echo "velmora_public_headers is not what is installed:" >> "$faults"
+  { echo "$public"; echo "$delivered"; } | LC_ALL=C sort | uniq -u >> "$faults"
+fi
+for header in $public; do
+  if grep -n 'include.*_p\.h' "$header" /dev/null; then
+    echo "$header: a public header includes a helper"
+  fi
+done >> "$faults"
+
+cat "$faults"
+test ! -s "$faults"
