@@ -1,7 +1,6 @@
 #include "cookies/VLMC_CookieSetting.h"
 
 #include "core/Entries_p.h"
-#include "core/Identifier_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
 #include "core/TimeText_p.h"
@@ -15,7 +14,6 @@ using namespace vlm;
 namespace
 {
 const char kEntry[] = "webSiteInfo";
-const char kId[] = "id";
 const char kTrue[] = "true";
 const char kFalse[] = "false";
 
@@ -64,23 +62,6 @@ VLMS_CookieInfo infoOf(VLMC_XMLNode *entry)
     }
     return info;
 }
-
-// For each id from 0 up to the number of children the first child that carries it, or null. One
-// pass, where a search per id would look through all children each time.
-QVector<VLMC_XMLNode *> entriesById(const QList<VLMC_XMLNode *> &children)
-{
-    const QString attributeName = QEXC_TextCodec::fromSJIS(kId);
-    const int count = int(children.size());
-    QVector<VLMC_XMLNode *> entries(count, nullptr);
-    for (VLMC_XMLNode *const child : children) {
-        int id = 0;
-        if (child && readIdentifier(child->getAttribute(), attributeName, &id) && id >= 0
-            && id < count && !entries.at(id)) {
-            entries[id] = child;
-        }
-    }
-    return entries;
-}
 } // namespace
 
 VLMC_CookieSetting *VLMC_CookieSetting::getInstance()
@@ -109,10 +90,7 @@ void VLMC_CookieSetting::addCookieInfo(QNetworkCookie &cookie)
 QList<VLMS_CookieInfo> VLMC_CookieSetting::getAllCookieInfo()
 {
     QList<VLMS_CookieInfo> infos;
-    if (!getXMLRootNode()) {
-        return infos;
-    }
-    const QVector<VLMC_XMLNode *> entries = entriesById(getXMLRootNode()->getXMLNodeChildren());
+    const QVector<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
     for (VLMC_XMLNode *const entry : entries) {
         if (entry) {
             infos.append(infoOf(entry));
