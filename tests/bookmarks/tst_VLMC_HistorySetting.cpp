@@ -4,6 +4,8 @@
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 
+#include <QtCore/QPointer>
+
 namespace
 {
 const char kHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
@@ -20,7 +22,7 @@ VLMS_History visit(const char *title, const char *url, const char *time)
     return entry;
 }
 
-// A visit in a file, named after its time.
+// A visit in a file; the URL follows from the title.
 QByteArray entryOf(const QByteArray &title, const QByteArray &time)
 {
     return "<pageInfo><title>" + title + "</title><url>u:" + title + "</url><dateTime>" + time
@@ -44,7 +46,7 @@ QByteArray writtenFile(const QByteArray &entries)
     return kHead + ("<history docInfo=\"1.0\">\n" + entries) + "</history>\n";
 }
 
-// The stores' own operation names a directory by pointer; each test has one of its own.
+// Loads this content; the log then starts anew.
 void load(VLMC_HistorySetting &history, TestDirectory &directory, const QByteArray &content,
           int max = 100)
 {
@@ -102,7 +104,7 @@ VLMC_XMLNode *addRaw(VLMC_XMLNode *parent, const char *name, const char *text, c
     return node;
 }
 
-// 000 for 0 and so on.
+// As an id is written.
 QByteArray threeDigits(int number) { return QByteArray::number(number).rightJustified(3, '0'); }
 
 // Records the calls of the virtual operations that the store makes.
@@ -110,6 +112,7 @@ class RecordingHistory : public VLMC_HistorySetting
 {
 public:
     QByteArray calls;
+    QPointer<QObject> firstAdded;
 
     void load(QString &path) override
     {
@@ -148,7 +151,12 @@ public:
                  + QByteArray::number(int(textType)) + ' ' + QByteArray::number(int(prepend)) + ' '
                  + QByteArray::number(int(attributes.size()))
                  + (parent == getXMLRootNode() ? " root\n" : " entry\n");
-        return VLMC_HistorySetting::addXMLChild(parent, name, text, textType, attributes, prepend);
+        VLMC_XMLNode *const node =
+            VLMC_HistorySetting::addXMLChild(parent, name, text, textType, attributes, prepend);
+        if (!firstAdded) {
+            firstAdded = node;
+        }
+        return node;
     }
 };
 
@@ -816,6 +824,9 @@ void tst_VLMC_HistorySetting::setHistory_keepsNothingBeforeLoad()
                                  "number id\n");
     QVERIFY(!history.getXMLRootNode());
     QCOMPARE(history.getHistoryCnt(), 0);
+    QVERIFY(history.firstAdded);
+    runDeferredDeletes();
+    QVERIFY(!history.firstAdded);
 }
 
 void tst_VLMC_HistorySetting::setHistory_doesNotSort()
