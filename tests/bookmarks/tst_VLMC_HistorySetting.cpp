@@ -1,0 +1,1351 @@
+#include "bookmarks/VLMC_HistorySetting.h"
+
+#include "core/VLMC_XMLNode.h"
+#include "tests/support/Files.h"
+#include "tests/support/LogRecorder.h"
+
+#include <QtCore/QPointer>
+
+namespace
+{
+const char kHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+const char kFile[] = "visit.xml";
+const char kGetLine[] = "3 [VLMC_HistorySetting::getHistory]\n";
+const char kSetLine[] = "3 [VLMC_HistorySetting::setHistory]\n";
+
+VLMS_History visit(const char *title, const char *url, const char *time)
+{
+    VLMS_History entry;
+    entry.title = utf8(title);
+    entry.url = utf8(url);
+    entry.dateTime = QDateTime::fromString(utf8(time), utf8("yyyy/MM/dd hh:mm:ss"));
+    return entry;
+}
+
+// A visit in a file; the URL follows from the title.
+QByteArray entryOf(const QByteArray &title, const QByteArray &time)
+{
+    return "<pageInfo><title>" + title + "</title><url>u:" + title + "</url><dateTime>" + time
+           + "</dateTime></pageInfo>";
+}
+
+QByteArray fileOf(const QByteArray &entries) { return "<history>" + entries + "</history>"; }
+
+// As the writer lays a visit out.
+QByteArray written(const QByteArray &id, const QByteArray &title, const QByteArray &url,
+                   const QByteArray &time)
+{
+    const QByteArray timeElement =
+        time.isEmpty() ? QByteArray("<dateTime/>") : "<dateTime>" + time + "</dateTime>";
+    return "    <pageInfo id=\"" + id + "\">\n        <title>" + title + "</title>\n        <url>"
+           + url + "</url>\n        " + timeElement + "\n    </pageInfo>\n";
+}
+
+QByteArray writtenFile(const QByteArray &entries)
+{
+    return kHead + ("<history docInfo=\"1.0\">\n" + entries) + "</history>\n";
+}
+
+// Loads this content; the log then starts anew.
+void load(VLMC_HistorySetting &history, TestDirectory &directory, const QByteArray &content,
+          int max = 100)
+{
+    writeFile(directory.file(kFile), content);
+    history.loadHistory(directory.pathPointer(), max);
+    takeLog();
+}
+
+QByteArray saved(VLMC_HistorySetting &history, TestDirectory &directory)
+{
+    history.saveHistory(directory.pathPointer(), 1);
+    return readFile(directory.file(kFile));
+}
+
+// The titles in document order, a comma behind each.
+QByteArray titles(VLMC_HistorySetting &history)
+{
+    QByteArray all;
+    QString name = utf8("title");
+    const QList<VLMC_XMLNode *> children = history.getXMLRootNode()->getXMLNodeChildren();
+    for (VLMC_XMLNode *const child : children) {
+        all += child->getXMLNodeChildByName(name)->getText().toUtf8() + ',';
+    }
+    return all;
+}
+
+QByteArray ids(VLMC_HistorySetting &history)
+{
+    QByteArray all;
+    const QList<VLMC_XMLNode *> children = history.getXMLRootNode()->getXMLNodeChildren();
+    for (VLMC_XMLNode *const child : children) {
+        all += child->getAttribute().value(utf8("id")).toString().toUtf8() + ',';
+    }
+    return all;
+}
+
+int indexOf(VLMC_HistorySetting &history, const char *url)
+{
+    QString text = utf8(url);
+    return history.getHistoryIndex(text);
+}
+
+VLMC_XMLNode *addRaw(VLMC_XMLNode *parent, const char *name, const char *text, const char *id)
+{
+    VLMC_XMLNode *const node = new VLMC_XMLNode(parent, 0);
+    QString nodeName = utf8(name);
+    QString nodeText = utf8(text);
+    node->setName(nodeName);
+    node->setText(nodeText);
+    QXmlStreamAttributes attributes;
+    if (id) {
+        attributes.append(utf8("id"), utf8(id));
+    }
+    node->setAttribute(attributes);
+    return node;
+}
+
+// As an id is written.
+QByteArray threeDigits(int number) { return QByteArray::number(number).rightJustified(3, '0'); }
+
+// Records the calls of the virtual operations that the store makes.
+class RecordingHistory : public VLMC_HistorySetting
+{
+public:
+    QByteArray calls;
+    QPointer<QObject> firstAdded;
+
+    void load(QString &path) override
+    {
+        calls += "load " + path.section(QLatin1Char('/'), -1).toUtf8() + '\n';
+        VLMC_HistorySetting::load(path);
+    }
+    void save(QString &path) override
+    {
+        calls += "save " + path.section(QLatin1Char('/'), -1).toUtf8() + '\n';
+        VLMC_HistorySetting::save(path);
+    }
+    int getXMLRootNodeChildCntByName(QString &attributeName, QString &name) override
+    {
+        calls += "count " + attributeName.toUtf8() + ' ' + name.toUtf8() + '\n';
+        return VLMC_HistorySetting::getXMLRootNodeChildCntByName(attributeName, name);
+    }
+    void setIDforChildren(QString &attributeName) override
+    {
+        calls += "number " + attributeName.toUtf8() + '\n';
+        VLMC_HistorySetting::setIDforChildren(attributeName);
+    }
+    void deleteXMLNodeByID(int id, QString &attributeName) override
+    {
+        calls += "delete " + QByteArray::number(id) + ' ' + attributeName.toUtf8() + '\n';
+        VLMC_HistorySetting::deleteXMLNodeByID(id, attributeName);
+    }
+    void deleteAllSetting() override
+    {
+        calls += "delete all\n";
+        VLMC_HistorySetting::deleteAllSetting();
+    }
+    VLMC_XMLNode *addXMLChild(VLMC_XMLNode *parent, QString &name, QString &text, char &textType,
+                              QXmlStreamAttributes &attributes, char prepend) override
+    {
+        calls += "add " + name.toUtf8() + " '" + text.toUtf8() + "' "
+                 + QByteArray::number(int(textType)) + ' ' + QByteArray::number(int(prepend)) + ' '
+                 + QByteArray::number(int(attributes.size()))
+                 + (parent == getXMLRootNode() ? " root\n" : " entry\n");
+        VLMC_XMLNode *const node =
+            VLMC_HistorySetting::addXMLChild(parent, name, text, textType, attributes, prepend);
+        if (!firstAdded) {
+            firstAdded = node;
+        }
+        return node;
+    }
+};
+
+// Takes no node, and counts more entries than there are.
+class OddHistory : public VLMC_HistorySetting
+{
+public:
+    int getXMLRootNodeChildCntByName(QString &, QString &) override { return 3; }
+    VLMC_XMLNode *addXMLChild(VLMC_XMLNode *, QString &, QString &, char &, QXmlStreamAttributes &,
+                              char) override
+    {
+        return nullptr;
+    }
+    void setIDforChildren(QString &) override { ++numberings; }
+    int numberings = 0;
+};
+} // namespace
+
+class tst_VLMC_HistorySetting : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { takeLog(); }
+    void cleanup() { runDeferredDeletes(); }
+
+    void getInstance_givesOneHistory();
+    void stores_shareNothing();
+
+    void loadHistory_logsEveryStep();
+    void loadHistory_logsMissingFile();
+    void loadHistory_refusesBlankDirectory_data();
+    void loadHistory_refusesBlankDirectory();
+    void loadHistory_refusesMaxBelowOne_data();
+    void loadHistory_refusesMaxBelowOne();
+    void loadHistory_acceptsMaxOfOne();
+    void loadHistory_keepsMoreThanMax();
+    void loadHistory_replacesTheHistory();
+    void loadHistory_callsVirtualOperations();
+    void loadHistory_drops501Of1500();
+    void loadHistory_keepsDistinctIdsBehindTheLastNumber();
+
+    void saveHistory_writesByteForByte();
+    void saveHistory_refusesBlankDirectory_data();
+    void saveHistory_refusesBlankDirectory();
+    void saveHistory_refusesMaxBelowOne_data();
+    void saveHistory_refusesMaxBelowOne();
+    void saveHistory_writesMoreThanMax();
+    void saveHistory_writesNothingBeforeLoad();
+    void saveHistory_renamesForeignRoot();
+
+    void getHistoryCnt_isZeroBeforeLoad();
+    void getHistoryCnt_countsVisitsOnly();
+
+    void getHistory_fillsTheRecord();
+    void getHistory_missesLeaveTheRecord();
+    void getHistory_keepsFieldsThatAreMissing();
+    void getHistory_givesInvalidTimes_data();
+    void getHistory_givesInvalidTimes();
+
+    void getHistoryIndex_findsTheFirst();
+    void getHistoryIndex_comparesExactly();
+    void getHistoryIndex_logsOneLineAnEntry();
+    void getHistoryIndex_reusesTheRecord();
+    void getHistoryIndex_startsWithAnEmptyUrl();
+    void getHistoryIndex_endsEarlyWithForeignEntries();
+    void getHistoryIndex_asksForTheCountOnce();
+    void getHistoryIndex_isNotFoundBeforeLoad();
+    void getHistoryIndex_passesIdsOfNoEntry();
+
+    void setHistory_insertsAtTheFront();
+    void setHistory_ignoresNull();
+    void setHistory_keepsNothingBeforeLoad();
+    void setHistory_doesNotSort();
+    void setHistory_callsVirtualOperations();
+    void setHistory_stopsWithoutANode();
+    void setHistory_writesInvalidTimeAsEmpty();
+    void setHistory_keepsAnyLength();
+    void setHistory_leavesIdsBehindTheLastNumber();
+
+    void updateHistory_keepsTheLimit_data();
+    void updateHistory_keepsTheLimit();
+    void updateHistory_deletesForNullToo();
+    void updateHistory_asksForMinusOneBeforeLoad();
+    void updateHistory_keepsMaxOfRefusedLoad();
+
+    void changeHistory_changesInPlace();
+    void changeHistory_createsNothing();
+    void changeHistory_ignoresUnknownIds();
+    void changeHistoryTitle_changesTitleOnly();
+    void changeHistoryTitle_ignoresWhatIsMissing();
+
+    void deleteHistory_renumbers();
+    void deleteHistory_ignoresUnknownIds();
+    void deleteHistory_ignoresMissingDocument();
+
+    void sortHistory_ordersNewestFirst();
+    void sortHistory_isStable();
+    void sortHistory_putsInvalidTimesLast();
+    void sortHistory_stopsBeforeLoad();
+    void sortHistory_keepsEmptyHistoryEmpty();
+    void sortHistory_rebuildsEveryEntry();
+    void sortHistory_takesForeignEntries();
+    void sortHistory_readsByIdOnce();
+    void sortHistory_keepsTheRoot();
+    void sortHistory_logsNullChildrenEveryTime();
+    void sortHistory_callsVirtualOperations();
+    void sortHistory_endsAlikeInDerivedClasses();
+
+    void operatorLess_putsTheLaterFirst();
+    void ClipString_countsBytes_data();
+    void ClipString_countsBytes();
+    void visit_logsEveryStep();
+};
+
+void tst_VLMC_HistorySetting::getInstance_givesOneHistory()
+{
+    VLMC_HistorySetting *const first = VLMC_HistorySetting::getInstance();
+    QVERIFY(first);
+    QCOMPARE(VLMC_HistorySetting::getInstance(), first);
+    QVERIFY(!first->getXMLRootNode());
+}
+
+void tst_VLMC_HistorySetting::stores_shareNothing()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting one;
+    VLMC_HistorySetting other;
+    load(one, directory, fileOf(entryOf("a", "2026/01/01 00:00")), 1);
+    load(other, directory, fileOf(entryOf("b", "2026/01/01 00:00")), 5);
+    VLMS_History entry = visit("c", "u:c", "2026/02/01 00:00:00");
+
+    one.updateHistory(&entry);
+    other.updateHistory(&entry);
+
+    COMPARE_BYTES(titles(one), "c,");
+    COMPARE_BYTES(titles(other), "c,b,");
+}
+
+void tst_VLMC_HistorySetting::loadHistory_logsEveryStep()
+{
+    TestDirectory directory;
+    writeFile(directory.file(kFile),
+              fileOf(entryOf("a", "2026/01/01 00:00") + entryOf("b", "2026/01/03 00:00")));
+    VLMC_HistorySetting history;
+
+    history.loadHistory(directory.pathPointer(), 1);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::loadHistory] start\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
+                                "3 [VLMC_HistorySetting::sortHistory]\n"
+                                "3 [VLMC_HistorySetting::getHistory]\n"
+                                "3 [VLMC_HistorySetting::getHistory]\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] "
+                                    + hexAddress(history.getXMLRootNode())
+                                    + "\n"
+                                      "3 [VLMC_HistorySetting::setHistory]\n"
+                                      "3 [VLMC_HistorySetting::setHistory]\n"
+                                      "3 [VLMC_HistorySetting::loadHistory] end\n");
+}
+
+void tst_VLMC_HistorySetting::loadHistory_logsMissingFile()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+
+    history.loadHistory(directory.pathPointer(), 1);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::loadHistory] start\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "2 VLMC_XMLReader::read file not exist!\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
+                                "3 [VLMC_HistorySetting::sortHistory]\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] "
+                                    + hexAddress(history.getXMLRootNode())
+                                    + "\n"
+                                      "3 [VLMC_HistorySetting::loadHistory] end\n");
+    QCOMPARE(history.getHistoryCnt(), 0);
+}
+
+void tst_VLMC_HistorySetting::loadHistory_refusesBlankDirectory_data()
+{
+    QTest::addColumn<bool>("isNull");
+    QTest::newRow("null") << true;
+    QTest::newRow("empty") << false;
+}
+
+// The directory is looked at before max.
+void tst_VLMC_HistorySetting::loadHistory_refusesBlankDirectory()
+{
+    QFETCH(bool, isNull);
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
+    QString empty;
+
+    history.loadHistory(isNull ? nullptr : &empty, 0);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::loadHistory] start\n"
+                                "2 [VLMC_HistorySetting::loadHistory] Path is NULL or empty.\n");
+    COMPARE_BYTES(titles(history), "a,");
+}
+
+void tst_VLMC_HistorySetting::loadHistory_refusesMaxBelowOne_data()
+{
+    QTest::addColumn<int>("max");
+    QTest::newRow("0") << 0;
+    QTest::newRow("-7") << -7;
+}
+
+void tst_VLMC_HistorySetting::loadHistory_refusesMaxBelowOne()
+{
+    QFETCH(int, max);
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
+
+    history.loadHistory(directory.pathPointer(), max);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::loadHistory] start\n"
+                                "2 [VLMC_HistorySetting::loadHistory] Error load_max:"
+                                    + QByteArray::number(max) + '\n');
+    COMPARE_BYTES(titles(history), "a,");
+}
+
+void tst_VLMC_HistorySetting::loadHistory_acceptsMaxOfOne()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")), 1);
+    QCOMPARE(history.getHistoryCnt(), 1);
+}
+
+void tst_VLMC_HistorySetting::loadHistory_keepsMoreThanMax()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/01 00:00") + entryOf("b", "2026/01/02 00:00")
+                + entryOf("c", "2026/01/03 00:00")),
+         2);
+    COMPARE_BYTES(titles(history), "c,b,a,");
+}
+
+void tst_VLMC_HistorySetting::loadHistory_replacesTheHistory()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
+    load(history, directory, fileOf(entryOf("b", "2026/01/01 00:00")));
+    COMPARE_BYTES(titles(history), "b,");
+}
+
+void tst_VLMC_HistorySetting::loadHistory_callsVirtualOperations()
+{
+    TestDirectory directory;
+    RecordingHistory history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
+    COMPARE_BYTES(history.calls, "delete all\n"
+                                 "load visit.xml\n"
+                                 "number id\n"
+                                 "delete all\n"
+                                 "add pageInfo '' 0 1 0 root\n"
+                                 "add title 'a' 0 0 0 entry\n"
+                                 "add url 'u:a' 0 0 0 entry\n"
+                                 "add dateTime '2026/01/01 00:00' 0 0 0 entry\n"
+                                 "number id\n"
+                                 "number id\n");
+}
+
+// Entries without a number are not read before the sort deletes them.
+void tst_VLMC_HistorySetting::loadHistory_drops501Of1500()
+{
+    TestDirectory directory;
+    QByteArray entries;
+    QByteArray expected;
+    for (int i = 0; i < 1500; ++i) {
+        entries += entryOf("t" + QByteArray::number(i), "2026/01/01 00:00");
+    }
+    for (int i = 0; i < 999; ++i) {
+        const QByteArray title = "t" + QByteArray::number(i);
+        expected += written(threeDigits(i), title, "u:" + title, "2026/01/01 00:00");
+    }
+    writeFile(directory.file(kFile), fileOf(entries));
+    VLMC_HistorySetting history;
+
+    history.loadHistory(directory.pathPointer(), 10);
+
+    const QByteArray log = loggedText();
+    QCOMPARE(log.count(kGetLine), 1500);
+    QCOMPARE(log.count(kSetLine), 999);
+    QCOMPARE(history.getHistoryCnt(), 999);
+    COMPARE_BYTES(saved(history, directory), writtenFile(expected));
+}
+
+void tst_VLMC_HistorySetting::loadHistory_keepsDistinctIdsBehindTheLastNumber()
+{
+    TestDirectory directory;
+    QByteArray entries;
+    for (int i = 0; i < 1002; ++i) {
+        const QByteArray id = QByteArray::number(i == 1001 ? 998 : i);
+        entries += entryOf("t" + QByteArray::number(i), "2026/01/01 00:00")
+                       .replace("<pageInfo>", "<pageInfo id=\"" + id + "\">");
+    }
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entries));
+    RecordingHistory derived;
+    load(derived, directory, fileOf(entries));
+
+    QCOMPARE(history.getXMLNodeCnt(), 1001);
+    QVERIFY(titles(history).endsWith(",t998,t999,t1000,"));
+    QVERIFY(ids(history).endsWith(",997,998,998,998,"));
+    COMPARE_BYTES(ids(history), ids(derived));
+    COMPARE_BYTES(titles(history), titles(derived));
+}
+
+void tst_VLMC_HistorySetting::saveHistory_writesByteForByte()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    history.loadHistory(directory.pathPointer(), 9);
+    VLMS_History older = visit("A < B & \"C\"", "http://a/?x=1&y=2", "2026/01/02 03:04:59");
+    VLMS_History newer =
+        visit("\xf0\x9f\x98\x80 \xe3\x81\x82", "http://b/\xc3\xa9", "2026/11/12 13:14:00");
+    history.setHistory(&older);
+    history.setHistory(&newer);
+    takeLog();
+
+    const QByteArray document = saved(history, directory);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::saveHistory] start\n"
+                                "3 [VLMC_XMLSetting::save] start\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
+                                "3 [VLMC_HistorySetting::saveHistory] end\n");
+    COMPARE_BYTES(document, writtenFile(written("000", "\xf0\x9f\x98\x80 \xe3\x81\x82",
+                                                "http://b/\xc3\xa9", "2026/11/12 13:14")
+                                        + written("001", "A &lt; B &amp; &quot;C&quot;",
+                                                  "http://a/?x=1&amp;y=2", "2026/01/02 03:04")));
+    history.loadHistory(directory.pathPointer(), 9);
+    VLMS_History read;
+    QVERIFY(history.getHistory(0, &read));
+    QCOMPARE(read.title, newer.title);
+    QCOMPARE(read.url, newer.url);
+    QCOMPARE(read.dateTime, newer.dateTime);
+}
+
+void tst_VLMC_HistorySetting::saveHistory_refusesBlankDirectory_data()
+{
+    loadHistory_refusesBlankDirectory_data();
+}
+
+void tst_VLMC_HistorySetting::saveHistory_refusesBlankDirectory()
+{
+    QFETCH(bool, isNull);
+    VLMC_HistorySetting history;
+    history.createXMLRootNode();
+    QString empty;
+
+    history.saveHistory(isNull ? nullptr : &empty, 0);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::saveHistory] start\n"
+                                "2 [VLMC_HistorySetting::saveHistory] Path is NULL or empty.\n");
+    QCOMPARE(history.getXMLRootNode()->getName(), utf8(""));
+}
+
+void tst_VLMC_HistorySetting::saveHistory_refusesMaxBelowOne_data()
+{
+    loadHistory_refusesMaxBelowOne_data();
+}
+
+void tst_VLMC_HistorySetting::saveHistory_refusesMaxBelowOne()
+{
+    QFETCH(int, max);
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    history.createXMLRootNode();
+
+    history.saveHistory(directory.pathPointer(), max);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::saveHistory] start\n"
+                                "2 [VLMC_HistorySetting::saveAuthInfo] Error save_max:"
+                                    + QByteArray::number(max) + '\n');
+    QVERIFY(!exists(directory.file(kFile)));
+    QCOMPARE(history.getXMLRootNode()->getName(), utf8(""));
+}
+
+void tst_VLMC_HistorySetting::saveHistory_writesMoreThanMax()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/02 00:00") + entryOf("b", "2026/01/01 00:00")));
+    COMPARE_BYTES(saved(history, directory),
+                  writtenFile(written("000", "a", "u:a", "2026/01/02 00:00")
+                              + written("001", "b", "u:b", "2026/01/01 00:00")));
+}
+
+void tst_VLMC_HistorySetting::saveHistory_writesNothingBeforeLoad()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    history.saveHistory(directory.pathPointer(), 1);
+    QVERIFY(!exists(directory.file(kFile)));
+    QVERIFY(loggedText().endsWith("3 [VLMC_HistorySetting::saveHistory] end\n"));
+}
+
+void tst_VLMC_HistorySetting::saveHistory_renamesForeignRoot()
+{
+    TestDirectory directory;
+    RecordingHistory history;
+    load(history, directory, "<visits a=\"b\" docInfo=\"0.9\"/>");
+    history.calls.clear();
+    COMPARE_BYTES(saved(history, directory), kHead + QByteArray("<history docInfo=\"1.0\"/>\n"));
+    COMPARE_BYTES(history.calls, "save visit.xml\n");
+}
+
+void tst_VLMC_HistorySetting::getHistoryCnt_isZeroBeforeLoad()
+{
+    VLMC_HistorySetting history;
+    QCOMPARE(history.getHistoryCnt(), 0);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_HistorySetting::getHistoryCnt_countsVisitsOnly()
+{
+    RecordingHistory history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    addRaw(root, "pageInfo", "", "000");
+    addRaw(root, "other", "", "001");
+    addRaw(root, "pageInfo", "", "002");
+    addRaw(root, "pageInfo", "", "9");
+    QCOMPARE(history.getHistoryCnt(), 2);
+    COMPARE_BYTES(history.calls, "count id pageInfo\n");
+}
+
+void tst_VLMC_HistorySetting::getHistory_fillsTheRecord()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/02 03:04") + entryOf("b", "2026/01/01 00:00")));
+    VLMS_History read;
+
+    QVERIFY(history.getHistory(0, &read));
+
+    COMPARE_BYTES(loggedText(), kGetLine);
+    QCOMPARE(read.title, utf8("a"));
+    QCOMPARE(read.url, utf8("u:a"));
+    QCOMPARE(read.dateTime, QDateTime(QDate(2026, 1, 2), QTime(3, 4)));
+    QVERIFY(history.getHistory(1, &read));
+    QCOMPARE(read.title, utf8("b"));
+}
+
+void tst_VLMC_HistorySetting::getHistory_missesLeaveTheRecord()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    const VLMS_History before = visit("t", "u", "2026/01/02 03:04:05");
+    VLMS_History read = before;
+    QVERIFY(!history.getHistory(0, &read));
+    load(history, directory, fileOf(entryOf("a", "2026/01/02 03:04")));
+
+    QVERIFY(!history.getHistory(-1, &read));
+    QVERIFY(!history.getHistory(1, &read));
+    QVERIFY(!history.getHistory(0, nullptr));
+
+    COMPARE_BYTES(loggedText(), QByteArray(kGetLine).repeated(3));
+    QCOMPARE(read.title, before.title);
+    QCOMPARE(read.url, before.url);
+    QCOMPARE(read.dateTime, before.dateTime);
+}
+
+void tst_VLMC_HistorySetting::getHistory_keepsFieldsThatAreMissing()
+{
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    addRaw(root, "pageInfo", "", "000");
+    addRaw(addRaw(root, "any", "", "001"), "url", "", nullptr);
+    const VLMS_History before = visit("t", "u", "2026/01/02 03:04:05");
+    VLMS_History read = before;
+
+    QVERIFY(history.getHistory(0, &read));
+    QCOMPARE(read.title, before.title);
+    QCOMPARE(read.url, before.url);
+    QCOMPARE(read.dateTime, before.dateTime);
+
+    QVERIFY(history.getHistory(1, &read));
+    QCOMPARE(read.title, before.title);
+    QCOMPARE(read.url, utf8(""));
+}
+
+void tst_VLMC_HistorySetting::getHistory_givesInvalidTimes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("valid");
+    QTest::newRow("padded") << utf8("2026/01/02 03:04") << true;
+    QTest::newRow("month not padded") << utf8("2026/1/02 03:04") << false;
+    QTest::newRow("day not padded") << utf8("2026/01/2 03:04") << false;
+    QTest::newRow("hour not padded") << utf8("2026/01/02 3:04") << false;
+    QTest::newRow("with seconds") << utf8("2026/01/02 03:04:05") << false;
+    QTest::newRow("empty") << utf8("") << false;
+    QTest::newRow("no time") << utf8("today") << false;
+}
+
+void tst_VLMC_HistorySetting::getHistory_givesInvalidTimes()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, valid);
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const entry = addRaw(history.createXMLRootNode(), "pageInfo", "", "000");
+    addRaw(entry, "dateTime", text.toUtf8().constData(), nullptr);
+    VLMS_History read = visit("t", "u", "2020/01/02 03:04:05");
+
+    QVERIFY(history.getHistory(0, &read));
+
+    QCOMPARE(read.dateTime.isValid(), valid);
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_findsTheFirst()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    history.loadHistory(directory.pathPointer(), 9);
+    VLMS_History same = visit("1", "u", "2026/01/01 00:00:00");
+    VLMS_History other = visit("2", "v", "2026/01/01 00:00:00");
+    history.setHistory(&same);
+    history.setHistory(&same);
+    history.setHistory(&other);
+    QCOMPARE(history.getHistoryCnt(), 3);
+    QCOMPARE(indexOf(history, "u"), 1);
+    QCOMPARE(indexOf(history, "v"), 0);
+    QCOMPARE(indexOf(history, "w"), -1);
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_comparesExactly()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
+    QCOMPARE(indexOf(history, "u:a"), 0);
+    QCOMPARE(indexOf(history, "U:a"), -1);
+    QCOMPARE(indexOf(history, "u:a "), -1);
+    QCOMPARE(indexOf(history, "u:"), -1);
+    QCOMPARE(indexOf(history, ""), -1);
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_logsOneLineAnEntry()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")
+                + entryOf("c", "2026/01/01 00:00")));
+    QCOMPARE(indexOf(history, "u:a"), 0);
+    COMPARE_BYTES(loggedText(), kGetLine);
+    QCOMPARE(indexOf(history, "u:b"), 1);
+    COMPARE_BYTES(loggedText(), QByteArray(kGetLine).repeated(2));
+    QCOMPARE(indexOf(history, "none"), -1);
+    COMPARE_BYTES(loggedText(), QByteArray(kGetLine).repeated(3));
+}
+
+// A match is returned at once, so that an earlier URL can only be met again by an entry without one
+// when the earlier entry was no match, which it then is not either.
+void tst_VLMC_HistorySetting::getHistoryIndex_reusesTheRecord()
+{
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    addRaw(addRaw(root, "pageInfo", "", "000"), "url", "x", nullptr);
+    addRaw(root, "pageInfo", "", "001");
+    addRaw(addRaw(root, "pageInfo", "", "002"), "url", "", nullptr);
+    QCOMPARE(indexOf(history, "x"), 0);
+    QCOMPARE(indexOf(history, ""), 2);
+    COMPARE_BYTES(loggedText(), QByteArray(kGetLine).repeated(4));
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_startsWithAnEmptyUrl()
+{
+    VLMC_HistorySetting history;
+    addRaw(history.createXMLRootNode(), "pageInfo", "", "000");
+    QCOMPARE(indexOf(history, ""), 0);
+    QCOMPARE(indexOf(history, "x"), -1);
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_endsEarlyWithForeignEntries()
+{
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    addRaw(addRaw(root, "other", "", "000"), "url", "x", nullptr);
+    addRaw(addRaw(root, "pageInfo", "", "001"), "url", "y", nullptr);
+    QCOMPARE(indexOf(history, "x"), 0);
+    takeLog();
+    QCOMPARE(indexOf(history, "y"), -1);
+    COMPARE_BYTES(loggedText(), kGetLine);
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_asksForTheCountOnce()
+{
+    TestDirectory directory;
+    RecordingHistory history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")));
+    history.calls.clear();
+    QCOMPARE(indexOf(history, "none"), -1);
+    COMPARE_BYTES(history.calls, "count id pageInfo\n");
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_isNotFoundBeforeLoad()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    QCOMPARE(indexOf(history, ""), -1);
+    QCOMPARE(loggedText(), QByteArray());
+    load(history, directory, "<history/>");
+    QCOMPARE(indexOf(history, ""), -1);
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_passesIdsOfNoEntry()
+{
+    OddHistory history;
+    QCOMPARE(indexOf(history, ""), -1);
+    COMPARE_BYTES(loggedText(), QByteArray(kGetLine).repeated(3));
+    addRaw(addRaw(history.createXMLRootNode(), "pageInfo", "", "000"), "url", "x", nullptr);
+    QCOMPARE(indexOf(history, "x"), 0);
+    QCOMPARE(indexOf(history, "y"), -1);
+}
+
+void tst_VLMC_HistorySetting::setHistory_insertsAtTheFront()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/03 00:00")), 1);
+    VLMS_History entry = visit("b", "u:b", "2026/01/04 05:06:07");
+
+    history.setHistory(&entry);
+
+    COMPARE_BYTES(loggedText(), kSetLine);
+    COMPARE_BYTES(saved(history, directory),
+                  writtenFile(written("000", "b", "u:b", "2026/01/04 05:06")
+                              + written("001", "a", "u:a", "2026/01/03 00:00")));
+}
+
+void tst_VLMC_HistorySetting::setHistory_ignoresNull()
+{
+    RecordingHistory history;
+    history.createXMLRootNode();
+    history.setHistory(nullptr);
+    COMPARE_BYTES(loggedText(), kSetLine);
+    QCOMPARE(history.calls, QByteArray());
+    QCOMPARE(history.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_HistorySetting::setHistory_keepsNothingBeforeLoad()
+{
+    RecordingHistory history;
+    VLMS_History entry = visit("b", "u:b", "2026/01/04 05:06:07");
+    history.setHistory(&entry);
+    COMPARE_BYTES(loggedText(), kSetLine);
+    COMPARE_BYTES(history.calls, "add pageInfo '' 0 1 0 root\n"
+                                 "add title 'b' 0 0 0 entry\n"
+                                 "add url 'u:b' 0 0 0 entry\n"
+                                 "add dateTime '2026/01/04 05:06' 0 0 0 entry\n"
+                                 "number id\n");
+    QVERIFY(!history.getXMLRootNode());
+    QCOMPARE(history.getHistoryCnt(), 0);
+    QVERIFY(history.firstAdded);
+    runDeferredDeletes();
+    QVERIFY(!history.firstAdded);
+}
+
+void tst_VLMC_HistorySetting::setHistory_doesNotSort()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/03 00:00")));
+    VLMS_History older = visit("b", "u:b", "2026/01/01 00:00:00");
+    history.setHistory(&older);
+    COMPARE_BYTES(titles(history), "b,a,");
+    COMPARE_BYTES(ids(history), "000,001,");
+    history.saveHistory(directory.pathPointer(), 1);
+    history.loadHistory(directory.pathPointer(), 1);
+    COMPARE_BYTES(titles(history), "a,b,");
+}
+
+void tst_VLMC_HistorySetting::setHistory_callsVirtualOperations()
+{
+    RecordingHistory history;
+    history.createXMLRootNode();
+    VLMS_History entry = visit("b", "u:b", "2026/01/04 05:06:07");
+    history.setHistory(&entry);
+    COMPARE_BYTES(history.calls, "add pageInfo '' 0 1 0 root\n"
+                                 "add title 'b' 0 0 0 entry\n"
+                                 "add url 'u:b' 0 0 0 entry\n"
+                                 "add dateTime '2026/01/04 05:06' 0 0 0 entry\n"
+                                 "number id\n");
+}
+
+void tst_VLMC_HistorySetting::setHistory_stopsWithoutANode()
+{
+    OddHistory history;
+    history.createXMLRootNode();
+    VLMS_History entry = visit("b", "u:b", "2026/01/04 05:06:07");
+    history.setHistory(&entry);
+    COMPARE_BYTES(loggedText(), kSetLine);
+    QCOMPARE(history.numberings, 0);
+}
+
+void tst_VLMC_HistorySetting::setHistory_writesInvalidTimeAsEmpty()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, "<history/>");
+    VLMS_History entry = visit("b", "u:b", "");
+    history.setHistory(&entry);
+    COMPARE_BYTES(saved(history, directory), writtenFile(written("000", "b", "u:b", "")));
+}
+
+void tst_VLMC_HistorySetting::setHistory_keepsAnyLength()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, "<history/>");
+    VLMS_History entry = visit("", "", "2026/01/04 05:06:00");
+    entry.title = utf8("\xf0\x9f\x98\x80").repeated(5000);
+    entry.url = utf8("x").repeated(20000);
+    history.setHistory(&entry);
+    history.saveHistory(directory.pathPointer(), 1);
+    history.loadHistory(directory.pathPointer(), 1);
+    VLMS_History read;
+    QVERIFY(history.getHistory(0, &read));
+    QCOMPARE(read.title, entry.title);
+    QCOMPARE(read.url, entry.url);
+}
+
+void tst_VLMC_HistorySetting::setHistory_leavesIdsBehindTheLastNumber()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, "<history/>");
+    VLMS_History entry = visit("b", "u:b", "2026/01/04 05:06:00");
+    for (int i = 0; i < 1001; ++i) {
+        history.setHistory(&entry);
+    }
+    QCOMPARE(history.getXMLNodeCnt(), 1001);
+    QCOMPARE(history.getHistoryCnt(), 999);
+    QVERIFY(ids(history).endsWith(",997,998,998,998,"));
+}
+
+void tst_VLMC_HistorySetting::updateHistory_keepsTheLimit_data()
+{
+    QTest::addColumn<int>("entries");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<bool>("deletes");
+    QTest::newRow("empty") << 0 << QByteArray("new,") << false;
+    QTest::newRow("one below") << 2 << QByteArray("new,t0,t1,") << false;
+    QTest::newRow("full") << 3 << QByteArray("new,t0,t1,") << true;
+    QTest::newRow("two over") << 5 << QByteArray("new,t0,t1,t3,t4,") << true;
+}
+
+void tst_VLMC_HistorySetting::updateHistory_keepsTheLimit()
+{
+    QFETCH(int, entries);
+    QFETCH(QByteArray, after);
+    QFETCH(bool, deletes);
+    QByteArray content;
+    for (int i = 0; i < entries; ++i) {
+        content += entryOf("t" + QByteArray::number(i), "2026/01/01 00:00");
+    }
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(content), 3);
+    VLMS_History entry = visit("new", "u", "2026/01/04 05:06:07");
+
+    history.updateHistory(&entry);
+
+    COMPARE_BYTES(loggedText(),
+                  QByteArray("3 [VLMC_HistorySetting::updateHistory]\n")
+                      + (deletes ? "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:2\n" : "")
+                      + kSetLine);
+    COMPARE_BYTES(titles(history), after);
+    COMPARE_BYTES(ids(history), QByteArray("000,001,002,003,004,").left(4 * after.count(',')));
+}
+
+void tst_VLMC_HistorySetting::updateHistory_deletesForNullToo()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/03 00:00")), 1);
+    history.updateHistory(nullptr);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::updateHistory]\n"
+                                "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:0\n"
+                                "3 [VLMC_HistorySetting::setHistory]\n");
+    QCOMPARE(history.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_HistorySetting::updateHistory_asksForMinusOneBeforeLoad()
+{
+    VLMC_HistorySetting history;
+    VLMS_History entry = visit("new", "u", "2026/01/04 05:06:07");
+    history.updateHistory(&entry);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::updateHistory]\n"
+                                "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:-1\n"
+                                "3 [VLMC_HistorySetting::setHistory]\n");
+    history.createXMLRootNode();
+    history.updateHistory(&entry);
+    history.updateHistory(&entry);
+    QCOMPARE(history.getHistoryCnt(), 2);
+}
+
+void tst_VLMC_HistorySetting::updateHistory_keepsMaxOfRefusedLoad()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entryOf("a", "2026/01/03 00:00")), 2);
+    history.loadHistory(directory.pathPointer(), 0);
+    history.loadHistory(nullptr, 50);
+    history.saveHistory(directory.pathPointer(), 60);
+    VLMS_History entry = visit("b", "u", "2026/01/04 05:06:07");
+    history.updateHistory(&entry);
+    COMPARE_BYTES(titles(history), "b,a,");
+    history.updateHistory(&entry);
+    COMPARE_BYTES(titles(history), "b,b,");
+    load(history, directory, fileOf(entryOf("a", "2026/01/03 00:00")), 1);
+    history.updateHistory(&entry);
+    COMPARE_BYTES(titles(history), "b,");
+}
+
+void tst_VLMC_HistorySetting::changeHistory_changesInPlace()
+{
+    TestDirectory directory;
+    RecordingHistory history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")));
+    VLMS_History entry = visit("\xf0\x9f\x98\x80", "v", "2026/12/31 23:59:59");
+    history.calls.clear();
+
+    history.changeHistory(1, entry);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::changeHistory]\n");
+    QCOMPARE(history.calls, QByteArray());
+    COMPARE_BYTES(saved(history, directory),
+                  writtenFile(written("000", "a", "u:a", "2026/01/03 00:00")
+                              + written("001", "\xf0\x9f\x98\x80", "v", "2026/12/31 23:59")));
+}
+
+void tst_VLMC_HistorySetting::changeHistory_createsNothing()
+{
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const entry = addRaw(history.createXMLRootNode(), "any", "", "000");
+    VLMC_XMLNode *const url = addRaw(entry, "url", "x", nullptr);
+    url->setTextType(1);
+    VLMS_History change = visit("t", "v", "2026/12/31 23:59:59");
+    history.changeHistory(0, change);
+    QCOMPARE(entry->getXMLNodeChildren().size(), 1);
+    QCOMPARE(url->getText(), utf8("v"));
+    QCOMPARE(int(url->getTextType()), 1);
+}
+
+void tst_VLMC_HistorySetting::changeHistory_ignoresUnknownIds()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    VLMS_History change = visit("t", "v", "2026/12/31 23:59:59");
+    history.changeHistory(0, change);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::changeHistory]\n");
+    load(history, directory, fileOf(entryOf("a", "2026/01/03 00:00")));
+    history.changeHistory(-1, change);
+    history.changeHistory(1, change);
+    COMPARE_BYTES(titles(history), "a,");
+}
+
+void tst_VLMC_HistorySetting::changeHistoryTitle_changesTitleOnly()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")));
+    QString title = utf8("\xf0\x9f\x98\x80");
+
+    history.changeHistoryTitle(0, title);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::changeHistoryTitle]\n");
+    COMPARE_BYTES(saved(history, directory),
+                  writtenFile(written("000", "\xf0\x9f\x98\x80", "u:a", "2026/01/03 00:00")
+                              + written("001", "b", "u:b", "2026/01/02 00:00")));
+}
+
+void tst_VLMC_HistorySetting::changeHistoryTitle_ignoresWhatIsMissing()
+{
+    VLMC_HistorySetting history;
+    QString title = utf8("t");
+    history.changeHistoryTitle(0, title);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::changeHistoryTitle]\n");
+    VLMC_XMLNode *const entry = addRaw(history.createXMLRootNode(), "pageInfo", "", "000");
+    history.changeHistoryTitle(0, title);
+    history.changeHistoryTitle(1, title);
+    QCOMPARE(entry->getXMLNodeChildren().size(), 0);
+}
+
+void tst_VLMC_HistorySetting::deleteHistory_renumbers()
+{
+    TestDirectory directory;
+    RecordingHistory history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")
+                + entryOf("c", "2026/01/01 00:00")));
+    history.calls.clear();
+
+    history.deleteHistory(1);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:1\n");
+    COMPARE_BYTES(history.calls, "delete 1 id\nnumber id\n");
+    COMPARE_BYTES(titles(history), "a,c,");
+    COMPARE_BYTES(ids(history), "000,001,");
+}
+
+void tst_VLMC_HistorySetting::deleteHistory_ignoresUnknownIds()
+{
+    VLMC_HistorySetting history;
+    addRaw(history.createXMLRootNode(), "pageInfo", "", "007");
+    history.deleteHistory(3);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:3\n");
+    COMPARE_BYTES(ids(history), "000,");
+}
+
+void tst_VLMC_HistorySetting::deleteHistory_ignoresMissingDocument()
+{
+    VLMC_HistorySetting history;
+    history.deleteHistory(0);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:0\n");
+    QVERIFY(!history.getXMLRootNode());
+}
+
+void tst_VLMC_HistorySetting::sortHistory_ordersNewestFirst()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("1st", "2026/01/01 00:00") + entryOf("3rd", "2026/01/03 00:00")
+                + entryOf("2nd", "2026/01/02 00:00")));
+    COMPARE_BYTES(titles(history), "3rd,2nd,1st,");
+    COMPARE_BYTES(ids(history), "000,001,002,");
+}
+
+void tst_VLMC_HistorySetting::sortHistory_isStable()
+{
+    QByteArray entries;
+    QByteArray expected;
+    for (int i = 0; i < 60; ++i) {
+        const QByteArray title = "t" + QByteArray::number(i);
+        entries += entryOf(title, i % 2 ? "2026/01/01 00:00" : "2026/01/01 00:01");
+    }
+    for (int i = 0; i < 60; i += 2) {
+        expected += "t" + QByteArray::number(i) + ',';
+    }
+    for (int i = 1; i < 60; i += 2) {
+        expected += "t" + QByteArray::number(i) + ',';
+    }
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, fileOf(entries));
+    COMPARE_BYTES(titles(history), expected);
+    history.sortHistory();
+    COMPARE_BYTES(titles(history), expected);
+}
+
+void tst_VLMC_HistorySetting::sortHistory_putsInvalidTimesLast()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("a", "never") + entryOf("b", "0001/01/01 00:00")
+                + entryOf("c", "2026/1/1 1:1") + entryOf("d", "9999/12/31 23:59") + entryOf("e", "")
+                + entryOf("f", "1969/12/31 12:00")));
+    COMPARE_BYTES(titles(history), "d,f,b,a,c,e,");
+}
+
+void tst_VLMC_HistorySetting::sortHistory_stopsBeforeLoad()
+{
+    RecordingHistory history;
+    history.sortHistory();
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::sortHistory]\n");
+    QCOMPARE(history.calls, QByteArray());
+}
+
+void tst_VLMC_HistorySetting::sortHistory_keepsEmptyHistoryEmpty()
+{
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    history.sortHistory();
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::sortHistory]\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] "
+                                    + hexAddress(root) + '\n');
+    QCOMPARE(history.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_HistorySetting::sortHistory_rebuildsEveryEntry()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf("<pageInfo a=\"b\">text<dateTime c=\"d\">2026/1/1 1:1</dateTime><extra>e</extra>"
+                "<url><![CDATA[u&v]]></url><title>t</title><title>second</title></pageInfo>"
+                "<pageInfo/>"));
+    COMPARE_BYTES(saved(history, directory),
+                  writtenFile(written("000", "t", "u&amp;v", "")
+                              + "    <pageInfo id=\"001\">\n        <title/>\n        <url/>\n"
+                                "        <dateTime/>\n    </pageInfo>\n"));
+}
+
+void tst_VLMC_HistorySetting::sortHistory_takesForeignEntries()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf("<folder id=\"x\"><title>f</title><url>u:f</url></folder>"
+                + entryOf("a", "2026/01/01 00:00")));
+    COMPARE_BYTES(saved(history, directory),
+                  writtenFile(written("000", "a", "u:a", "2026/01/01 00:00")
+                              + written("001", "f", "u:f", "")));
+}
+
+// The first that carries an id is the one that it leads to; what no id leads to is lost, and an id
+// that leads nowhere leaves its line in the log.
+void tst_VLMC_HistorySetting::sortHistory_readsByIdOnce()
+{
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    addRaw(addRaw(root, "pageInfo", "", "003"), "title", "a", nullptr);
+    addRaw(addRaw(root, "pageInfo", "", "1"), "title", "b", nullptr);
+    addRaw(addRaw(root, "pageInfo", "", "001"), "title", "c", nullptr);
+    addRaw(addRaw(root, "pageInfo", "", "-1"), "title", "d", nullptr);
+    addRaw(addRaw(root, "pageInfo", "", "6"), "title", "e", nullptr);
+    addRaw(addRaw(root, "pageInfo", "", nullptr), "title", "f", nullptr);
+
+    history.sortHistory();
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::sortHistory]\n"
+                                    + QByteArray(kGetLine).repeated(6)
+                                    + "3 [VLMC_XMLSetting::deleteRootChildren] " + hexAddress(root)
+                                    + '\n' + QByteArray(kSetLine).repeated(2));
+    COMPARE_BYTES(titles(history), "b,a,");
+    COMPARE_BYTES(ids(history), "000,001,");
+}
+
+void tst_VLMC_HistorySetting::sortHistory_keepsTheRoot()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, "<visits a=\"b\">" + entryOf("a", "2026/01/01 00:00") + "</visits>");
+    VLMC_XMLNode *const root = history.getXMLRootNode();
+    history.sortHistory();
+    QCOMPARE(history.getXMLRootNode(), root);
+    QCOMPARE(root->getName(), utf8("visits"));
+    QCOMPARE(root->getAttribute().value(utf8("a")).toString(), utf8("b"));
+}
+
+void tst_VLMC_HistorySetting::sortHistory_logsNullChildrenEveryTime()
+{
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    addRaw(root, "pageInfo", "", "000");
+    addRaw(root, "pageInfo", "", "001");
+    root->getXMLNodeChildren().append(static_cast<VLMC_XMLNode *>(nullptr));
+    const QByteArray numbering =
+        "1 [VLMC_XMLSetting::setIDforChildren] " + hexAddress(root) + " Why Pass??\n";
+
+    history.sortHistory();
+
+    COMPARE_BYTES(loggedText(),
+                  "3 [VLMC_HistorySetting::sortHistory]\n" + QByteArray(kGetLine).repeated(3)
+                      + "3 [VLMC_XMLSetting::deleteRootChildren] " + hexAddress(root)
+                      + "\n1 [VLMC_XMLSetting::deleteRootChildren] " + hexAddress(root)
+                      + " Why Pass??\n" + (kSetLine + numbering).repeated(2) + numbering);
+}
+
+void tst_VLMC_HistorySetting::sortHistory_callsVirtualOperations()
+{
+    RecordingHistory history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    addRaw(addRaw(root, "pageInfo", "", "000"), "title", "a", nullptr);
+    addRaw(addRaw(root, "pageInfo", "", "001"), "dateTime", "2026/01/01 00:00", nullptr);
+
+    history.sortHistory();
+
+    COMPARE_BYTES(history.calls, "delete all\n"
+                                 "add pageInfo '' 0 1 0 root\n"
+                                 "add title 'a' 0 0 0 entry\n"
+                                 "add url '' 0 0 0 entry\n"
+                                 "add dateTime '' 0 0 0 entry\n"
+                                 "number id\n"
+                                 "add pageInfo '' 0 1 0 root\n"
+                                 "add title '' 0 0 0 entry\n"
+                                 "add url '' 0 0 0 entry\n"
+                                 "add dateTime '2026/01/01 00:00' 0 0 0 entry\n"
+                                 "number id\n"
+                                 "number id\n");
+}
+
+void tst_VLMC_HistorySetting::sortHistory_endsAlikeInDerivedClasses()
+{
+    TestDirectory directory;
+    const QByteArray content =
+        fileOf(entryOf("a", "2026/01/01 00:00") + entryOf("b", "x")
+               + entryOf("c", "2026/01/03 00:00") + entryOf("d", "2026/01/01 00:00"));
+    VLMC_HistorySetting history;
+    writeFile(directory.file(kFile), content);
+    history.loadHistory(directory.pathPointer(), 1);
+    const QByteArray log = loggedText().replace(hexAddress(history.getXMLRootNode()), "root");
+    const QByteArray document = saved(history, directory);
+    RecordingHistory derived;
+    writeFile(directory.file(kFile), content);
+    takeLog();
+    derived.loadHistory(directory.pathPointer(), 1);
+    COMPARE_BYTES(loggedText().replace(hexAddress(derived.getXMLRootNode()), "root"), log);
+    COMPARE_BYTES(saved(derived, directory), document);
+}
+
+void tst_VLMC_HistorySetting::operatorLess_putsTheLaterFirst()
+{
+    const VLMS_History older = visit("a", "a", "2026/01/01 00:00:00");
+    const VLMS_History newer = visit("a", "a", "2026/01/01 00:00:01");
+    const VLMS_History same = visit("b", "b", "2026/01/01 00:00:00");
+    QVERIFY(newer < older);
+    QVERIFY(!(older < newer));
+    QVERIFY(!(older < same));
+    QVERIFY(!(same < older));
+}
+
+void tst_VLMC_HistorySetting::ClipString_countsBytes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("maxBytes");
+    QTest::addColumn<QString>("kept");
+    QTest::newRow("as long as the limit") << utf8("abc") << 3 << utf8("abc");
+    QTest::newRow("one byte over") << utf8("abcd") << 3 << utf8("abc");
+    QTest::newRow("limit 0") << utf8("abc") << 0 << utf8("abc");
+    QTest::newRow("limit -1") << utf8("abc") << -1 << utf8("abc");
+    QTest::newRow("limit 1") << utf8("abc") << 1 << utf8("a");
+    QTest::newRow("emoji fits") << utf8("\xf0\x9f\x98\x80") << 4 << utf8("\xf0\x9f\x98\x80");
+    QTest::newRow("two 3-byte characters in 5")
+        << utf8("\xe3\x81\x82\xe3\x81\x84") << 5 << utf8("\xe3\x81\x82");
+    QTest::newRow("empty") << QString() << 3 << QString();
+}
+
+void tst_VLMC_HistorySetting::ClipString_countsBytes()
+{
+    QFETCH(QString, text);
+    QFETCH(int, maxBytes);
+    QFETCH(QString, kept);
+    VLMC_HistorySetting history;
+    QCOMPARE(history.ClipString(text, maxBytes), kept);
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+// Look up, insert, look up again, change, save.
+void tst_VLMC_HistorySetting::visit_logsEveryStep()
+{
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory,
+         fileOf(entryOf("a", "2026/01/02 00:00") + entryOf("b", "2026/01/01 00:00")), 2);
+    VLMS_History entry = visit("c", "u:c", "2026/01/03 00:00:00");
+
+    QCOMPARE(indexOf(history, "u:c"), -1);
+    history.updateHistory(&entry);
+    QCOMPARE(indexOf(history, "u:a"), 1);
+    entry = visit("A", "u:a", "2026/01/04 00:00:00");
+    history.changeHistory(1, entry);
+    history.saveHistory(directory.pathPointer(), 2);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::getHistory]\n"
+                                "3 [VLMC_HistorySetting::getHistory]\n"
+                                "3 [VLMC_HistorySetting::updateHistory]\n"
+                                "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:1\n"
+                                "3 [VLMC_HistorySetting::setHistory]\n"
+                                "3 [VLMC_HistorySetting::getHistory]\n"
+                                "3 [VLMC_HistorySetting::getHistory]\n"
+                                "3 [VLMC_HistorySetting::changeHistory]\n"
+                                "3 [VLMC_HistorySetting::saveHistory] start\n"
+                                "3 [VLMC_XMLSetting::save] start\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
+                                "3 [VLMC_HistorySetting::saveHistory] end\n");
+    COMPARE_BYTES(readFile(directory.file(kFile)),
+                  writtenFile(written("000", "c", "u:c", "2026/01/03 00:00")
+                              + written("001", "A", "u:a", "2026/01/04 00:00")));
+}
+
+QTEST_GUILESS_MAIN(tst_VLMC_HistorySetting)
+#include "tst_VLMC_HistorySetting.moc"
