@@ -16,7 +16,7 @@ allowed() {
   platform) echo platform ;;
   core) echo core platform ;;
   fonts | preferences | bookmarks | cookies) echo "$1" core ;;
-  examples | benchmarks | tools) echo core platform fonts preferences bookmarks cookies ;;
+  examples | benchmarks | tools) echo "$1" core platform fonts preferences bookmarks cookies ;;
   esac
 }
 
