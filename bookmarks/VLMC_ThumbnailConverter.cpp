@@ -44,6 +44,38 @@ QString fileOf(VLMC_XMLNode &image, const QString &directory)
                           || name == QLatin1String("..");
     return leadsOut ? QString() : directory + name;
 }
+
+void packImages(VLMC_ThumbnailConverter &converter, QString directory, VLMC_XMLNode *root)
+{
+    QStringList filters(QEXC_TextCodec::fromSJIS(kPngFiles));
+    const QStringList names = converter.getFileList(
+        directory, filters, QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot,
+        QDir::Name | QDir::Reversed);
+    for (QString name : names) {
+        QString file = directory + name;
+        QByteArray bytes;
+        converter.encode_base64(file, bytes);
+        QString text = QString::fromLatin1(bytes.constData());
+        converter.setThumbnail(text, name, root);
+    }
+}
+
+void unpackImages(VLMC_ThumbnailConverter &converter, const QString &directory, VLMC_XMLNode *root)
+{
+    const QList<VLMC_XMLNode *> images = root->getXMLNodeChildren();
+    for (VLMC_XMLNode *const image : images) {
+        if (!image) {
+            VLMG_DebugPrint(VLMG_LogError, "[VLMC_ThumbnailConverter] XMLNode is Null.");
+            return;
+        }
+        if (!isPackedImage(*image)) {
+            continue;
+        }
+        QByteArray text = image->getText().toUtf8();
+        QString file = fileOf(*image, directory);
+        converter.decode_base64(text, file);
+    }
+}
 } // namespace
 
 VLMC_ThumbnailConverter *VLMC_ThumbnailConverter::getInstance()
@@ -69,18 +101,7 @@ void VLMC_ThumbnailConverter::convertThumbnailPngToXML(char *pngDir, char *xmlFi
         root->deleteLater();
     }
     root = packed;
-    QString directory = QString::fromLatin1(pngDir);
-    QStringList filters(QEXC_TextCodec::fromSJIS(kPngFiles));
-    const QStringList names =
-        getFileList(directory, filters, QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot,
-                    QDir::Name | QDir::Reversed);
-    for (QString name : names) {
-        QString file = directory + name;
-        QByteArray bytes;
-        encode_base64(file, bytes);
-        QString text = QString::fromLatin1(bytes.constData());
-        setThumbnail(text, name, root);
-    }
+    packImages(*this, QString::fromLatin1(pngDir), root);
     QString path = QString::fromLatin1(xmlFile);
     save(path);
     deleteAllXMLNode();
@@ -98,20 +119,7 @@ void VLMC_ThumbnailConverter::convertThumbnailXMLToPng(char *xmlFile, char *pngD
     if (!root) {
         return;
     }
-    const QString directory = QString::fromLatin1(pngDir);
-    const QList<VLMC_XMLNode *> images = root->getXMLNodeChildren();
-    for (VLMC_XMLNode *const image : images) {
-        if (!image) {
-            VLMG_DebugPrint(VLMG_LogError, "[VLMC_ThumbnailConverter] XMLNode is Null.");
-            break;
-        }
-        if (!isPackedImage(*image)) {
-            continue;
-        }
-        QByteArray text = image->getText().toUtf8();
-        QString file = fileOf(*image, directory);
-        decode_base64(text, file);
-    }
+    unpackImages(*this, QString::fromLatin1(pngDir), root);
     deleteAllXMLNode();
 }
 
