@@ -241,7 +241,12 @@ void tst_VLMC_ThumbnailConverter::convertThumbnailXMLToPng_takesEachImage_data()
     QTest::addColumn<QByteArray>("files"); // besides last.png
     QTest::newRow("good") << packedImage("a.png", "b25l") << QByteArray() << QByteArray("a.png");
     QTest::newRow("empty text") << QByteArray("<image src=\"a.png\"><![CDATA[]]></image>")
-                                << QByteArray() << QByteArray();
+                                << QByteArray(kEmptyLine) << QByteArray();
+    QTest::newRow("empty text before a bad name")
+        << QByteArray("<image src=\"../a.png\"><![CDATA[]]></image>") << QByteArray(kEmptyLine)
+        << QByteArray();
+    QTest::newRow("no text") << QByteArray("<image src=\"a.png\"/>") << QByteArray()
+                             << QByteArray();
     QTest::newRow("plain text") << QByteArray("<image src=\"a.png\">b25l</image>") << QByteArray()
                                 << QByteArray();
     QTest::newRow("another name") << QByteArray("<img src=\"a.png\"><![CDATA[b25l]]></img>")
