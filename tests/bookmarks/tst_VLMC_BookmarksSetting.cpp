@@ -4,6 +4,8 @@
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 
+#include <QtCore/QPointer>
+
 namespace
 {
 const char kDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
@@ -60,10 +62,14 @@ public:
         if (name == refusedName) {
             return nullptr;
         }
-        return VLMC_XMLSetting::addXMLChild(parent, name, text, textType, attributes, prepend);
+        VLMC_XMLNode *const node =
+            VLMC_XMLSetting::addXMLChild(parent, name, text, textType, attributes, prepend);
+        lastAdded = node;
+        return node;
     }
 
     QString refusedName;
+    QPointer<QObject> lastAdded;
 
 private:
     QByteArray calls;
@@ -678,10 +684,13 @@ void tst_VLMC_BookmarksSetting::setBookmark_failsWithoutNode()
 
 void tst_VLMC_BookmarksSetting::setBookmark_keepsNothingBeforeLoad()
 {
-    VLMC_BookmarksSetting bookmarks;
+    WatchedBookmarks bookmarks;
     QVERIFY(add(bookmarks, "a"));
     QVERIFY(add(bookmarks, "a", 1));
     QVERIFY(!bookmarks.getXMLRootNode());
+    QVERIFY(bookmarks.lastAdded);
+    runDeferredDeletes();
+    QVERIFY(!bookmarks.lastAdded);
     QCOMPARE(bookmarks.getBookmarkCnt(), 0);
     bookmarks.deleteBookmark(0);
 }

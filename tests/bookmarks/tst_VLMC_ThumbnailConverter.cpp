@@ -300,6 +300,12 @@ void tst_VLMC_ThumbnailConverter::convertThumbnailXMLToPng_staysInTheDirectory()
     COMPARE_BYTES(logWithoutAddress(), unpackingLog(QByteArray(kWriteLine) + kWriteLine, nullptr));
     COMPARE_BYTES(readFile(directory.file("victim.png")), "untouched");
     QVERIFY(!exists(directory.file("new.png")));
+    // Dots are no names even where they would not lead to a folder.
+    writeFile(directory.file("packed.xml"),
+              packed(packedImage(".", "b25l") + packedImage("..", "b25l")));
+    converter.convertThumbnailXMLToPng(directory.localFile("packed.xml"),
+                                       directory.localFile("out/a"));
+    QVERIFY(QDir(directory.file("out")).entryList(QDir::Files | QDir::Hidden).isEmpty());
 }
 
 void tst_VLMC_ThumbnailConverter::convertThumbnailXMLToPng_stopsAtNull()
