@@ -1,0 +1,170 @@
+#include "bookmarks/VLMC_ThumbnailConverter.h"
+
+#include "bookmarks/RegularFile_p.h"
+#include "core/Entries_p.h"
+#include "core/QEXC_TextCodec.h"
+#include "core/VLMC_XMLNode.h"
+#include "core/VLMG_Debug.h"
+
+#include <QtCore/QFile>
+
+using namespace vlm;
+
+namespace
+{
+const char kRoot[] = "thumbnail";
+const char kDocInfo[] = "docInfo";
+const char kDocInfoVersion[] = "1.0";
+const char kImage[] = "image";
+const char kSource[] = "src";
+const char kPngFiles[] = "*.png";
+
+// A root as a packed file has it. It belongs to the caller.
+VLMC_XMLNode *newPackedRoot(VLMC_XMLSetting &store)
+{
+    QString name = QEXC_TextCodec::fromSJIS(kRoot);
+    QString text;
+    char textType = PlainText;
+    QXmlStreamAttributes attributes =
+        oneAttribute(kDocInfo, QEXC_TextCodec::fromSJIS(kDocInfoVersion));
+    return store.addXMLChild(nullptr, name, text, textType, attributes, AtEnd);
+}
+
+bool isPackedImage(VLMC_XMLNode &node)
+{
+    return node.getName() == QEXC_TextCodec::fromSJIS(kImage) && node.getTextType() == CDataText;
+}
+
+// The file of an image. A name that leads out of the directory gives an empty path, which cannot be
+// opened: a packed file must not write anywhere else.
+QString fileOf(VLMC_XMLNode &image, const QString &directory)
+{
+    const QString name = image.getAttribute().value(QEXC_TextCodec::fromSJIS(kSource)).toString();
+    const bool leadsOut = name.contains(QLatin1Char('/')) || name == QLatin1String(".")
+                          || name == QLatin1String("..");
+    return leadsOut ? QString() : directory + name;
+}
+
+void packImages(VLMC_ThumbnailConverter &converter, QString directory, VLMC_XMLNode *root)
+{
+    QStringList filters(QEXC_TextCodec::fromSJIS(kPngFiles));
+    const QStringList names = converter.getFileList(
+        directory, filters, QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot,
+        QDir::Name | QDir::Reversed);
+    for (QString name : names) {
+        QString file = directory + name;
+        QByteArray bytes;
+        converter.encode_base64(file, bytes);
+        QString text = QString::fromLatin1(bytes.constData());
+        converter.setThumbnail(text, name, root);
+    }
+}
+
+void unpackImages(VLMC_ThumbnailConverter &converter, const QString &directory, VLMC_XMLNode *root)
+{
+    const QList<VLMC_XMLNode *> images = root->getXMLNodeChildren();
+    for (VLMC_XMLNode *const image : images) {
+        if (!image) {
+            VLMG_DebugPrint(VLMG_LogError, "[VLMC_ThumbnailConverter] XMLNode is Null.");
+            return;
+        }
+        if (!isPackedImage(*image)) {
+            continue;
+        }
+        QByteArray text = image->getText().toUtf8();
+        QString file = fileOf(*image, directory);
+        converter.decode_base64(text, file);
+    }
+}
+} // namespace
+
+VLMC_ThumbnailConverter *VLMC_ThumbnailConverter::getInstance()
+{
+    static VLMC_ThumbnailConverter instance;
+    return &instance;
+}
+
+VLMC_ThumbnailConverter::VLMC_ThumbnailConverter() {}
+
+void VLMC_ThumbnailConverter::convertThumbnailPngToXML(char *pngDir, char *xmlFile)
+{
+    if (!pngDir || !xmlFile) {
+        VLMG_DebugPrint(VLMG_LogError,
+                        "[VLMC_ThumbnailConverter::convertThumbnailPngToXML] Invalid Parameter.");
+        return;
+    }
+    VLMC_XMLNode *const packed = newPackedRoot(*this);
+    if (!packed) {
+        return;
+    }
+    if (root) {
+        root->deleteLater();
+    }
+    root = packed;
+    packImages(*this, QString::fromLatin1(pngDir), root);
+    QString path = QString::fromLatin1(xmlFile);
+    save(path);
+    deleteAllXMLNode();
+}
+
+void VLMC_ThumbnailConverter::convertThumbnailXMLToPng(char *xmlFile, char *pngDir)
+{
+    if (!xmlFile || !pngDir) {
+        VLMG_DebugPrint(VLMG_LogError,
+                        "[VLMC_ThumbnailConverter::convertThumbnailXMLToPng] Invalid Parameter.");
+        return;
+    }
+    QString path = QString::fromLatin1(xmlFile);
+    load(path);
+    if (!root) {
+        return;
+    }
+    unpackImages(*this, QString::fromLatin1(pngDir), root);
+    deleteAllXMLNode();
+}
+
+QStringList VLMC_ThumbnailConverter::getFileList(QString &dir, QStringList &nameFilters,
+                                                 QDir::Filters filters, QDir::SortFlags sort)
+{
+    return QDir(dir).entryList(nameFilters, filters, sort);
+}
+
+void VLMC_ThumbnailConverter::encode_base64(QString &file, QByteArray &out)
+{
+    QFile thumbnail(file);
+    if (!isFileOrFree(file) || !thumbnail.open(QIODevice::ReadOnly)) {
+        VLMG_DebugPrint(VLMG_LogError,
+                        "[VLMC_ThumbnailConverter] Couldn't open thumbnail for reading.");
+        return;
+    }
+    out = thumbnail.readAll().toBase64();
+}
+
+bool VLMC_ThumbnailConverter::decode_base64(QByteArray &text, QString &file)
+{
+    if (text.isEmpty()) {
+        VLMG_DebugPrint(VLMG_LogError, "[VLMC_ThumbnailConverter] thumbnail is empty.");
+        return false;
+    }
+    QFile thumbnail(file);
+    if (!isFileOrFree(file) || !thumbnail.open(QIODevice::WriteOnly)) {
+        VLMG_DebugPrint(VLMG_LogError,
+                        "[VLMC_ThumbnailConverter] Couldn't open thumbnail for writing.");
+        return false;
+    }
+    thumbnail.write(QByteArray::fromBase64(text));
+    return true;
+}
+
+void VLMC_ThumbnailConverter::setThumbnail(QString &text, QString &src, VLMC_XMLNode *parent)
+{
+    if (!parent) {
+        VLMG_DebugPrint(VLMG_LogError,
+                        "[VLMC_ThumbnailConverter::setThumbnail] pc_XMLRootNode is Null.");
+        return;
+    }
+    QString name = QEXC_TextCodec::fromSJIS(kImage);
+    char textType = CDataText;
+    QXmlStreamAttributes attributes = oneAttribute(kSource, src);
+    addXMLChild(parent, name, text, textType, attributes, AtEnd);
+}

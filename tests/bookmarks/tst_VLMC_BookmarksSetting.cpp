@@ -1,0 +1,863 @@
+#include "bookmarks/VLMC_BookmarksSetting.h"
+
+#include "core/VLMC_XMLNode.h"
+#include "tests/support/Files.h"
+#include "tests/support/LogRecorder.h"
+
+#include <QtCore/QPointer>
+
+namespace
+{
+const char kDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
+// Shows its record of max, and which of the virtual operations are called.
+class WatchedBookmarks : public VLMC_BookmarksSetting
+{
+public:
+    WatchedBookmarks() : refusedName(QString::fromLatin1("-")) {}
+
+    int recordedMax() const { return loadMax; }
+    QByteArray takeCalls()
+    {
+        const QByteArray taken = calls;
+        calls.clear();
+        return taken;
+    }
+
+    void load(QString &path) override
+    {
+        calls += "load ";
+        VLMC_XMLSetting::load(path);
+    }
+    void save(QString &path) override
+    {
+        calls += "save ";
+        VLMC_XMLSetting::save(path);
+    }
+    int getXMLRootNodeChildCntByName(QString &attributeName, QString &name) override
+    {
+        calls += "count:" + attributeName.toUtf8() + ":" + name.toUtf8() + " ";
+        return VLMC_XMLSetting::getXMLRootNodeChildCntByName(attributeName, name);
+    }
+    void setIDforChildren(QString &attributeName) override
+    {
+        calls += "number:" + attributeName.toUtf8() + " ";
+        VLMC_XMLSetting::setIDforChildren(attributeName);
+    }
+    void deleteXMLNodeByID(int id, QString &attributeName) override
+    {
+        calls += "delete:" + QByteArray::number(id) + ":" + attributeName.toUtf8() + " ";
+        VLMC_XMLSetting::deleteXMLNodeByID(id, attributeName);
+    }
+    void deleteAllSetting() override
+    {
+        calls += "deleteAll ";
+        VLMC_XMLSetting::deleteAllSetting();
+    }
+    VLMC_XMLNode *addXMLChild(VLMC_XMLNode *parent, QString &name, QString &text, char &textType,
+                              QXmlStreamAttributes &attributes, char prepend) override
+    {
+        calls += "add:" + name.toUtf8() + ":" + QByteArray::number(int(textType)) + ":"
+                 + QByteArray::number(int(prepend)) + " ";
+        if (name == refusedName) {
+            return nullptr;
+        }
+        VLMC_XMLNode *const node =
+            VLMC_XMLSetting::addXMLChild(parent, name, text, textType, attributes, prepend);
+        lastAdded = node;
+        return node;
+    }
+
+    QString refusedName;
+    QPointer<QObject> lastAdded;
+
+private:
+    QByteArray calls;
+};
+
+bool add(VLMC_BookmarksSetting &bookmarks, const char *title, char atFront = 0)
+{
+    VLMS_Bookmark bookmark;
+    bookmark.title = utf8(title);
+    bookmark.url = utf8("http://") + bookmark.title;
+    bookmark.thumbnailPath = bookmark.title + utf8(".PNG");
+    return bookmarks.setBookmark(&bookmark, atFront);
+}
+
+// "<id>=<title> " for each entry.
+QByteArray listed(VLMC_BookmarksSetting &bookmarks)
+{
+    QByteArray list;
+    const QList<VLMC_XMLNode *> entries = bookmarks.getXMLRootNode()->getXMLNodeChildren();
+    for (VLMC_XMLNode *const entry : entries) {
+        QString title = utf8("title");
+        VLMC_XMLNode *const node = entry->getXMLNodeChildByName(title);
+        list += entry->getAttribute().value(utf8("id")).toString().toUtf8() + "="
+                + (node ? node->getText().toUtf8() : QByteArray("-")) + " ";
+    }
+    return list;
+}
+
+QString letters(int count) { return QString(count, QLatin1Char('x')); }
+
+void addTexts()
+{
+    const QString emoji = utf8("\xf0\x9f\x98\x80");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("fits");
+    QTest::newRow("empty") << QString::fromLatin1("") << true;
+    QTest::newRow("256 bytes") << letters(256) << true;
+    QTest::newRow("257 bytes") << letters(257) << false;
+    QTest::newRow("256 bytes, 3 a character") << QString(85, QChar(0x3042)) + letters(1) << true;
+    QTest::newRow("257 bytes, 3 a character") << QString(85, QChar(0x3042)) + letters(2) << false;
+    QTest::newRow("256 bytes, emoji") << emoji.repeated(64) << true;
+    QTest::newRow("257 bytes, emoji") << emoji.repeated(64) + letters(1) << false;
+    QTest::newRow("256 bytes, supplementary")
+        << utf8("\xf0\xa0\xae\xb7").repeated(63) + letters(4) << true;
+    QTest::newRow("257 bytes, supplementary")
+        << utf8("\xf0\xa0\xae\xb7").repeated(63) + letters(5) << false;
+}
+} // namespace
+
+class tst_VLMC_BookmarksSetting : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { takeLog(); }
+    void cleanup() { runDeferredDeletes(); }
+
+    void getInstance_givesOneList();
+    void loadBookmark_logsAndGivesAnEmptyListForAMissingFile();
+    void loadBookmark_readsNumbersAndCompletesPaths();
+    void loadBookmark_refusesBadArguments_data();
+    void loadBookmark_refusesBadArguments();
+    void loadBookmark_recordsMaxThatLimitsNothing();
+    void loadBookmark_replacesTheList();
+    void loadBookmark_goesThroughVirtualOperations();
+    void loadBookmark_leavesTheRootItsName();
+    void loadBookmark_takesAFolderForAnEmptyList();
+    void saveBookmark_writesTheListAndKeepsPaths();
+    void saveBookmark_refusesBadArguments_data();
+    void saveBookmark_refusesBadArguments();
+    void saveBookmark_renamesForeignRoot();
+    void saveBookmark_writesNothingBeforeLoad();
+    void saveBookmark_goesThroughVirtualOperations();
+    void saveBookmark_roundTripIsExact();
+    void loadBookmark_takes1500Entries();
+    void getBookmarkCnt_countsBookmarksOnly();
+    void getBookmark_readsEachFieldByItsRule();
+    void getBookmark_leavesFieldsWithoutElement();
+    void getBookmark_missesWithoutEntry();
+    void setBookmark_addsAtTheEndAndAtTheFront();
+    void setBookmark_refusesNull();
+    void setBookmark_limitsUrl_data() { addTexts(); }
+    void setBookmark_limitsUrl();
+    void setBookmark_limitsThumbnailPath_data() { addTexts(); }
+    void setBookmark_limitsThumbnailPath();
+    void setBookmark_clipsTitle_data();
+    void setBookmark_clipsTitle();
+    void setBookmark_goesThroughVirtualOperations();
+    void setBookmark_failsWithoutNode();
+    void setBookmark_keepsNothingBeforeLoad();
+    void setBookmark_keepsDuplicates();
+    void deleteBookmark_closesTheGap();
+    void deleteBookmark_missesQuietly();
+    void getBookmarkTitle_overLongSucceedsUnfilled_data();
+    void getBookmarkTitle_overLongSucceedsUnfilled();
+    void setBookmarkTitle_neverClips();
+    void getBookmarkURL_overLongReadsBlankPage_data() { addTexts(); }
+    void getBookmarkURL_overLongReadsBlankPage();
+    void setBookmarkURL_limitsBytes_data() { addTexts(); }
+    void setBookmarkURL_limitsBytes();
+    void accessors_failWithoutEntryOrArgument();
+    void getBookmarkChildNode_findsEachElement();
+    void ClipString_cutsBytes_data();
+    void ClipString_cutsBytes();
+};
+
+void tst_VLMC_BookmarksSetting::getInstance_givesOneList()
+{
+    VLMC_BookmarksSetting *const first = VLMC_BookmarksSetting::getInstance();
+    QVERIFY(first);
+    QCOMPARE(VLMC_BookmarksSetting::getInstance(), first);
+    QVERIFY(!first->getXMLRootNode());
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_logsAndGivesAnEmptyListForAMissingFile()
+{
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 99;
+
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::loadBookmark] start\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "2 VLMC_XMLReader::read file not exist!\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
+                                "3 [VLMC_BookmarksSetting::getLastNumber] last number:0\n"
+                                "3 [VLMC_BookmarksSetting::loadBookmark] end\n");
+    QCOMPARE(lastNumber, 0);
+    QCOMPARE(bookmarks.getBookmarkCnt(), 0);
+    QVERIFY(bookmarks.getXMLRootNode());
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_readsNumbersAndCompletesPaths()
+{
+    TestDirectory directory;
+    writeFile(directory.file("bookmark.xml"),
+              "<bookmarks><bookmark id=\"9\" x=\"y\"><thumbnail>000003.PNG</thumbnail><title>A"
+              "</title><href>u</href></bookmark>"
+              "<bookmark><href>v</href><title>B</title><thumbnail>000017.PNG</thumbnail></bookmark>"
+              "<bookmark><href>w</href><title>C</title><thumbnail>000005.PNG</thumbnail></bookmark>"
+              "</bookmarks>");
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::loadBookmark] start\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
+                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
+                                "3 [VLMC_BookmarksSetting::getLastNumber] last number:17\n"
+                                "3 [VLMC_BookmarksSetting::loadBookmark] end\n");
+    QCOMPARE(lastNumber, 17);
+    QCOMPARE(bookmarks.getBookmarkCnt(), 3);
+    COMPARE_BYTES(listed(bookmarks), "000=A 001=B 002=C ");
+    QVERIFY(!bookmarks.getXMLRootNode()->getXMLNodeChildren().at(0)->isAttribute(utf8("x")));
+    VLMS_Bookmark bookmark;
+    QVERIFY(bookmarks.getBookmark(0, &bookmark));
+    QCOMPARE(bookmark.title, utf8("A"));
+    QCOMPARE(bookmark.url, utf8("u"));
+    QCOMPARE(bookmark.thumbnailPath, directory.file("thumbnail/000003.PNG"));
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_refusesBadArguments_data()
+{
+    QTest::addColumn<int>("directory"); // 0 null, 1 empty, 2 good
+    QTest::addColumn<int>("max");
+    QTest::addColumn<QByteArray>("message");
+    const QByteArray path = "2 [VLMC_BookmarksSetting::loadBookmark] Path is NULL or empty.\n";
+    const QByteArray max = "2 [VLMC_BookmarksSetting::loadBookmark] Error load_max:";
+    QTest::newRow("null") << 0 << 1 << path;
+    QTest::newRow("empty") << 1 << 1 << path;
+    QTest::newRow("empty before max") << 1 << 0 << path;
+    QTest::newRow("0") << 2 << 0 << max + "0\n";
+    QTest::newRow("-1") << 2 << -1 << max + "-1\n";
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_refusesBadArguments()
+{
+    QFETCH(int, directory);
+    QFETCH(int, max);
+    QFETCH(QByteArray, message);
+    TestDirectory good;
+    QString empty;
+    WatchedBookmarks bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(good.pathPointer(), 5, lastNumber);
+    add(bookmarks, "kept");
+    takeLog();
+    lastNumber = 77;
+
+    QString *const given[] = {nullptr, &empty, good.pathPointer()};
+    bookmarks.loadBookmark(given[directory], max, lastNumber);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::loadBookmark] start\n" + message);
+    QCOMPARE(lastNumber, 77);
+    QCOMPARE(bookmarks.recordedMax(), 5);
+    COMPARE_BYTES(listed(bookmarks), "000=kept ");
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_recordsMaxThatLimitsNothing()
+{
+    TestDirectory directory;
+    WatchedBookmarks bookmarks;
+    QCOMPARE(bookmarks.recordedMax(), 0);
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 2, lastNumber);
+    QCOMPARE(bookmarks.recordedMax(), 2);
+    QVERIFY(add(bookmarks, "a"));
+    QVERIFY(add(bookmarks, "b"));
+    QVERIFY(add(bookmarks, "c"));
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+    QCOMPARE(bookmarks.recordedMax(), 2);
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    QCOMPARE(bookmarks.recordedMax(), 1);
+    COMPARE_BYTES(listed(bookmarks), "000=a 001=b 002=c ");
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_replacesTheList()
+{
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    add(bookmarks, "000004");
+    const QByteArray address = hexAddress(bookmarks.getXMLRootNode());
+    takeLog();
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    QVERIFY(loggedText().contains("3 [VLMC_XMLSetting::deleteRootChildren] " + address + "\n"));
+    QCOMPARE(bookmarks.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_goesThroughVirtualOperations()
+{
+    TestDirectory directory;
+    WatchedBookmarks bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    COMPARE_BYTES(bookmarks.takeCalls(), "deleteAll load number:id ");
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_leavesTheRootItsName()
+{
+    TestDirectory directory;
+    writeFile(directory.file("bookmark.xml"), "<marks a=\"b\"/>");
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    QCOMPARE(bookmarks.getXMLRootNode()->getName(), utf8("marks"));
+    QVERIFY(bookmarks.getXMLRootNode()->isAttribute(utf8("a")));
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_takesAFolderForAnEmptyList()
+{
+    TestDirectory directory;
+    QVERIFY(QDir().mkdir(directory.file("bookmark.xml")));
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 5;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    QCOMPARE(lastNumber, 0);
+    QCOMPARE(bookmarks.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_BookmarksSetting::saveBookmark_writesTheListAndKeepsPaths()
+{
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    VLMS_Bookmark bookmark;
+    bookmark.title = utf8("\xe3\x81\x82 & \xf0\x9f\x98\x80");
+    bookmark.url = utf8("http://a/?b&c");
+    bookmark.thumbnailPath = directory.file("thumbnail/000042.PNG");
+    QVERIFY(bookmarks.setBookmark(&bookmark, 0));
+    takeLog();
+
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::saveBookmark] start\n"
+                                "3 [VLMC_XMLSetting::save] start\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
+                                "3 [VLMC_BookmarksSetting::saveBookmark] end\n");
+    COMPARE_BYTES(readFile(directory.file("bookmark.xml")),
+                  QByteArray(kDeclaration)
+                      + "<bookmarks docInfo=\"1.0\">\n"
+                        "    <bookmark id=\"000\">\n"
+                        "        <href>http://a/?b&amp;c</href>\n"
+                        "        <title>\xe3\x81\x82 &amp; \xf0\x9f\x98\x80</title>\n"
+                        "        <thumbnail>000042.PNG</thumbnail>\n"
+                        "    </bookmark>\n"
+                        "</bookmarks>\n");
+    VLMS_Bookmark read;
+    QVERIFY(bookmarks.getBookmark(0, &read));
+    QCOMPARE(read.thumbnailPath, bookmark.thumbnailPath);
+}
+
+void tst_VLMC_BookmarksSetting::saveBookmark_refusesBadArguments_data()
+{
+    QTest::addColumn<int>("directory"); // 0 null, 1 empty, 2 good
+    QTest::addColumn<int>("max");
+    QTest::addColumn<QByteArray>("message");
+    const QByteArray path = "2 [VLMC_BookmarksSetting::saveBookmark] Path is NULL or empty.\n";
+    const QByteArray max = "2 [VLMC_BookmarksSetting::saveBookmark] Error save_max:";
+    QTest::newRow("null") << 0 << 1 << path;
+    QTest::newRow("empty") << 1 << 1 << path;
+    QTest::newRow("null before max") << 0 << 0 << path;
+    QTest::newRow("0") << 2 << 0 << max + "0\n";
+    QTest::newRow("-7") << 2 << -7 << max + "-7\n";
+}
+
+void tst_VLMC_BookmarksSetting::saveBookmark_refusesBadArguments()
+{
+    QFETCH(int, directory);
+    QFETCH(int, max);
+    QFETCH(QByteArray, message);
+    TestDirectory good;
+    QString empty;
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    takeLog();
+
+    QString *const given[] = {nullptr, &empty, good.pathPointer()};
+    bookmarks.saveBookmark(given[directory], max);
+
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::saveBookmark] start\n" + message);
+    QVERIFY(!exists(good.file("bookmark.xml")));
+    QCOMPARE(bookmarks.getXMLRootNode()->getName(), QString::fromLatin1(""));
+}
+
+void tst_VLMC_BookmarksSetting::saveBookmark_renamesForeignRoot()
+{
+    TestDirectory directory;
+    writeFile(directory.file("bookmark.xml"), "<marks a=\"b\"/>");
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+    COMPARE_BYTES(readFile(directory.file("bookmark.xml")),
+                  QByteArray(kDeclaration) + "<bookmarks docInfo=\"1.0\"/>\n");
+}
+
+void tst_VLMC_BookmarksSetting::saveBookmark_writesNothingBeforeLoad()
+{
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+    QVERIFY(!exists(directory.file("bookmark.xml")));
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::saveBookmark] start\n"
+                                "3 [VLMC_XMLSetting::save] start\n"
+                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
+                                "3 [VLMC_BookmarksSetting::saveBookmark] end\n");
+}
+
+void tst_VLMC_BookmarksSetting::saveBookmark_goesThroughVirtualOperations()
+{
+    TestDirectory directory;
+    WatchedBookmarks bookmarks;
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+    COMPARE_BYTES(bookmarks.takeCalls(), "save ");
+}
+
+void tst_VLMC_BookmarksSetting::saveBookmark_roundTripIsExact()
+{
+    TestDirectory directory;
+    const QByteArray document = QByteArray(kDeclaration)
+                                + "<bookmarks docInfo=\"1.0\">\n"
+                                  "    <bookmark id=\"000\">\n"
+                                  "        <href>http://a/</href>\n"
+                                  "        <title> &lt;A&gt; &quot;b&quot; </title>\n"
+                                  "        <thumbnail>000001.PNG</thumbnail>\n"
+                                  "    </bookmark>\n"
+                                  "    <other id=\"001\"><![CDATA[kept]]></other>\n"
+                                  "    <bookmark id=\"002\">\n"
+                                  "        <href/>\n"
+                                  "        <title/>\n"
+                                  "        <thumbnail>000002.PNG</thumbnail>\n"
+                                  "    </bookmark>\n"
+                                  "</bookmarks>\n";
+    writeFile(directory.file("bookmark.xml"), document);
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+    COMPARE_BYTES(readFile(directory.file("bookmark.xml")), document);
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+    COMPARE_BYTES(readFile(directory.file("bookmark.xml")), document);
+}
+
+void tst_VLMC_BookmarksSetting::loadBookmark_takes1500Entries()
+{
+    TestDirectory directory;
+    QByteArray document = "<bookmarks>";
+    for (int i = 0; i < 1500; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        document += "<bookmark><href>u" + number + "</href><title>t" + number
+                    + "</title><thumbnail>" + number.rightJustified(6, '0')
+                    + ".PNG</thumbnail></bookmark>";
+    }
+    writeFile(directory.file("bookmark.xml"), document + "</bookmarks>");
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+
+    QCOMPARE(lastNumber, 1499);
+    QCOMPARE(bookmarks.getXMLNodeCnt(), 1500);
+    QCOMPARE(bookmarks.getBookmarkCnt(), 999);
+    VLMS_Bookmark bookmark;
+    QVERIFY(bookmarks.getBookmark(998, &bookmark));
+    QCOMPARE(bookmark.title, utf8("t998"));
+    QVERIFY(!bookmarks.getBookmark(999, &bookmark));
+    bookmarks.deleteBookmark(0);
+    QVERIFY(bookmarks.getBookmark(998, &bookmark));
+    QCOMPARE(bookmark.title, utf8("t999"));
+    QCOMPARE(bookmark.thumbnailPath, directory.file("thumbnail/000999.PNG"));
+    bookmarks.saveBookmark(directory.pathPointer(), 1);
+    const QByteArray saved = readFile(directory.file("bookmark.xml"));
+    QCOMPARE(saved.count("<bookmark id="), 999);
+    QCOMPARE(saved.count("<bookmark>"), 500);
+    QVERIFY(saved.contains("<thumbnail>001499.PNG</thumbnail>"));
+}
+
+void tst_VLMC_BookmarksSetting::getBookmarkCnt_countsBookmarksOnly()
+{
+    TestDirectory directory;
+    WatchedBookmarks bookmarks;
+    QCOMPARE(bookmarks.getBookmarkCnt(), 0);
+    writeFile(directory.file("bookmark.xml"), "<bookmarks><bookmark/><x/><bookmark/></bookmarks>");
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    takeLog();
+    bookmarks.takeCalls();
+    QCOMPARE(bookmarks.getBookmarkCnt(), 2);
+    COMPARE_BYTES(bookmarks.takeCalls(), "count:id:bookmark ");
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_BookmarksSetting::getBookmark_readsEachFieldByItsRule()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    QString longTitle = letters(101);
+    QVERIFY(bookmarks.setBookmarkTitle(0, &longTitle));
+    QString longText = letters(257);
+    bookmarks.getBookmarkChildNode(0, 1)->setText(longText);
+    bookmarks.getBookmarkChildNode(0, 2)->setText(longText);
+    VLMS_Bookmark bookmark;
+    bookmark.title = bookmark.url = bookmark.thumbnailPath = utf8("mine");
+
+    QVERIFY(bookmarks.getBookmark(0, &bookmark));
+
+    QCOMPARE(bookmark.title, QString());
+    QCOMPARE(bookmark.url, utf8("about:blank"));
+    QCOMPARE(bookmark.thumbnailPath, QString());
+}
+
+void tst_VLMC_BookmarksSetting::getBookmark_leavesFieldsWithoutElement()
+{
+    TestDirectory directory;
+    writeFile(directory.file("bookmark.xml"), "<bookmarks><x/></bookmarks>");
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    VLMS_Bookmark bookmark;
+    bookmark.title = utf8("t");
+    bookmark.url = utf8("u");
+    bookmark.thumbnailPath = utf8("p");
+    takeLog();
+    QVERIFY(bookmarks.getBookmark(0, &bookmark));
+    QCOMPARE(bookmark.title, utf8("t"));
+    QCOMPARE(bookmark.url, utf8("u"));
+    QCOMPARE(bookmark.thumbnailPath, utf8("p"));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_BookmarksSetting::getBookmark_missesWithoutEntry()
+{
+    VLMC_BookmarksSetting bookmarks;
+    VLMS_Bookmark bookmark;
+    bookmark.title = utf8("mine");
+    QVERIFY(!bookmarks.getBookmark(0, &bookmark));
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    QVERIFY(!bookmarks.getBookmark(0, nullptr));
+    QVERIFY(!bookmarks.getBookmark(1, &bookmark));
+    QVERIFY(!bookmarks.getBookmark(-1, &bookmark));
+    QCOMPARE(bookmark.title, utf8("mine"));
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_addsAtTheEndAndAtTheFront()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    QVERIFY(add(bookmarks, "a"));
+    QVERIFY(add(bookmarks, "b"));
+    QVERIFY(add(bookmarks, "c", 0));
+    COMPARE_BYTES(listed(bookmarks), "000=a 001=b 002=c ");
+    takeLog();
+    QVERIFY(add(bookmarks, "d", 1));
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::setBookmark]\n");
+    COMPARE_BYTES(listed(bookmarks), "000=d 001=a 002=b 003=c ");
+    QVERIFY(add(bookmarks, "e", 2));
+    COMPARE_BYTES(listed(bookmarks), "000=e 001=d 002=a 003=b 004=c ");
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_refusesNull()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    QVERIFY(!bookmarks.setBookmark(nullptr, 0));
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::setBookmark]\n");
+    QCOMPARE(bookmarks.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_limitsUrl()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, fits);
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    VLMS_Bookmark bookmark;
+    bookmark.url = text;
+    QCOMPARE(bookmarks.setBookmark(&bookmark, 0), fits);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::setBookmark]\n");
+    QCOMPARE(bookmarks.getBookmarkCnt(), fits ? 1 : 0);
+    if (fits) {
+        QCOMPARE(bookmarks.getBookmarkChildNode(0, 1)->getText(), text);
+    }
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_limitsThumbnailPath()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, fits);
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    VLMS_Bookmark bookmark;
+    bookmark.thumbnailPath = text;
+    QCOMPARE(bookmarks.setBookmark(&bookmark, 0), fits);
+    QCOMPARE(bookmarks.getBookmarkCnt(), fits ? 1 : 0);
+    if (fits) {
+        QCOMPARE(bookmarks.getBookmarkChildNode(0, 2)->getText(), text);
+    }
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_clipsTitle_data()
+{
+    const QString emoji = utf8("\xf0\x9f\x98\x80");
+    const QChar a(0x3042);
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("stored");
+    QTest::newRow("100 bytes") << letters(100) << letters(100);
+    QTest::newRow("101 bytes") << letters(101) << letters(100);
+    QTest::newRow("300 bytes") << letters(300) << letters(100);
+    QTest::newRow("100 bytes, 3 a character")
+        << QString(33, a) + letters(1) << QString(33, a) + letters(1);
+    QTest::newRow("102 bytes, 3 a character") << QString(34, a) << QString(33, a);
+    QTest::newRow("100 bytes, emoji") << emoji.repeated(25) << emoji.repeated(25);
+    QTest::newRow("104 bytes, emoji") << emoji.repeated(26) << emoji.repeated(25);
+    QTest::newRow("emoji cut after 1 byte") << letters(99) + emoji << letters(99);
+    QTest::newRow("emoji cut after 2 bytes") << letters(98) + emoji << letters(98);
+    // Three bytes are left of it: room for one replacement character.
+    QTest::newRow("emoji cut after 3 bytes") << letters(97) + emoji << letters(97) + QChar(0xfffd);
+    QTest::newRow("100 bytes with a zero character")
+        << letters(50) + QChar(0) + letters(49) << letters(50) + QChar(0) + letters(49);
+    QTest::newRow("101 bytes with a zero character")
+        << letters(50) + QChar(0) + letters(50) << letters(50);
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_clipsTitle()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, stored);
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    VLMS_Bookmark bookmark;
+    bookmark.title = title;
+    QVERIFY(bookmarks.setBookmark(&bookmark, 0));
+    QCOMPARE(bookmark.title, title);
+    QCOMPARE(bookmarks.getBookmarkChildNode(0, 0)->getText(), stored);
+    QString read;
+    QVERIFY(bookmarks.getBookmarkTitle(0, &read));
+    QCOMPARE(read, stored);
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_goesThroughVirtualOperations()
+{
+    WatchedBookmarks bookmarks;
+    bookmarks.createXMLRootNode();
+    QVERIFY(add(bookmarks, "a", 3));
+    COMPARE_BYTES(bookmarks.takeCalls(),
+                  "add:bookmark:0:3 add:href:0:0 add:title:0:0 add:thumbnail:0:0 number:id ");
+    bookmarks.deleteBookmark(0);
+    COMPARE_BYTES(bookmarks.takeCalls(), "delete:0:id number:id ");
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_failsWithoutNode()
+{
+    WatchedBookmarks bookmarks;
+    bookmarks.createXMLRootNode();
+    bookmarks.refusedName = utf8("bookmark");
+    QVERIFY(!add(bookmarks, "a"));
+    COMPARE_BYTES(loggedText(),
+                  "3 [VLMC_BookmarksSetting::setBookmark]\n"
+                  "1 [VLMC_BookmarksSetting::setBookmark] Failed to new VLMC_XMLNode.\n");
+    COMPARE_BYTES(bookmarks.takeCalls(), "add:bookmark:0:0 ");
+    QCOMPARE(bookmarks.getXMLNodeCnt(), 0);
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_keepsNothingBeforeLoad()
+{
+    WatchedBookmarks bookmarks;
+    QVERIFY(add(bookmarks, "a"));
+    QVERIFY(add(bookmarks, "a", 1));
+    QVERIFY(!bookmarks.getXMLRootNode());
+    QVERIFY(bookmarks.lastAdded);
+    runDeferredDeletes();
+    QVERIFY(!bookmarks.lastAdded);
+    QCOMPARE(bookmarks.getBookmarkCnt(), 0);
+    bookmarks.deleteBookmark(0);
+}
+
+void tst_VLMC_BookmarksSetting::setBookmark_keepsDuplicates()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    QVERIFY(add(bookmarks, "a"));
+    QVERIFY(add(bookmarks, "a"));
+    COMPARE_BYTES(listed(bookmarks), "000=a 001=a ");
+}
+
+void tst_VLMC_BookmarksSetting::deleteBookmark_closesTheGap()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    add(bookmarks, "b");
+    add(bookmarks, "c");
+    takeLog();
+    bookmarks.deleteBookmark(1);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::deleteBookmark] si_nodeNum:1\n");
+    COMPARE_BYTES(listed(bookmarks), "000=a 001=c ");
+    QCOMPARE(bookmarks.getBookmarkCnt(), 2);
+}
+
+void tst_VLMC_BookmarksSetting::deleteBookmark_missesQuietly()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    takeLog();
+    bookmarks.deleteBookmark(1);
+    bookmarks.deleteBookmark(-1);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::deleteBookmark] si_nodeNum:1\n"
+                                "3 [VLMC_BookmarksSetting::deleteBookmark] si_nodeNum:-1\n");
+    COMPARE_BYTES(listed(bookmarks), "000=a ");
+}
+
+void tst_VLMC_BookmarksSetting::getBookmarkTitle_overLongSucceedsUnfilled_data()
+{
+    const QString emoji = utf8("\xf0\x9f\x98\x80");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<bool>("filled");
+    QTest::newRow("100 bytes") << letters(100) << true;
+    QTest::newRow("101 bytes") << letters(101) << false;
+    QTest::newRow("100 bytes, emoji") << emoji.repeated(25) << true;
+    QTest::newRow("101 bytes, emoji") << emoji.repeated(25) + letters(1) << false;
+    QTest::newRow("99 bytes, 3 a character") << QString(33, QChar(0x3042)) << true;
+    QTest::newRow("102 bytes, 3 a character") << QString(34, QChar(0x3042)) << false;
+}
+
+void tst_VLMC_BookmarksSetting::getBookmarkTitle_overLongSucceedsUnfilled()
+{
+    QFETCH(QString, title);
+    QFETCH(bool, filled);
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    QVERIFY(bookmarks.setBookmarkTitle(0, &title));
+    QString read = utf8("mine");
+    QVERIFY(bookmarks.getBookmarkTitle(0, &read));
+    QCOMPARE(read, filled ? title : utf8("mine"));
+}
+
+void tst_VLMC_BookmarksSetting::setBookmarkTitle_neverClips()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    QString title = letters(1000);
+    QVERIFY(bookmarks.setBookmarkTitle(0, &title));
+    QCOMPARE(bookmarks.getBookmarkChildNode(0, 0)->getText(), title);
+}
+
+void tst_VLMC_BookmarksSetting::getBookmarkURL_overLongReadsBlankPage()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, fits);
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    bookmarks.getBookmarkChildNode(0, 1)->setText(text);
+    QString read;
+    QVERIFY(bookmarks.getBookmarkURL(0, &read));
+    QCOMPARE(read, fits ? text : utf8("about:blank"));
+}
+
+void tst_VLMC_BookmarksSetting::setBookmarkURL_limitsBytes()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, fits);
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    QCOMPARE(bookmarks.setBookmarkURL(0, &text), fits);
+    QCOMPARE(bookmarks.getBookmarkChildNode(0, 1)->getText(), fits ? text : utf8("http://a"));
+}
+
+void tst_VLMC_BookmarksSetting::accessors_failWithoutEntryOrArgument()
+{
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    QString text = utf8("mine");
+    QVERIFY(!bookmarks.getBookmarkTitle(0, &text));
+    QVERIFY(!bookmarks.setBookmarkURL(0, &text));
+    QVERIFY(!bookmarks.getBookmarkChildNode(0, 0));
+    writeFile(directory.file("bookmark.xml"), "<bookmarks><bookmark/></bookmarks>");
+    int lastNumber = 0;
+    bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
+    add(bookmarks, "a");
+    takeLog();
+    for (int id = -1; id < 3; id += (id == 0 ? 2 : 1)) {
+        QVERIFY(!bookmarks.getBookmarkTitle(id, &text));
+        QVERIFY(!bookmarks.setBookmarkTitle(id, &text));
+        QVERIFY(!bookmarks.getBookmarkURL(id, &text));
+        QVERIFY(!bookmarks.setBookmarkURL(id, &text));
+    }
+    QVERIFY(!bookmarks.getBookmarkTitle(1, nullptr));
+    QVERIFY(!bookmarks.setBookmarkTitle(1, nullptr));
+    QVERIFY(!bookmarks.getBookmarkURL(1, nullptr));
+    QVERIFY(!bookmarks.setBookmarkURL(1, nullptr));
+    QCOMPARE(text, utf8("mine"));
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_BookmarksSetting::getBookmarkChildNode_findsEachElement()
+{
+    VLMC_BookmarksSetting bookmarks;
+    bookmarks.createXMLRootNode();
+    add(bookmarks, "a");
+    QCOMPARE(bookmarks.getBookmarkChildNode(0, 0)->getName(), utf8("title"));
+    QCOMPARE(bookmarks.getBookmarkChildNode(0, 1)->getName(), utf8("href"));
+    QCOMPARE(bookmarks.getBookmarkChildNode(0, 2)->getName(), utf8("thumbnail"));
+    QVERIFY(!bookmarks.getBookmarkChildNode(0, 3));
+    QVERIFY(!bookmarks.getBookmarkChildNode(0, char(-1)));
+    QVERIFY(!bookmarks.getBookmarkChildNode(1, 0));
+    // The element's name does not matter.
+    QString name = utf8("other");
+    bookmarks.getXMLRootNode()->getXMLNodeChildren().at(0)->setName(name);
+    QVERIFY(bookmarks.getBookmarkChildNode(0, 0));
+}
+
+void tst_VLMC_BookmarksSetting::ClipString_cutsBytes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("maxBytes");
+    QTest::addColumn<QString>("clipped");
+    QTest::newRow("0 changes nothing") << utf8("abc") << 0 << utf8("abc");
+    QTest::newRow("-1 changes nothing") << utf8("abc") << -1 << utf8("abc");
+    QTest::newRow("1") << utf8("abc") << 1 << utf8("a");
+    QTest::newRow("exact") << utf8("abc") << 3 << utf8("abc");
+    QTest::newRow("cut character") << utf8("a\xe3\x81\x82") << 3 << utf8("a");
+    QTest::newRow("whole character") << utf8("a\xe3\x81\x82") << 4 << utf8("a\xe3\x81\x82");
+    QTest::newRow("nothing fits") << utf8("\xf0\x9f\x98\x80") << 2 << QString::fromLatin1("");
+    QTest::newRow("zero ends the text") << utf8("ab") + QChar(0) + utf8("cd") << 10 << utf8("ab");
+}
+
+void tst_VLMC_BookmarksSetting::ClipString_cutsBytes()
+{
+    QFETCH(QString, text);
+    QFETCH(int, maxBytes);
+    QFETCH(QString, clipped);
+    VLMC_BookmarksSetting bookmarks;
+    QCOMPARE(bookmarks.ClipString(text, maxBytes), clipped);
+}
+
+QTEST_GUILESS_MAIN(tst_VLMC_BookmarksSetting)
+#include "tst_VLMC_BookmarksSetting.moc"
