@@ -73,8 +73,8 @@ QByteArray unescaped(const QByteArray &file)
         while (end < file.size() && file.at(end) && strchr(digits, file.at(end))) {
             ++end;
         }
-        // The last digits make the low byte.
-        const int from = qMax(start, end - (hex ? 2 : 3));
+        // In either base three digits hold the low byte.
+        const int from = qMax(start, end - 3);
         if (end > start) {
             bytes.append(char(file.mid(from, end - from).toUInt(nullptr, hex ? 16 : 8)));
         }

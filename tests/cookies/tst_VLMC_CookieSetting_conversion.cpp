@@ -513,6 +513,7 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_buildsNoDescribedValues_d
     QTest::newRow("torn by quotes") << head + "@Var\"iant(" + deep + ")\"\n";
     QTest::newRow("torn by a line's end") << head + "\"@Var\\\r\niant(" + deep + ")\"\n";
     QTest::newRow("in a list") << head + "@ByteArray(), @Variant(" + deep + ")\n";
+    QTest::newRow("in a list behind quotes") << head + "\"@ByteArray()\", @Variant(" + deep + ")\n";
     QTest::newRow("second value") << head + "@ByteArray()\nother=@Variant(" + deep + ")\n";
     QTest::newRow("list of 4 GiB")
         << head + "\"@Variant(\\0\\0\\0\\x9\\xf\\xff\\xff\\xff\\0\\0\\0\\0)\"\n";
