@@ -11,10 +11,13 @@
 #include "core/VLMG_Debug.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QScopedPointer>
 #include <QtCore/QSettings>
 #include <QtCore/QVector>
+
+#include <cstring>
 
 using namespace vlm;
 
@@ -29,11 +32,83 @@ const char kIniKey[] = "cookies";
 // Entries of the XML file that a conversion looks at; those behind them stay untouched.
 const int kMaxEntries = 20;
 
-// The directory's file. Null, and no cookies, for a pipe or the like in its place, where QSettings
-// would wait for the other end.
-QSettings *openIni(const QString &directory)
+// True for a file that holds the one value as a byte array and nothing else, as QSettings writes
+// it.
+bool isOneByteArray(const QByteArray &file)
 {
-    const QString path = directory + QEXC_TextCodec::fromSJIS(kIniFileName);
+    const QByteArray start("[Cookie]\ncookies=");
+    const QByteArray value = file.mid(int(start.size())).trimmed();
+    const bool quoted = value.startsWith('"');
+    if (!file.startsWith(start) || !value.mid(quoted).startsWith("@ByteArray(")) {
+        return false;
+    }
+    for (int i = quoted; i < value.size(); ++i) {
+        const char byte = value.at(i);
+        if (byte == '\\') {
+            ++i;
+        } else if (byte == '"') {
+            return quoted && i == value.size() - 1;
+        } else if (byte == '\n' || byte == '\r' || (!quoted && (byte == ',' || byte == ';'))) {
+            return false;
+        }
+    }
+    return !quoted;
+}
+
+// The bytes with numeric escapes resolved and all that QSettings may pass over left out.
+QByteArray unescaped(const QByteArray &file)
+{
+    QByteArray bytes;
+    for (int i = 0; i < file.size(); ++i) {
+        if (file.at(i) != '\\') {
+            if (!strchr("\"\r\n", file.at(i))) {
+                bytes.append(file.at(i));
+            }
+            continue;
+        }
+        const bool hex = file.mid(i + 1, 1) == "x";
+        const char *const digits = hex ? "0123456789abcdefABCDEF" : "01234567";
+        const int start = i + 1 + hex;
+        int end = start;
+        while (end < file.size() && file.at(end) && strchr(digits, file.at(end))) {
+            ++end;
+        }
+        // In either base three digits hold the low byte.
+        const int from = qMax(start, end - 3);
+        if (end > start) {
+            bytes.append(char(file.mid(from, end - from).toUInt(nullptr, hex ? 16 : 8)));
+        }
+        i = end > start ? end - 1 : i + 1;
+    }
+    return bytes;
+}
+
+// False for a file that makes QSettings build whatever values it describes: a few bytes can claim
+// lists without end or of any depth, and Qt trusts them. The texts do no harm inside a byte array.
+bool isHarmless(const QByteArray &file)
+{
+    if (isOneByteArray(file)) {
+        return true;
+    }
+    const QByteArray bytes = unescaped(file);
+    return !bytes.contains("@Variant(") && !bytes.contains("@DateTime(");
+}
+
+QString iniPath(const QString &directory)
+{
+    return directory + QEXC_TextCodec::fromSJIS(kIniFileName);
+}
+
+bool isHarmlessFile(const QString &path)
+{
+    QFile file(path);
+    return !QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)
+           || isHarmless(file.readAll());
+}
+
+// Null for a pipe or the like, where QSettings would wait for the other end.
+QSettings *openIni(const QString &path)
+{
     const QFileInfo file(path);
     if (file.exists() && !file.isFile()) {
         return nullptr;
@@ -41,8 +116,9 @@ QSettings *openIni(const QString &directory)
     return new QSettings(path, QSettings::IniFormat);
 }
 
-QByteArray readIni(QSettings *settings)
+QByteArray readIni(const QString &path)
 {
+    const QScopedPointer<QSettings> settings(isHarmlessFile(path) ? openIni(path) : nullptr);
     if (!settings) {
         return QByteArray();
     }
@@ -151,8 +227,7 @@ QList<QNetworkCookie> VLMC_CookieSetting::loadCookieInfo(QString *dir, int max)
         return QList<QNetworkCookie>();
     }
     loadMax = max;
-    const QScopedPointer<QSettings> settings(openIni(*dir));
-    const QList<QNetworkCookie> cookies = cookiesOf(readIni(settings.data()));
+    const QList<QNetworkCookie> cookies = cookiesOf(readIni(iniPath(*dir)));
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::loadCookieInfo] end");
     return cookies;
 }
@@ -164,8 +239,12 @@ void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *
         || refused(max < 1, "[VLMC_CookieSetting::saveCookieInfo] Error save_max:%d", max)) {
         return;
     }
+    const QString path = iniPath(*dir);
+    if (!isHarmlessFile(path)) {
+        QFile::resize(path, 0);
+    }
     // Their end writes the file.
-    const QScopedPointer<QSettings> settings(openIni(*dir));
+    const QScopedPointer<QSettings> settings(openIni(path));
     writeIni(settings.data(), bytesOf(cookies));
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::saveCookieInfo] end");
 }

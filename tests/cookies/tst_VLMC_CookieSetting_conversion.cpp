@@ -35,6 +35,9 @@ private slots:
     void loadCookieInfo_survivesArbitraryFiles();
     void loadCookieInfo_takesNoMemoryForClaimedLengths();
     void loadCookieInfo_takesLinearTime();
+    void loadCookieInfo_buildsNoDescribedValues_data();
+    void loadCookieInfo_buildsNoDescribedValues();
+    void loadCookieInfo_readsHarmfulTextInsideACookie();
     void loadCookieInfo_doesNotWaitAtAPipe();
     void saveCookieInfo_writesTheFile();
     void saveCookieInfo_writesExactBytes();
@@ -495,6 +498,48 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_takesLinearTime()
     timer.start();
     QVERIFY(load(directory).isEmpty());
     QVERIFY2(timer.elapsed() < 20000, QByteArray::number(timer.elapsed()).constData());
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_buildsNoDescribedValues_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    // Lists in lists, 200000 deep: more than the stack holds.
+    const QByteArray deep = QByteArray("\\0\\0\\0\\x9\\0\\0\\0\\x1").repeated(200000);
+    const QByteArray head("[Cookie]\ncookies=");
+    QTest::newRow("plain") << head + "@Variant(" + deep + ")\n";
+    QTest::newRow("quoted") << head + "\"@Variant(" + deep + ")\"\n";
+    QTest::newRow("hexadecimal") << head + "\"\\x40V\\x061riant(" + deep + ")\"\n";
+    QTest::newRow("octal") << head + "\"\\100V\\141riant(" + deep + ")\"\n";
+    QTest::newRow("torn by quotes") << head + "@Var\"iant(" + deep + ")\"\n";
+    QTest::newRow("torn by a line's end") << head + "\"@Var\\\r\niant(" + deep + ")\"\n";
+    QTest::newRow("in a list") << head + "@ByteArray(), @Variant(" + deep + ")\n";
+    QTest::newRow("in a list behind quotes") << head + "\"@ByteArray()\", @Variant(" + deep + ")\n";
+    QTest::newRow("second value") << head + "@ByteArray()\nother=@Variant(" + deep + ")\n";
+    QTest::newRow("list of 4 GiB")
+        << head + "\"@Variant(\\0\\0\\0\\x9\\xf\\xff\\xff\\xff\\0\\0\\0\\0)\"\n";
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_buildsNoDescribedValues()
+{
+    QFETCH(QByteArray, file);
+    const TestDirectory directory;
+    writeFile(directory.file(kIni), file);
+    QVERIFY(load(directory).isEmpty());
+    COMPARE_BYTES(readFile(directory.file(kIni)), file);
+    save(QList<QNetworkCookie>() << QNetworkCookie("a", "1"), directory);
+    QCOMPARE(readIni(directory).rawForms, Bytes() << "a=1");
+    QCOMPARE(loadedPairs(directory), Bytes() << "a=1");
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_readsHarmfulTextInsideACookie()
+{
+    const TestDirectory directory;
+    const QList<QNetworkCookie> cookies =
+        QList<QNetworkCookie>() << QNetworkCookie("a", "@Variant(") << QNetworkCookie("b", "2");
+    save(cookies, directory);
+    QCOMPARE(load(directory), cookies);
+    save(cookies + cookies, directory);
+    QCOMPARE(load(directory), cookies + cookies);
 }
 
 void tst_VLMC_CookieSetting_conversion::loadCookieInfo_doesNotWaitAtAPipe()
