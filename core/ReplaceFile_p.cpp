@@ -139,8 +139,9 @@ bool keepsAttributes(int file, int target)
             return false;
         }
     }
+    const bool same = attributeNames(file) == names;
     errno = ENOTSUP;
-    return attributeNames(file) == names;
+    return same;
 }
 
 bool writeAll(int file, const QByteArray &content)
