@@ -23,12 +23,10 @@ const Command kCommands[] = {
     {"diff", nullptr, "DIR DIR2", 1, 1, "json show-secrets", "compare two profiles by entries",
      Reads, diff},
     {"report", nullptr, "DIR", 0, 0, "output", "the profile as one HTML page", Reads, report},
-    {"prefs", "list", "DIR", 0, 0, "json show-secrets", "all preferences and their defaults",
-     Reads, listPreferences},
-    {"prefs", "get", "DIR NAME", 1, 1, "json show-secrets", "one preference", Reads,
-     getPreference},
-    {"prefs", "set", "DIR NAME [VALUE]", 1, 2, "", "change one preference", Writes,
-     setPreference},
+    {"prefs", "list", "DIR", 0, 0, "json show-secrets", "all preferences and their defaults", Reads,
+     listPreferences},
+    {"prefs", "get", "DIR NAME", 1, 1, "json show-secrets", "one preference", Reads, getPreference},
+    {"prefs", "set", "DIR NAME [VALUE]", 1, 2, "", "change one preference", Writes, setPreference},
     {"bookmarks", "list", "DIR", 0, 0, "json", "all bookmarks", Reads, listBookmarks},
     {"bookmarks", "add", "DIR URL [TITLE]", 1, 2, "front strict", "add a bookmark", Writes,
      addBookmark},
@@ -65,16 +63,15 @@ const Command kCommands[] = {
      listThumbnails},
     {"thumbnails", "pack", "DIR FILE", 1, 1, "", "write all thumbnails into one XML file", Reads,
      packThumbnails},
-    {"thumbnails", "unpack", "DIR FILE", 1, 1, "dry-run", "get thumbnails from such a file",
-     Writes, unpackThumbnails},
+    {"thumbnails", "unpack", "DIR FILE", 1, 1, "dry-run", "get thumbnails from such a file", Writes,
+     unpackThumbnails},
     {"thumbnails", "clean", "DIR", 0, 0, "dry-run", "remove files that no bookmark names", Writes,
      cleanThumbnails},
 };
 
 bool isCalled(const Command &command, const QString &group, const QString &action)
 {
-    return group == text(command.group)
-           && (!command.action || action == text(command.action));
+    return group == text(command.group) && (!command.action || action == text(command.action));
 }
 
 const Command *commandCalled(const QString &group, const QString &action)
@@ -142,8 +139,7 @@ QString split(const QStringList &arguments, QStringList *words, QHash<QString, Q
                          : text("--%1 needs a value").arg(name);
         }
         const bool follows = isValued(name) && !given;
-        options->insert(name, follows ? arguments.at(++i)
-                                      : argument.section(QLatin1Char('='), 1));
+        options->insert(name, follows ? arguments.at(++i) : argument.section(QLatin1Char('='), 1));
     }
     return QString();
 }
@@ -163,8 +159,8 @@ int failUnknown(const QStringList &words)
 {
     const QStringList actions = words.isEmpty() ? QStringList() : actionsOf(words.at(0));
     if (!actions.isEmpty()) {
-        return fail(text("'%1' is followed by one of: %2")
-                        .arg(words.at(0), actions.join(text(", "))));
+        return fail(
+            text("'%1' is followed by one of: %2").arg(words.at(0), actions.join(text(", "))));
     }
     return fail(text(words.isEmpty() ? "name a command and the folder of a profile; --help lists "
                                        "the commands"
@@ -217,7 +213,8 @@ int run(const Command &command, Call call)
 {
     const QString option = unknownOption(command, call.options);
     if (!option.isEmpty()) {
-        return fail(text("'%1' has no option --%2; --help lists them").arg(nameOf(command), option));
+        return fail(
+            text("'%1' has no option --%2; --help lists them").arg(nameOf(command), option));
     }
     if (!setLogLevel(call)) {
         return fail(text("--log-level takes a number; 0 is silent, 3 is everything"));
@@ -276,13 +273,14 @@ QString profile::usage()
         const QStringList options =
             text(command.options).split(QLatin1Char(' '), Qt::SkipEmptyParts);
         for (const QString &option : options) {
-            line += option == text("output") ? text(" -o FILE")
-                                             : text(isValued(option) ? " [--%1 ...]" : " [--%1]")
-                                                   .arg(option);
+            line += option == text("output")
+                        ? text(" -o FILE")
+                        : text(isValued(option) ? " [--%1 ...]" : " [--%1]").arg(option);
         }
         help += text("%1\n      %2\n").arg(line, text(command.summary));
     }
     return help
-           + text("\nA FILE named - is standard input or output. --log-level N writes the library's "
-                  "log file.\nExit status: 0 done, 1 findings or differences, 2 usage or files.");
+           + text(
+               "\nA FILE named - is standard input or output. --log-level N writes the library's "
+               "log file.\nExit status: 0 done, 1 findings or differences, 2 usage or files.");
 }

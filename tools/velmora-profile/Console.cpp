@@ -80,8 +80,8 @@ QString profile::printable(const QString &untrusted)
             line[i] = QChar(QChar::ReplacementCharacter);
         } else if (isControl(character)) {
             const ushort code = character.unicode();
-            line[i] = code < 0x20 ? QChar(ushort(pictures + code))
-                                  : QChar(QChar::ReplacementCharacter);
+            line[i] =
+                code < 0x20 ? QChar(ushort(pictures + code)) : QChar(QChar::ReplacementCharacter);
         }
     }
     return line;
@@ -123,7 +123,10 @@ QByteArray profile::readSecret(const char *prompt)
 }
 
 profile::Progress::Progress(const char *what, qint64 total)
-    : m_what(what), m_total(total), m_done(0), m_shownAt(kQuietMilliseconds),
+    : m_what(what),
+      m_total(total),
+      m_done(0),
+      m_shownAt(kQuietMilliseconds),
       m_visible(isatty(STDERR_FILENO) != 0)
 {
     m_timer.start();

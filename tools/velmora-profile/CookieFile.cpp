@@ -45,8 +45,9 @@ QString damageOf(const QByteArray &bytes)
             .arg(counted(promised, "cookie", "cookies"))
             .arg(read);
     }
-    return unreadable == 0 ? QString()
-                           : text("%1 cannot be read").arg(counted(unreadable, "cookie", "cookies"));
+    return unreadable == 0
+               ? QString()
+               : text("%1 cannot be read").arg(counted(unreadable, "cookie", "cookies"));
 }
 } // namespace
 

@@ -207,10 +207,7 @@ int profile::utf8Bytes(const QString &text) { return int(text.toUtf8().size()); 
 
 // A path without a name comes from an entry that was added without a thumbnail: a load puts the
 // folder in front of nothing, and the next save leaves the folder's name.
-QString profile::thumbnailName(const QString &path)
-{
-    return path.section(QLatin1Char('/'), -1);
-}
+QString profile::thumbnailName(const QString &path) { return path.section(QLatin1Char('/'), -1); }
 
 void profile::warnOfDamage(const Document &document)
 {
@@ -227,8 +224,8 @@ int profile::refuseToRead(const Document &document)
 {
     const QString name = text(document.type().fileName);
     if (document.state() == Document::Unreadable) {
-        return fail(text("%1 cannot be read; nothing was changed, see to its permissions")
-                        .arg(name));
+        return fail(
+            text("%1 cannot be read; nothing was changed, see to its permissions").arg(name));
     }
     if (document.state() == Document::Damaged) {
         return fail(text("%1 is %2; nothing was changed, run 'velmora-profile repair' first")
@@ -250,8 +247,8 @@ int profile::refuseToRewrite(const Document &document)
                         .arg(kMaxEntries));
     }
     if (document.state() != Document::Missing && !QFileInfo(document.path()).isWritable()) {
-        return fail(text("%1 cannot be written to; nothing was changed, see to its permissions")
-                        .arg(name));
+        return fail(
+            text("%1 cannot be written to; nothing was changed, see to its permissions").arg(name));
     }
     return Done;
 }

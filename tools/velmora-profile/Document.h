@@ -101,8 +101,8 @@ QString thumbnailName(const QString &path);
 // status for it, Done when it can be written.
 int refuseToRewrite(const Document &document);
 
-// Refuses to take a document for all of it that has more in its file: Failed for one that is damaged
-// or cannot be read, and said so.
+// Refuses to take a document for all of it that has more in its file: Failed for one that is
+// damaged or cannot be read, and said so.
 int refuseToRead(const Document &document);
 
 // Says that a document is damaged, if it is, so that nobody takes what stands before the damage for

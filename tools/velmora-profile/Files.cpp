@@ -24,8 +24,8 @@ bool isControl(ushort code)
 bool profile::readFile(const QString &path, QByteArray *content)
 {
     QFile file(path);
-    const bool isOpen = path == text("-") ? file.open(stdin, QIODevice::ReadOnly)
-                                          : file.open(QIODevice::ReadOnly);
+    const bool isOpen =
+        path == text("-") ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
     if (!isOpen) {
         warn(text("'%1' cannot be read: %2").arg(path, file.errorString()));
         return false;
@@ -110,8 +110,8 @@ bool profile::isKept(const QString &text)
 {
     for (int i = 0; i < text.size(); ++i) {
         const QChar character = text.at(i);
-        const bool isPair = character.isHighSurrogate() && i + 1 < text.size()
-                            && text.at(i + 1).isLowSurrogate();
+        const bool isPair =
+            character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
         if (isPair) {
             const uint code = QChar::surrogateToUcs4(character, text.at(i + 1));
             if ((code & 0xfffe) == 0xfffe) {

@@ -392,7 +392,8 @@ void Search::lookForTemporaryFiles(const QString &folder)
             .entryList(temporaryPatterns(), QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
     for (const QString &name : names) {
         const bool isLock = name.endsWith(text(".lock"));
-        add(folder + name, text(isLock ? "a lock that was left behind" : "a temporary file that was left behind"),
+        add(folder + name,
+            text(isLock ? "a lock that was left behind" : "a temporary file that was left behind"),
             text(isLock ? "the next save of the cookies may wait for it half a minute"
                         : "none; it takes space, and may hold secrets"),
             text("remove it when no browser is running"));
@@ -407,8 +408,7 @@ QStringList profile::secretFiles(const QString &directory)
         files.append(text(file));
     }
     const Document common(CommonPreferences, directory);
-    const PreferenceValue password =
-        valueOf(*preferenceNamed(text("proxy.proxyUserPass")), common);
+    const PreferenceValue password = valueOf(*preferenceNamed(text("proxy.proxyUserPass")), common);
     if (password.inFile && !password.value.isEmpty()) {
         files.append(text(common.type().fileName));
     }

@@ -61,7 +61,7 @@ QString password(VLMC_XMLNode *entry, bool showSecrets)
     return secret.isEmpty() || showSecrets ? secret : text(kStars);
 }
 
-QJsonObject toJson(int id, VLMC_XMLNode *entry, bool showSecrets)
+QJsonObject jsonOf(int id, VLMC_XMLNode *entry, bool showSecrets)
 {
     QJsonObject object;
     object.insert(text("id"), id);
@@ -106,15 +106,14 @@ int profile::listCredentials(const Call &call)
     warnOfDamage(document);
     const QList<VLMC_XMLNode *> entries = document.children();
     const bool secrets = call.has("show-secrets");
-    Table table({text("Id"), text("Host"), text("Port"), text("Scheme"), text("User"),
-                 text("Password")});
+    Table table(
+        {text("Id"), text("Host"), text("Port"), text("Scheme"), text("User"), text("Password")});
     QJsonArray array;
     for (int i = 0; i < entries.size(); ++i) {
         VLMC_XMLNode *const entry = entries.at(i);
         table.add({QString::number(i), fieldText(entry, "hostName"), fieldText(entry, "portNum"),
-                   fieldText(entry, "authType"), decoded(entry, "user"),
-                   password(entry, secrets)});
-        array.append(toJson(i, entry, secrets));
+                   fieldText(entry, "authType"), decoded(entry, "user"), password(entry, secrets)});
+        array.append(jsonOf(i, entry, secrets));
     }
     if (call.has("json")) {
         sayJson(array);

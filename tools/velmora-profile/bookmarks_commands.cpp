@@ -115,7 +115,9 @@ int sayImported(const Call &call, const BookmarkImport &import, int added,
     }
     say(text("%1: %2 %3 added, %4")
             .arg(import.format, counted(added, "bookmark", "bookmarks"),
-                 text(call.has("dry-run") ? "would be" : added == 1 ? "was" : "were"),
+                 text(call.has("dry-run") ? "would be"
+                      : added == 1        ? "was"
+                                          : "were"),
                  counted(losses.size(), "loss", "losses")));
     return Done;
 }

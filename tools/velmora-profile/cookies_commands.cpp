@@ -124,15 +124,17 @@ QList<Loss> lossesOfIni(const Document &document)
     QList<Loss> losses;
     const QList<VLMC_XMLNode *> entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
-        const QString name = text("%1 of %2").arg(fieldText(entries.at(i), "name"),
-                                                  fieldText(entries.at(i), "website"));
+        const QString name =
+            text("%1 of %2")
+                .arg(fieldText(entries.at(i), "name"), fieldText(entries.at(i), "website"));
         const QString expires = fieldText(entries.at(i), "expires");
         if (i >= kConverted) {
             losses.append({name, text("only the first %1 are converted").arg(kConverted)});
         } else if (!expires.isEmpty()
                    && !QDateTime::fromString(expires, text("yyyy/MM/dd hh:mm:ss")).isValid()) {
-            losses.append({name, text("its expiry '%1' does not parse: it becomes a session cookie")
-                                     .arg(expires)});
+            losses.append(
+                {name,
+                 text("its expiry '%1' does not parse: it becomes a session cookie").arg(expires)});
         }
     }
     return losses;
@@ -147,10 +149,10 @@ bool isSameCookie(const QNetworkCookie &one, const QNetworkCookie &other)
 QList<QNetworkCookie> merged(QList<QNetworkCookie> cookies, const QList<QNetworkCookie> &added)
 {
     for (const QNetworkCookie &cookie : added) {
-        const auto same = std::find_if(cookies.begin(), cookies.end(),
-                                       [&cookie](const QNetworkCookie &other) {
-                                           return isSameCookie(cookie, other);
-                                       });
+        const auto same =
+            std::find_if(cookies.begin(), cookies.end(), [&cookie](const QNetworkCookie &other) {
+                return isSameCookie(cookie, other);
+            });
         if (same != cookies.end()) {
             *same = cookie;
         } else {
@@ -160,7 +162,7 @@ QList<QNetworkCookie> merged(QList<QNetworkCookie> cookies, const QList<QNetwork
     return cookies;
 }
 
-QJsonObject toJson(const QNetworkCookie &cookie)
+QJsonObject jsonOf(const QNetworkCookie &cookie)
 {
     QJsonObject object;
     object.insert(text("domain"), cookie.domain());
@@ -185,10 +187,9 @@ int profile::listCookies(const Call &call)
     QJsonArray array;
     for (const QNetworkCookie &cookie : file.cookies) {
         table.add({cookie.domain(), QString::fromUtf8(cookie.name()), cookie.path(),
-                   text(cookie.isSecure() ? "yes" : "no"),
-                   text(cookie.isHttpOnly() ? "yes" : "no"), expiryOf(cookie),
-                   QString::fromUtf8(cookie.value())});
-        array.append(toJson(cookie));
+                   text(cookie.isSecure() ? "yes" : "no"), text(cookie.isHttpOnly() ? "yes" : "no"),
+                   expiryOf(cookie), QString::fromUtf8(cookie.value())});
+        array.append(jsonOf(cookie));
     }
     if (call.has("json")) {
         sayJson(array);

@@ -73,8 +73,9 @@ Record recordOf(DocumentKind kind, VLMC_XMLNode *entry, const QString &directory
                  field("user", decoded(entry, "user")),
                  {text("password"), decoded(entry, "passwd"), true}}};
     case CookieDocument:
-        return {text("%1 of %2%3").arg(fieldText(entry, "name"), fieldText(entry, "website"),
-                                       fieldText(entry, "path")),
+        return {text("%1 of %2%3")
+                    .arg(fieldText(entry, "name"), fieldText(entry, "website"),
+                         fieldText(entry, "path")),
                 {field("secure", fieldText(entry, "secure")),
                  field("expires", fieldText(entry, "expires")),
                  field("value", fieldText(entry, "contents"))}};
@@ -111,13 +112,12 @@ QList<Record> recordsOf(const CookieFile &file)
 {
     QList<Record> records;
     for (const QNetworkCookie &cookie : file.cookies) {
-        records.append(
-            {text("%1 of %2%3").arg(QString::fromUtf8(cookie.name()), cookie.domain(),
-                                    cookie.path()),
-             {field("secure", text(cookie.isSecure() ? "true" : "false")),
-              field("httpOnly", text(cookie.isHttpOnly() ? "true" : "false")),
-              field("expires", cookie.expirationDate().toUTC().toString(Qt::ISODate)),
-              field("value", QString::fromUtf8(cookie.value()))}});
+        records.append({text("%1 of %2%3")
+                            .arg(QString::fromUtf8(cookie.name()), cookie.domain(), cookie.path()),
+                        {field("secure", text(cookie.isSecure() ? "true" : "false")),
+                         field("httpOnly", text(cookie.isHttpOnly() ? "true" : "false")),
+                         field("expires", cookie.expirationDate().toUTC().toString(Qt::ISODate)),
+                         field("value", QString::fromUtf8(cookie.value()))}});
     }
     return records;
 }
@@ -201,7 +201,7 @@ QString toLine(const Difference &difference, const Call &call)
              valueOf(difference.after, secrets));
 }
 
-QJsonObject toJson(const Difference &difference, const Call &call)
+QJsonObject jsonOf(const Difference &difference, const Call &call)
 {
     const bool secrets = call.has("show-secrets");
     QJsonObject object;
@@ -221,7 +221,7 @@ void sayDifferences(const Call &call, const QList<Difference> &differences)
     QJsonArray array;
     QString file;
     for (const Difference &difference : differences) {
-        array.append(toJson(difference, call));
+        array.append(jsonOf(difference, call));
         if (call.has("json")) {
             continue;
         }
@@ -253,8 +253,8 @@ int profile::diff(const Call &call)
 {
     const QString other = call.path(call.operands.at(0)) + QLatin1Char('/');
     if (!QDir(other).exists() || !QDir(other).isReadable()) {
-        return fail(text("'%1' cannot be read; name the folder of a profile")
-                        .arg(call.operands.at(0)));
+        return fail(
+            text("'%1' cannot be read; name the folder of a profile").arg(call.operands.at(0)));
     }
     QList<Difference> differences;
     bool readable = true;

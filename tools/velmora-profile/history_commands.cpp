@@ -174,8 +174,8 @@ int profile::exportHistory(const Call &call)
     QList<VisitRecord> visits;
     const QList<VLMC_XMLNode *> entries = sorted(document);
     for (VLMC_XMLNode *const entry : entries) {
-        visits.append({fieldText(entry, "title"), fieldText(entry, "url"),
-                       fieldText(entry, "dateTime")});
+        visits.append(
+            {fieldText(entry, "title"), fieldText(entry, "url"), fieldText(entry, "dateTime")});
     }
     const QByteArray content =
         format == text("json") ? writeHistoryJson(visits) : writeHistoryCsv(visits);

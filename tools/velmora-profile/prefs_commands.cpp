@@ -21,7 +21,7 @@ QString noteOn(const PreferenceValue &value)
                                   : text("%1: the browser uses the default").arg(value.hidden);
 }
 
-QJsonObject toJson(const Preference &preference, const PreferenceValue &value, bool showSecrets)
+QJsonObject jsonOf(const Preference &preference, const PreferenceValue &value, bool showSecrets)
 {
     QJsonObject object;
     object.insert(text("name"), text(preference.name));
@@ -41,8 +41,8 @@ int failUnknown(const QString &name)
 int failRefused(const Preference &preference, const QString &value)
 {
     if (preference.kind == Preference::Word) {
-        return fail(text("%1 takes %2, not '%3'")
-                        .arg(text(preference.name), limitOf(preference), value));
+        return fail(
+            text("%1 takes %2, not '%3'").arg(text(preference.name), limitOf(preference), value));
     }
     return fail(text("%1 takes %2; these are %3")
                     .arg(text(preference.name), limitOf(preference))
@@ -95,8 +95,8 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
         return Done;
     }
     if (!given) {
-        return fail(text("%1 takes %2; name a value")
-                        .arg(text(preference.name), limitOf(preference)));
+        return fail(
+            text("%1 takes %2; name a value").arg(text(preference.name), limitOf(preference)));
     }
     *value = call.operands.at(1);
     return Done;
@@ -116,7 +116,7 @@ int profile::listPreferences(const Call &call)
         const bool secrets = call.has("show-secrets");
         table.add({text(preference.name), shown(preference, value.value, secrets),
                    text(preference.fallback), noteOn(value)});
-        array.append(toJson(preference, value, secrets));
+        array.append(jsonOf(preference, value, secrets));
     }
     warnOfDamage(common);
     warnOfDamage(user);
@@ -138,7 +138,7 @@ int profile::getPreference(const Call &call)
     const PreferenceValue value = valueOf(*preference, document);
     warnOfDamage(document);
     if (call.has("json")) {
-        sayJson(toJson(*preference, value, call.has("show-secrets")));
+        sayJson(jsonOf(*preference, value, call.has("show-secrets")));
         return Done;
     }
     say(printable(shown(*preference, value.value, call.has("show-secrets"))));

@@ -228,8 +228,7 @@ QStringList namesIn(const Document &document)
     QStringList names;
     const QList<Preference> all = preferences();
     for (const Preference &preference : all) {
-        if (preference.document == document.type().kind
-            && valueOf(preference, document).inFile) {
+        if (preference.document == document.type().kind && valueOf(preference, document).inFile) {
             names.append(text(preference.name));
         }
     }
@@ -319,9 +318,8 @@ int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
     if (repaired.reason.isEmpty()) {
         return Done;
     }
-    const int status = document.type().entryName
-                           ? repairEntries(document, dryRun, &repaired)
-                           : repairPreferences(document, dryRun, &repaired);
+    const int status = document.type().entryName ? repairEntries(document, dryRun, &repaired)
+                                                 : repairPreferences(document, dryRun, &repaired);
     all->append(repaired);
     return status;
 }
@@ -332,8 +330,11 @@ int repairCookieFile(bool dryRun, QList<Repaired> *all)
     if (file.state != Document::Damaged) {
         return Done;
     }
-    Repaired repaired = {text(kCookieIni), text("damaged: %1").arg(file.damage), QStringList(),
-                         {text("what is behind the damage, or cannot be read")}, QString()};
+    Repaired repaired = {text(kCookieIni),
+                         text("damaged: %1").arg(file.damage),
+                         QStringList(),
+                         {text("what is behind the damage, or cannot be read")},
+                         QString()};
     for (const QNetworkCookie &cookie : file.cookies) {
         repaired.kept.append(
             text("%1 of %2").arg(QString::fromUtf8(cookie.name()), cookie.domain()));
@@ -363,8 +364,9 @@ int repairModes(bool dryRun, QList<Repaired> *all)
             && !QFile::setPermissions(text(kHere) + file, QFile::ReadOwner | QFile::WriteOwner)) {
             return fail(text("the mode of %1 cannot be changed; it is another's file").arg(file));
         }
-        all->append({file, text("others than its owner could read or write it: now its mode is "
-                                "0600"),
+        all->append({file,
+                     text("others than its owner could read or write it: now its mode is "
+                          "0600"),
                      QStringList(), QStringList(), QString()});
     }
     return Done;
@@ -384,7 +386,7 @@ void sayRepaired(const Repaired &repaired)
     }
 }
 
-QJsonObject toJson(const Repaired &repaired)
+QJsonObject jsonOf(const Repaired &repaired)
 {
     QJsonObject object;
     object.insert(text("file"), repaired.file);
@@ -402,7 +404,7 @@ bool sayAll(const Call &call, const QList<Repaired> &all)
     QJsonArray array;
     for (const Repaired &repaired : all) {
         lost = lost || !repaired.lost.isEmpty();
-        array.append(toJson(repaired));
+        array.append(jsonOf(repaired));
         if (!call.has("json")) {
             sayRepaired(repaired);
         }

@@ -29,9 +29,9 @@ QString modeOf(const QFileInfo &file)
         QFile::Permission permission;
         int bit;
     } bits[] = {
-        {QFile::ReadOwner, 0400},  {QFile::WriteOwner, 0200}, {QFile::ExeOwner, 0100},
-        {QFile::ReadGroup, 0040},  {QFile::WriteGroup, 0020}, {QFile::ExeGroup, 0010},
-        {QFile::ReadOther, 0004},  {QFile::WriteOther, 0002}, {QFile::ExeOther, 0001},
+        {QFile::ReadOwner, 0400}, {QFile::WriteOwner, 0200}, {QFile::ExeOwner, 0100},
+        {QFile::ReadGroup, 0040}, {QFile::WriteGroup, 0020}, {QFile::ExeGroup, 0010},
+        {QFile::ReadOther, 0004}, {QFile::WriteOther, 0002}, {QFile::ExeOther, 0001},
     };
     int mode = 0;
     for (const auto &bit : bits) {
@@ -103,7 +103,7 @@ void add(Table *table, const Row &row)
                 file.lastModified().toString(text("yyyy-MM-dd hh:mm:ss"))});
 }
 
-QJsonObject toJson(const Row &row)
+QJsonObject jsonOf(const Row &row)
 {
     const QFileInfo file(text(kHere) + row.file);
     QJsonObject object;
@@ -126,7 +126,7 @@ void showAsJson(const Call &call)
     QJsonArray files;
     const QList<Row> all = rows();
     for (const Row &row : all) {
-        files.append(toJson(row));
+        files.append(jsonOf(row));
     }
     QJsonObject object;
     object.insert(text("directory"), call.directory);

@@ -25,11 +25,10 @@ QString sizeOf(const Thumbnail &thumbnail)
         return text("missing");
     }
     const QSize size = QImageReader(folder() + thumbnail.name).size();
-    return size.isValid() ? text("%1x%2").arg(size.width()).arg(size.height())
-                          : text("no image");
+    return size.isValid() ? text("%1x%2").arg(size.width()).arg(size.height()) : text("no image");
 }
 
-QJsonObject toJson(const Thumbnail &thumbnail)
+QJsonObject jsonOf(const Thumbnail &thumbnail)
 {
     QJsonObject object;
     object.insert(text("file"), thumbnail.name);
@@ -78,7 +77,7 @@ int profile::listThumbnails(const Call &call)
     const QList<Thumbnail> thumbnails = thumbnailsOf(text(kHere));
     for (const Thumbnail &thumbnail : thumbnails) {
         table.add({thumbnail.name, sizeOf(thumbnail), thumbnail.bookmarks.join(text(", "))});
-        array.append(toJson(thumbnail));
+        array.append(jsonOf(thumbnail));
     }
     if (call.has("json")) {
         sayJson(array);
@@ -91,8 +90,8 @@ int profile::listThumbnails(const Call &call)
 int profile::packThumbnails(const Call &call)
 {
     if (!QDir(folder()).exists()) {
-        return fail(text("'%1' has no folder thumbnail; there is nothing to pack")
-                        .arg(call.directory));
+        return fail(
+            text("'%1' has no folder thumbnail; there is nothing to pack").arg(call.directory));
     }
     // The library takes local paths of Latin-1 alone, and those of the tool's own folder are.
     const QTemporaryDir scratch;
@@ -115,8 +114,8 @@ int profile::unpackThumbnails(const Call &call)
                         .arg(call.operands.at(0)));
     }
     if (packed.rootName() != text(kPacked.rootName)) {
-        return fail(text("'%1' holds no packed thumbnails; nothing was changed")
-                        .arg(call.operands.at(0)));
+        return fail(
+            text("'%1' holds no packed thumbnails; nothing was changed").arg(call.operands.at(0)));
     }
     if (packed.state() == Document::Damaged) {
         warn(text("'%1' is %2; the rest is not unpacked")
