@@ -162,10 +162,10 @@ int failUnknown(const QStringList &words)
         return fail(
             text("'%1' is followed by one of: %2").arg(words.at(0), actions.join(text(", "))));
     }
-    return fail(text(words.isEmpty() ? "name a command and the folder of a profile; --help lists "
-                                       "the commands"
-                                     : "'%1' is no command; --help lists them")
-                    .arg(words.value(0)));
+    if (words.isEmpty()) {
+        return fail(text("name a command and the folder of a profile; --help lists the commands"));
+    }
+    return fail(text("'%1' is no command; --help lists them").arg(words.at(0)));
 }
 
 QString unknownOption(const Command &command, const QHash<QString, QString> &options)
@@ -202,7 +202,7 @@ QString enter(const Command &command, const QString &directory)
     if (!folder.isReadable() || !QDir::setCurrent(directory)) {
         return text("'%1' cannot be read; ask its owner for permission").arg(directory);
     }
-    if (command.access == Writes && !folder.isWritable()) {
+    if (command.access == Writes && !QFileInfo(QDir::currentPath()).isWritable()) {
         return text("'%1' cannot be written to; nothing was changed, ask its owner for permission")
             .arg(directory);
     }

@@ -22,7 +22,8 @@ QByteArray declarationOf(const QByteArray &content)
     return start < 0 || start > 3 || end < 0 ? QByteArray() : content.mid(start, end + 2 - start);
 }
 
-// The first text in an entry: what it is called, as far as that can be read.
+// The first plain text in an entry: what it is called, as far as that can be read. Encoded ones are
+// secrets.
 QString nameOf(VLMC_XMLNode *entry)
 {
     if (!entry) {
@@ -30,7 +31,7 @@ QString nameOf(VLMC_XMLNode *entry)
     }
     const QList<VLMC_XMLNode *> fields = entry->getXMLNodeChildren();
     for (VLMC_XMLNode *const field : fields) {
-        if (!field->getText().isEmpty()) {
+        if (field->getTextType() == 0 && !field->getText().isEmpty()) {
             return field->getText();
         }
     }

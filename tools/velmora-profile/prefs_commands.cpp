@@ -65,20 +65,23 @@ void load(DocumentKind kind)
     }
 }
 
-int save(DocumentKind kind)
+int saveCommon()
 {
     const Uninterrupted uninterrupted;
-    const OwnerOnly ownerOnly;
+    const OwnerOnly ownerOnly; // it may hold the proxy's password
+    VLMC_BrowserCommonSetting *const store = VLMC_BrowserCommonSetting::getInstance();
     QString directory = text(kHere);
-    VLMC_XMLSetting *store = nullptr;
-    if (kind == CommonPreferences) {
-        VLMC_BrowserCommonSetting::getInstance()->saveSetting(&directory);
-        store = VLMC_BrowserCommonSetting::getInstance();
-    } else {
-        VLMC_BrowserUserSetting::getInstance()->saveSetting(&directory);
-        store = VLMC_BrowserUserSetting::getInstance();
-    }
-    return isSaved(kind, store->getXMLNodeCnt()) ? Done : Failed;
+    store->saveSetting(&directory);
+    return isSaved(CommonPreferences, store->getXMLNodeCnt()) ? Done : Failed;
+}
+
+int saveUser()
+{
+    const Uninterrupted uninterrupted;
+    VLMC_BrowserUserSetting *const store = VLMC_BrowserUserSetting::getInstance();
+    QString directory = text(kHere);
+    store->saveSetting(&directory);
+    return isSaved(UserPreferences, store->getXMLNodeCnt()) ? Done : Failed;
 }
 
 // A value, from the command line or, for a password, from standard input alone.
@@ -164,5 +167,5 @@ int profile::setPreference(const Call &call)
     if (!isKnownWord(*preference, value) || !preference->store(value)) {
         return failRefused(*preference, value);
     }
-    return save(preference->document);
+    return preference->document == CommonPreferences ? saveCommon() : saveUser();
 }
