@@ -3,6 +3,8 @@
 
 #include "tests/support/Files.h"
 
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QStringList>
 

@@ -22,12 +22,15 @@ QByteArray declarationOf(const QByteArray &content)
     return start < 0 || start > 3 || end < 0 ? QByteArray() : content.mid(start, end + 2 - start);
 }
 
-// The first plain text in an entry: what it is called, as far as that can be read. Encoded ones are
+// The first plain text of an entry: what it is called, as far as that can be read. Encoded ones are
 // secrets.
 QString nameOf(VLMC_XMLNode *entry)
 {
     if (!entry) {
         return QString();
+    }
+    if (!entry->getText().isEmpty()) {
+        return entry->getText().trimmed();
     }
     const QList<VLMC_XMLNode *> fields = entry->getXMLNodeChildren();
     for (VLMC_XMLNode *const field : fields) {
@@ -35,7 +38,7 @@ QString nameOf(VLMC_XMLNode *entry)
             return field->getText();
         }
     }
-    return entry->getText();
+    return QString();
 }
 } // namespace
 
