@@ -289,8 +289,8 @@ void tst_velmora_profile_check::check_findsWhatAnInterruptedSaveLeft_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("what");
-    for (const char *const file :
-         {"bookmark.xml.a1B2c3", "cookie.ini.XyZabc", "thumbnail/000001.PNG.aaaaaa"}) {
+    for (const char *const file : {".velmora-save-12-3", "cookie.xml.a1B2c3", "cookie.ini.XyZabc",
+                                   "thumbnail/000001.PNG.aaaaaa", "thumbnail/.velmora-save-1-1"}) {
         QTest::newRow(file) << QByteArray(file)
                             << finding(file, "a temporary file that was left behind",
                                        "none; it takes space, and may hold secrets",

@@ -423,18 +423,11 @@ bool profile::isOpenToOthers(const QString &path)
                & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
 }
 
+// The library's own, and those of Qt beside the files that it replaces.
 QStringList profile::temporaryPatterns()
 {
-    QStringList patterns = {text("cookie.ini.lock")};
-    QStringList files = {text(kCookieIni), text("*.PNG")};
-    const QList<DocumentType> types = documentTypes();
-    for (const DocumentType &type : types) {
-        files.append(text(type.fileName));
-    }
-    for (const QString &file : qAsConst(files)) {
-        patterns.append(file + text(".??????"));
-    }
-    return patterns;
+    return {text(".velmora-save-*"), text("cookie.ini.lock"), text("cookie.ini.??????"),
+            text("*.xml.??????"), text("*.PNG.??????")};
 }
 
 QList<profile::Finding> profile::findingsOf(const QString &directory)
