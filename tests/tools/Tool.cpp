@@ -8,6 +8,7 @@
 #include <QtCore/QSettings>
 #include <QtGui/QImage>
 
+#include <csignal>
 #include <unistd.h>
 
 namespace
@@ -31,6 +32,13 @@ ToolRun run(const QString &program, const QStringList &arguments, const QByteArr
 }
 
 QString toolPath() { return QString::fromUtf8(VELMORA_PROFILE_TOOL); }
+
+QStringList split(const char *arguments, const TestDirectory &directory)
+{
+    QStringList list = QString::fromUtf8(arguments).split(QLatin1Char(' '));
+    list.replaceInStrings(utf8("%"), directory.path());
+    return list;
+}
 
 QByteArray pngOf(QRgb color)
 {
@@ -67,9 +75,21 @@ ToolRun runTool(const QStringList &arguments, const QByteArray &input)
 
 ToolRun runTool(const TestDirectory &directory, const char *arguments, const QByteArray &input)
 {
-    QStringList list = QString::fromUtf8(arguments).split(QLatin1Char(' '));
-    list.replaceInStrings(utf8("%"), directory.path());
-    return runTool(list, input);
+    return runTool(split(arguments, directory), input);
+}
+
+bool interruptTool(const TestDirectory &directory, const char *arguments, int milliseconds)
+{
+    QProcess process;
+    process.start(toolPath(), split(arguments, directory));
+    if (!process.waitForStarted(kMilliseconds)) {
+        return false;
+    }
+    if (milliseconds > 0) {
+        QTest::qSleep(milliseconds);
+    }
+    kill(pid_t(process.processId()), SIGINT);
+    return process.waitForFinished(kMilliseconds);
 }
 
 ToolRun runUnprivileged(const QStringList &arguments)

@@ -23,6 +23,9 @@ ToolRun runTool(const QStringList &arguments, const QByteArray &input = QByteArr
 /// Runs it without the rights of root, for what permissions refuse.
 ToolRun runUnprivileged(const QStringList &arguments);
 
+/// Runs it and interrupts it after so many milliseconds. False when it could not be started.
+bool interruptTool(const TestDirectory &directory, const char *arguments, int milliseconds);
+
 /// What the run printed as JSON; the test fails when it is none.
 QJsonDocument jsonOf(const ToolRun &run);
 

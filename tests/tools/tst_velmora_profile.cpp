@@ -136,6 +136,7 @@ private slots:
     void thumbnails_areNotCleanedWithoutBookmarks();
     void diff_findsNothingInACopy();
     void diff_tellsEntriesApart();
+    void interruptedSave_leavesTheFileWhole();
     void tables_alignWideCharacters();
     void tables_showNoControlCharacters();
 };
@@ -1159,6 +1160,24 @@ void tst_velmora_profile::diff_tellsEntriesApart()
         runTool({utf8("diff"), one.path(), other.path(), utf8("--json"), utf8("--show-secrets")});
     QCOMPARE(jsonOf(json).array().size(), 7);
     QVERIFY(json.output.contains("\"after\": \"anders\""));
+}
+
+// Ctrl-C, at whatever moment it comes: the file is the old one or the new one.
+void tst_velmora_profile::interruptedSave_leavesTheFileWhole()
+{
+    const TestDirectory directory;
+    QByteArray entries;
+    for (int i = 0; i < 990; ++i) {
+        entries += "<bookmark><href>http://x/</href><title/><thumbnail/></bookmark>";
+    }
+    writeFile(directory.file("bookmark.xml"), "<bookmarks>" + entries + "</bookmarks>");
+    for (int milliseconds = 0; milliseconds < 60; milliseconds += 3) {
+        QCOMPARE(interruptTool(directory, "bookmarks add % http://y/ --front", milliseconds), true);
+        const ToolRun run = runTool(directory, "show %");
+        QVERIFY2(run.output.contains("\nbookmark.xml          whole    9"),
+                 run.output.constData());
+        runTool(directory, "bookmarks remove % 0");
+    }
 }
 
 void tst_velmora_profile::tables_alignWideCharacters()

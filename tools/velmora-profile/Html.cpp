@@ -28,6 +28,7 @@ th, td { text-align: left; vertical-align: top; padding: 0.3rem 0.6rem 0.3rem 0;
   border-bottom: 1px solid var(--line); }
 th { color: var(--soft); font-weight: 600; white-space: nowrap; }
 td { min-width: 5rem; }
+td:first-child { white-space: nowrap; width: 1%; padding-right: 1.5rem; }
 .changed { font-weight: 600; }
 .finding { background: var(--warncard); border-left: 4px solid var(--warn); padding: 0.5rem 0.75rem;
   margin: 0.5rem 0; break-inside: avoid; }
@@ -122,7 +123,7 @@ QString profile::barChart(const QString &description, const QList<Bar> &bars, in
     }
     const double room = kChartHeight - kBottom - kTop;
     const double step = double(kChartWidth) / double(qMax(1, int(bars.size())));
-    QString svg = text("<svg viewBox=\"0 0 %1 %2\" role=\"img\" aria-label=\"%3\">\n")
+    QString svg = text("<svg viewBox=\"0 0 %1 %2\" preserveAspectRatio=\"xMinYMid\" role=\"img\" aria-label=\"%3\">\n")
                       .arg(kChartWidth)
                       .arg(kChartHeight)
                       .arg(escaped(description));

@@ -41,7 +41,7 @@ _velmora_profile_options() {
 
 _velmora_profile() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local group=${COMP_WORDS[1]} action=${COMP_WORDS[2]} words=
+    local group=${COMP_WORDS[1]-} action=${COMP_WORDS[2]-} words=
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
         words='show check repair diff report prefs bookmarks history fonts auth cookies thumbnails
