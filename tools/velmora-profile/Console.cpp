@@ -39,7 +39,7 @@ sigset_t interruptions()
 class WithoutEcho
 {
 public:
-    WithoutEcho() : m_terminal(tcgetattr(STDIN_FILENO, &m_before) == 0)
+    WithoutEcho() : m_before(), m_terminal(tcgetattr(STDIN_FILENO, &m_before) == 0)
     {
         if (m_terminal) {
             termios silent = m_before;

@@ -86,6 +86,14 @@ int profile::refuseLosses(const Call &call, const QList<Loss> &losses)
                     .arg(counted(losses.size(), "loss", "losses")));
 }
 
+QString profile::imported(const Call &call, int added)
+{
+    if (call.has("dry-run")) {
+        return text("would be");
+    }
+    return text(added == 1 ? "was" : "were");
+}
+
 bool profile::readIds(const Call &call, int count, QList<int> *ids)
 {
     for (const QString &operand : call.operands) {

@@ -25,6 +25,9 @@ QJsonArray toJson(const QList<Loss> &losses);
 // With --strict any loss is an error: says so and gives Failed, otherwise Done.
 int refuseLosses(const Call &call, const QList<Loss> &losses);
 
+// "was", "were" or, on a dry run, "would be".
+QString imported(const Call &call, int added);
+
 // The operands as ids below count, each once, from the highest down: each removal renumbers. False,
 // and said so, when one is none.
 bool readIds(const Call &call, int count, QList<int> *ids);

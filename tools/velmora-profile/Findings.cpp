@@ -63,7 +63,7 @@ class Search
 public:
     explicit Search(const QString &directory) : m_directory(directory) {}
 
-    QList<Finding> all();
+    QList<Finding> findings();
 
 private:
     void add(const QString &file, const QString &what, const QString &meaning,
@@ -112,7 +112,7 @@ QString entryName(const Document &document, int position)
     return text("entry %1 (%2)").arg(position).arg(label);
 }
 
-QList<Finding> Search::all()
+QList<Finding> Search::findings()
 {
     const QList<DocumentType> types = documentTypes();
     for (const DocumentType &type : types) {
@@ -432,7 +432,7 @@ QStringList profile::temporaryPatterns()
 
 QList<profile::Finding> profile::findingsOf(const QString &directory)
 {
-    return Search(directory).all();
+    return Search(directory).findings();
 }
 
 QString profile::toText(const QList<Finding> &findings)

@@ -123,7 +123,8 @@ QString profile::barChart(const QString &description, const QList<Bar> &bars, in
     }
     const double room = kChartHeight - kBottom - kTop;
     const double step = double(kChartWidth) / double(qMax(1, int(bars.size())));
-    QString svg = text("<svg viewBox=\"0 0 %1 %2\" preserveAspectRatio=\"xMinYMid\" role=\"img\" aria-label=\"%3\">\n")
+    QString svg = text("<svg viewBox=\"0 0 %1 %2\" preserveAspectRatio=\"xMinYMid\" role=\"img\" "
+                       "aria-label=\"%3\">\n")
                       .arg(kChartWidth)
                       .arg(kChartHeight)
                       .arg(escaped(description));

@@ -6,6 +6,7 @@
 #include <QtCore/QBuffer>
 
 #include <cctype>
+#include <memory>
 
 namespace
 {
@@ -138,12 +139,12 @@ int profile::Recovery::take(int start)
     QBuffer buffer(&piece);
     buffer.open(QIODevice::ReadOnly);
     VLMC_XMLReader reader;
-    QScopedPointer<VLMC_XMLNode> entry(reader.read(buffer));
+    std::unique_ptr<VLMC_XMLNode> entry(reader.read(buffer));
     if (end >= 0 && entry && !reader.hasError()) {
-        m_kept.append(entry.take());
+        m_kept.append(entry.release());
         return end;
     }
-    lose(start, nameOf(entry.data()),
+    lose(start, nameOf(entry.get()),
          end < 0 ? text("its end is missing") : reader.errorString().trimmed());
     return next >= 0 ? qMin(next, last) : last;
 }

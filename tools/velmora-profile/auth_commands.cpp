@@ -135,7 +135,7 @@ int profile::addCredentials(const Call &call)
     if (store().getXMLNodeCnt() >= kMaxEntries) {
         return fail(text("the list is full with %1; remove some first").arg(kMaxEntries));
     }
-    VLMS_AuthInfo info;
+    VLMS_AuthInfo info = VLMS_AuthInfo();
     info.hostName = call.operands.at(0);
     info.portNum = call.operands.at(1);
     info.authType = static_cast<unsigned char>(scheme);

@@ -114,10 +114,7 @@ int sayImported(const Call &call, const BookmarkImport &import, int added,
         return Done;
     }
     say(text("%1: %2 %3 added, %4")
-            .arg(import.format, counted(added, "bookmark", "bookmarks"),
-                 text(call.has("dry-run") ? "would be"
-                      : added == 1        ? "was"
-                                          : "were"),
+            .arg(import.format, counted(added, "bookmark", "bookmarks"), imported(call, added),
                  counted(losses.size(), "loss", "losses")));
     return Done;
 }

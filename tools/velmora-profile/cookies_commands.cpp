@@ -162,6 +162,35 @@ QList<QNetworkCookie> merged(QList<QNetworkCookie> cookies, const QList<QNetwork
     return cookies;
 }
 
+// Those that cookie.ini gives back as they are; the others become losses.
+QList<QNetworkCookie> keptByIni(CookieImport *import)
+{
+    QList<QNetworkCookie> kept;
+    for (const QNetworkCookie &cookie : qAsConst(import->cookies)) {
+        if (isKeptByIni(cookie)) {
+            kept.append(cookie);
+        } else {
+            import->losses.append({nameOf(cookie), text("cookie.ini cannot hold it as it is")});
+        }
+    }
+    return kept;
+}
+
+int sayImported(const Call &call, int added, const QList<Loss> &losses)
+{
+    if (call.has("json")) {
+        QJsonObject object;
+        object.insert(text("added"), added);
+        object.insert(text("losses"), toJson(losses));
+        sayJson(object);
+        return Done;
+    }
+    say(text("cookies.txt: %1 %2 added, %3")
+            .arg(counted(added, "cookie", "cookies"), imported(call, added),
+                 counted(losses.size(), "loss", "losses")));
+    return Done;
+}
+
 QJsonObject jsonOf(const QNetworkCookie &cookie)
 {
     QJsonObject object;
@@ -257,14 +286,7 @@ int profile::importCookies(const Call &call)
     if (refuseToUse(file) != Done) {
         return Failed;
     }
-    QList<QNetworkCookie> kept;
-    for (const QNetworkCookie &cookie : qAsConst(import.cookies)) {
-        if (isKeptByIni(cookie)) {
-            kept.append(cookie);
-        } else {
-            import.losses.append({nameOf(cookie), text("cookie.ini cannot hold it as it is")});
-        }
-    }
+    const QList<QNetworkCookie> kept = keptByIni(&import);
     if (!call.has("json")) {
         sayLosses(import.losses);
     }
@@ -272,20 +294,7 @@ int profile::importCookies(const Call &call)
         || (!call.has("dry-run") && saveIni(merged(file.cookies, kept)) != Done)) {
         return Failed;
     }
-    if (call.has("json")) {
-        QJsonObject object;
-        object.insert(text("added"), int(kept.size()));
-        object.insert(text("losses"), toJson(import.losses));
-        sayJson(object);
-        return Done;
-    }
-    say(text("cookies.txt: %1 %2 added, %3")
-            .arg(counted(kept.size(), "cookie", "cookies"),
-                 text(call.has("dry-run") ? "would be"
-                      : kept.size() == 1  ? "was"
-                                          : "were"),
-                 counted(import.losses.size(), "loss", "losses")));
-    return Done;
+    return sayImported(call, int(kept.size()), import.losses);
 }
 
 int profile::exportCookies(const Call &call)
