@@ -1174,8 +1174,7 @@ void tst_velmora_profile::interruptedSave_leavesTheFileWhole()
     for (int milliseconds = 0; milliseconds < 60; milliseconds += 3) {
         QCOMPARE(interruptTool(directory, "bookmarks add % http://y/ --front", milliseconds), true);
         const ToolRun run = runTool(directory, "show %");
-        QVERIFY2(run.output.contains("\nbookmark.xml          whole    9"),
-                 run.output.constData());
+        QVERIFY2(run.output.contains("\nbookmark.xml          whole    9"), run.output.constData());
         runTool(directory, "bookmarks remove % 0");
     }
 }
