@@ -75,7 +75,7 @@ void answerFromStore(QNetworkReply *reply, QAuthenticator *authenticator)
     VLMC_AuthSetting *const store = VLMC_AuthSetting::getInstance();
     const QString port = QString::number(reply->url().port(80));
     for (int id = 0; id < store->getAuthInfoCnt() && !reply->property("answered").toBool(); ++id) {
-        VLMS_AuthInfo info;
+        VLMS_AuthInfo info = {};
         if (store->getAuthInfo(id, &info) && info.hostName == reply->url().host()
             && info.portNum == port) {
             authenticator->setUser(QString::fromUtf8(info.user.constData()));
@@ -95,7 +95,7 @@ int visit(const QUrl &url)
 
 void keep(const LoopbackServer &server, unsigned char authType)
 {
-    VLMS_AuthInfo info;
+    VLMS_AuthInfo info = {};
     info.hostName = server.url().host();
     info.portNum = QString::number(server.serverPort());
     info.authType = authType;

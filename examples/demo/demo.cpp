@@ -15,7 +15,7 @@ const int kShownCharacters = 200;
 void printLines(const QStringList &lines, int from, int to)
 {
     for (int i = from; i < to; ++i) {
-        const QString line = lines.at(i);
+        const QString &line = lines.at(i);
         const bool cut = line.size() > kShownCharacters;
         say(text("    | %1%2").arg(line.left(kShownCharacters)).arg(text(cut ? "..." : "")));
     }

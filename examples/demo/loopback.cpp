@@ -66,7 +66,9 @@ int fetch(QNetworkAccessManager &browser, const QUrl &url)
     const QScopedPointer<QNetworkReply> reply(browser.get(QNetworkRequest(url)));
     QEventLoop loop;
     QObject::connect(reply.data(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(kPatienceMilliseconds, &loop, &QEventLoop::quit);
+    QTimer patience;
+    QObject::connect(&patience, &QTimer::timeout, &loop, &QEventLoop::quit);
+    patience.start(kPatienceMilliseconds);
     loop.exec();
     return reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
