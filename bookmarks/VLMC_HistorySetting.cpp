@@ -33,21 +33,37 @@ void setText(VLMC_XMLNode *node, const QString &text)
     }
 }
 
+// The names of a visit's elements, converted once for a walk over all visits.
+struct Names {
+    Names()
+        : pageInfo(QEXC_TextCodec::fromSJIS(kPageInfo)),
+          title(QEXC_TextCodec::fromSJIS(kTitle)),
+          url(QEXC_TextCodec::fromSJIS(kUrl)),
+          dateTime(QEXC_TextCodec::fromSJIS(kDateTime))
+    {
+    }
+
+    QString pageInfo;
+    QString title;
+    QString url;
+    QString dateTime;
+};
+
 // True for an element of this name without attributes and children whose text, if any, is plain.
-bool isPlainField(VLMC_XMLNode *node, const char *name)
+bool isPlainField(VLMC_XMLNode *node, const QString &name)
 {
-    return node->getName() == QEXC_TextCodec::fromSJIS(name) && node->getTextType() == PlainText
+    return node->getName() == name && node->getTextType() == PlainText
            && NodeView::children(*node).isEmpty() && NodeView::attributes(*node).isEmpty();
 }
 
 // True for an entry that setHistory would build just so, its id apart.
-bool isPlainEntry(VLMC_XMLNode *entry, const QString &time)
+bool isPlainEntry(VLMC_XMLNode *entry, const Names &names, const QString &time)
 {
     const QList<VLMC_XMLNode *> &fields = NodeView::children(*entry);
-    return entry->getName() == QEXC_TextCodec::fromSJIS(kPageInfo) && entry->getText().isEmpty()
+    return entry->getName() == names.pageInfo && entry->getText().isEmpty()
            && entry->getTextType() == PlainText && fields.size() == 3
-           && isPlainField(fields.at(0), kTitle) && isPlainField(fields.at(1), kUrl)
-           && isPlainField(fields.at(2), kDateTime) && fields.at(2)->getText() == time;
+           && isPlainField(fields.at(0), names.title) && isPlainField(fields.at(1), names.url)
+           && isPlainField(fields.at(2), names.dateTime) && fields.at(2)->getText() == time;
 }
 } // namespace
 
@@ -219,9 +235,8 @@ void VLMC_HistorySetting::sortHistory()
 QList<VLMC_HistorySetting::Visit> VLMC_HistorySetting::readVisits()
 {
     const QVector<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
-    QString titleName = QEXC_TextCodec::fromSJIS(kTitle);
-    QString urlName = QEXC_TextCodec::fromSJIS(kUrl);
-    QString timeName = QEXC_TextCodec::fromSJIS(kDateTime);
+    Names names;
+    ClockOrder clock;
     QList<Visit> visits;
     visits.reserve(int(entries.size()));
     for (VLMC_XMLNode *const entry : entries) {
@@ -229,11 +244,11 @@ QList<VLMC_HistorySetting::Visit> VLMC_HistorySetting::readVisits()
         if (!entry) {
             continue;
         }
-        Visit visit = {entry, textOf(entry->getXMLNodeChildByName(titleName)),
-                       textOf(entry->getXMLNodeChildByName(urlName)),
-                       textOf(entry->getXMLNodeChildByName(timeName)), 0};
-        visit.clock = clockOfText(visit.time);
-        if (visit.clock == kNoClock) {
+        Visit visit = {entry, textOf(entry->getXMLNodeChildByName(names.title)),
+                       textOf(entry->getXMLNodeChildByName(names.url)),
+                       textOf(entry->getXMLNodeChildByName(names.dateTime)), 0};
+        visit.clock = clock.of(visit.time);
+        if (visit.clock == ClockOrder::NoTime) {
             visit.time = QString();
         }
         visits.append(visit);
@@ -255,10 +270,11 @@ void VLMC_HistorySetting::sortLoadedEntries()
     const QList<Visit> visits = readVisits();
     const QList<VLMC_XMLNode *> loaded = NodeView::takeChildren(*root);
     deleteAllSetting();
+    const Names names;
     char place = AtEnd;
     for (const Visit &visit : visits) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
-        if (isPlainEntry(visit.entry, visit.time)) {
+        if (isPlainEntry(visit.entry, names, visit.time)) {
             root->addXMLNode(visit.entry, place);
         } else {
             addVisit(visit, place);
@@ -279,8 +295,7 @@ void VLMC_HistorySetting::numberSortedEntries()
     const QList<VLMC_XMLNode *> &entries = NodeView::children(*root);
     for (int i = kMaxNumbered; i < entries.size(); ++i) {
         QXmlStreamAttributes last =
-            identifiers(QEXC_TextCodec::fromSJIS(kUsualIdentifier), kMaxNumbered)
-                .at(kMaxNumbered - 1);
+            identifiers(usualIdentifier(), kMaxNumbered).at(kMaxNumbered - 1);
         entries.at(i)->setAttribute(last);
     }
     numberEntries(*this);

@@ -59,6 +59,13 @@ Made &usual()
 }
 } // namespace
 
+// Never destroyed: stores may be used while the process exits.
+const QString &vlm::usualIdentifier()
+{
+    static const QString *const name = new QString(QEXC_TextCodec::fromSJIS("id"));
+    return *name;
+}
+
 bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                          int *number)
 {
@@ -81,7 +88,7 @@ bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &
 
 QVector<QXmlStreamAttributes> vlm::identifiers(const QString &attributeName, int count)
 {
-    if (attributeName != QEXC_TextCodec::fromSJIS(kUsualIdentifier)) {
+    if (attributeName != usualIdentifier()) {
         QVector<QXmlStreamAttributes> fresh;
         extend(fresh, attributeName, count);
         return fresh;

@@ -10,8 +10,8 @@ namespace vlm
 // At most this many children of a root get a number: "000" to "998".
 const int kMaxNumbered = 999;
 
-// The attribute by which the stores number their entries.
-const char kUsualIdentifier[] = "id";
+// The attribute by which the stores number their entries: "id".
+const QString &usualIdentifier();
 
 // The number in the first attribute of this qualified name, read as by QString::toInt in base 10.
 // False when there is none or when it is no number.

@@ -16,6 +16,8 @@ public:
         return node.m_children;
     }
 
+    static const QString &name(const VLMC_XMLNode &node) { return node.m_name; }
+
     static const QXmlStreamAttributes &attributes(const VLMC_XMLNode &node)
     {
         return node.m_attributes;
