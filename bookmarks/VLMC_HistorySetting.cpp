@@ -3,7 +3,6 @@
 #include "core/Entries_p.h"
 #include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
-#include "core/QEXC_TextCodec.h"
 #include "core/Refused_p.h"
 #include "core/TimeText_p.h"
 #include "core/Utf8_p.h"
@@ -33,48 +32,41 @@ void setText(VLMC_XMLNode *node, const QString &text)
     }
 }
 
-// The names of a visit's elements, converted once for a walk over all visits.
-struct Names {
-    Names()
-        : pageInfo(QEXC_TextCodec::fromSJIS(kPageInfo)),
-          title(QEXC_TextCodec::fromSJIS(kTitle)),
-          url(QEXC_TextCodec::fromSJIS(kUrl)),
-          dateTime(QEXC_TextCodec::fromSJIS(kDateTime))
-    {
-    }
-
-    QString pageInfo;
-    QString title;
-    QString url;
-    QString dateTime;
-};
+bool isNamed(const VLMC_XMLNode *node, const char *name)
+{
+    return NodeView::name(*node) == QLatin1String(name);
+}
 
 // True for an element of this name without attributes and children whose text, if any, is plain.
-bool isPlainField(VLMC_XMLNode *node, const QString &name)
+bool isPlainField(VLMC_XMLNode *node, const char *name)
 {
-    return node->getName() == name && node->getTextType() == PlainText
+    return isNamed(node, name) && node->getTextType() == PlainText
            && NodeView::children(*node).isEmpty() && NodeView::attributes(*node).isEmpty();
 }
 
 // True for an entry that setHistory would build just so, its id apart.
-bool isPlainEntry(VLMC_XMLNode *entry, const Names &names, const QString &time)
+bool isPlainEntry(VLMC_XMLNode *entry, bool hasTime)
 {
     const QList<VLMC_XMLNode *> &fields = NodeView::children(*entry);
-    return entry->getName() == names.pageInfo && entry->getText().isEmpty()
+    return isNamed(entry, kPageInfo) && entry->getText().isEmpty()
            && entry->getTextType() == PlainText && fields.size() == 3
-           && isPlainField(fields.at(0), names.title) && isPlainField(fields.at(1), names.url)
-           && isPlainField(fields.at(2), names.dateTime) && fields.at(2)->getText() == time;
+           && isPlainField(fields.at(0), kTitle) && isPlainField(fields.at(1), kUrl)
+           && isPlainField(fields.at(2), kDateTime)
+           && (hasTime || fields.at(2)->getText().isEmpty());
 }
 } // namespace
 
-// What a sort needs to know of an entry.
+// A stored visit and its place in time.
 struct VLMC_HistorySetting::Visit {
     VLMC_XMLNode *entry;
+    qint64 clock;
+};
+
+// What a stored visit is built of.
+struct VLMC_HistorySetting::Texts {
     QString title;
     QString url;
-    // Empty for a time that cannot be read.
     QString time;
-    qint64 clock;
 };
 
 bool VLMS_History::operator<(const VLMS_History &other) const { return other.dateTime < dateTime; }
@@ -147,7 +139,6 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
     const int count = getHistoryCnt();
     const QVector<VLMC_XMLNode *> entries = entriesById(*this, count);
-    QString fieldName = QEXC_TextCodec::fromSJIS(kUrl);
     QString compared;
     for (int id = 0; id < count; ++id) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
@@ -155,7 +146,7 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
         if (!entry) {
             continue;
         }
-        if (VLMC_XMLNode *const field = entry->getXMLNodeChildByName(fieldName)) {
+        if (VLMC_XMLNode *const field = childNamed(entry, kUrl)) {
             compared = field->getText();
         }
         if (compared == url) {
@@ -171,9 +162,8 @@ void VLMC_HistorySetting::setHistory(VLMS_History *entry)
     if (!entry) {
         return;
     }
-    const Visit visit = {nullptr, entry->title, entry->url, textOfTime(entry->dateTime, ToMinute),
-                         0};
-    VLMC_XMLNode *const added = addVisit(visit, AtFront);
+    VLMC_XMLNode *const added =
+        addVisit({entry->title, entry->url, textOfTime(entry->dateTime, ToMinute)}, AtFront);
     if (added) {
         numberEntries(*this);
         releaseUnattached(added);
@@ -219,7 +209,7 @@ void VLMC_HistorySetting::sortHistory()
     if (!root) {
         return;
     }
-    const QList<Visit> visits = readVisits();
+    const QVector<Texts> visits = textsOf(visitsNewestFirst());
     deleteAllSetting();
     const bool isSeen = typeid(*this) != typeid(VLMC_HistorySetting) || getXMLNodeCnt() > 0;
     for (int i = int(visits.size()) - 1; i >= 0; --i) {
@@ -231,27 +221,18 @@ void VLMC_HistorySetting::sortHistory()
     numberSortedEntries();
 }
 
-// The visits that ids lead to, in their order. The log has a line for each id, as from getHistory.
-QList<VLMC_HistorySetting::Visit> VLMC_HistorySetting::readVisits()
+// The visits that ids lead to. The log has a line for each id, as from getHistory.
+QVector<VLMC_HistorySetting::Visit> VLMC_HistorySetting::visitsNewestFirst()
 {
     const QVector<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
-    Names names;
     ClockOrder clock;
-    QList<Visit> visits;
+    QVector<Visit> visits;
     visits.reserve(int(entries.size()));
     for (VLMC_XMLNode *const entry : entries) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
-        if (!entry) {
-            continue;
+        if (entry) {
+            visits.append({entry, clock.of(textOf(childNamed(entry, kDateTime)))});
         }
-        Visit visit = {entry, textOf(entry->getXMLNodeChildByName(names.title)),
-                       textOf(entry->getXMLNodeChildByName(names.url)),
-                       textOf(entry->getXMLNodeChildByName(names.dateTime)), 0};
-        visit.clock = clock.of(visit.time);
-        if (visit.clock == ClockOrder::NoTime) {
-            visit.time = QString();
-        }
-        visits.append(visit);
     }
     const auto newerFirst = [](const Visit &left, const Visit &right) {
         return left.clock > right.clock;
@@ -262,22 +243,39 @@ QList<VLMC_HistorySetting::Visit> VLMC_HistorySetting::readVisits()
     return visits;
 }
 
+// A time that cannot be read is erased.
+VLMC_HistorySetting::Texts VLMC_HistorySetting::textsOf(const Visit &visit)
+{
+    return {::textOf(childNamed(visit.entry, kTitle)), ::textOf(childNamed(visit.entry, kUrl)),
+            visit.clock == ClockOrder::NoTime ? QString()
+                                              : ::textOf(childNamed(visit.entry, kDateTime))};
+}
+
+QVector<VLMC_HistorySetting::Texts> VLMC_HistorySetting::textsOf(const QVector<Visit> &visits)
+{
+    QVector<Texts> texts;
+    texts.reserve(int(visits.size()));
+    for (const Visit &visit : visits) {
+        texts.append(textsOf(visit));
+    }
+    return texts;
+}
+
 // What sortHistory makes of entries that were just read, and the same lines in the log, but every
 // entry that is as setHistory would build it stays in use.
 void VLMC_HistorySetting::sortLoadedEntries()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
-    const QList<Visit> visits = readVisits();
+    const QVector<Visit> visits = visitsNewestFirst();
     const QList<VLMC_XMLNode *> loaded = NodeView::takeChildren(*root);
     deleteAllSetting();
-    const Names names;
     char place = AtEnd;
     for (const Visit &visit : visits) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
-        if (isPlainEntry(visit.entry, names, visit.time)) {
+        if (isPlainEntry(visit.entry, visit.clock != ClockOrder::NoTime)) {
             root->addXMLNode(visit.entry, place);
         } else {
-            addVisit(visit, place);
+            addVisit(textsOf(visit), place);
         }
     }
     numberSortedEntries();
@@ -302,7 +300,7 @@ void VLMC_HistorySetting::numberSortedEntries()
 }
 
 // An entry at the front or at the end of the list; null when there is no node to be had.
-VLMC_XMLNode *VLMC_HistorySetting::addVisit(const Visit &visit, char place)
+VLMC_XMLNode *VLMC_HistorySetting::addVisit(const Texts &visit, char place)
 {
     VLMC_XMLNode *const entry = addElement(*this, root, kPageInfo, QString(), PlainText, place);
     if (!entry) {

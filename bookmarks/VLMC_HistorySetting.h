@@ -4,8 +4,8 @@
 #include "core/VLMC_XMLSetting.h"
 
 #include <QtCore/QDateTime>
-#include <QtCore/QList>
 #include <QtCore/QString>
+#include <QtCore/QVector>
 
 /// One visit of a page.
 struct VLM_EXPORT VLMS_History {
@@ -73,11 +73,14 @@ public:
 
 private:
     struct Visit;
+    struct Texts;
 
-    VLM_HIDDEN QList<Visit> readVisits();
+    VLM_HIDDEN QVector<Visit> visitsNewestFirst();
+    VLM_HIDDEN static Texts textsOf(const Visit &visit);
+    VLM_HIDDEN static QVector<Texts> textsOf(const QVector<Visit> &visits);
     VLM_HIDDEN void sortLoadedEntries();
     VLM_HIDDEN void numberSortedEntries();
-    VLM_HIDDEN VLMC_XMLNode *addVisit(const Visit &visit, char place);
+    VLM_HIDDEN VLMC_XMLNode *addVisit(const Texts &visit, char place);
 
     int loadMax;
 };

@@ -46,21 +46,9 @@ VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
 
 QVector<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
 {
-    QVector<VLMC_XMLNode *> entries(qMax(count, 0), nullptr);
     VLMC_XMLNode *const root = store.getXMLRootNode();
-    if (!root) {
-        return entries;
-    }
-    const QString attributeName = usualIdentifier();
-    const QList<VLMC_XMLNode *> &children = NodeView::children(*root);
-    for (VLMC_XMLNode *const child : children) {
-        int id = 0;
-        if (child && readIdentifier(NodeView::attributes(*child), attributeName, &id) && id >= 0
-            && id < count && !entries.at(id)) {
-            entries[id] = child;
-        }
-    }
-    return entries;
+    return root ? childrenById(*root, usualIdentifier(), count)
+                : QVector<VLMC_XMLNode *>(qMax(count, 0), nullptr);
 }
 
 int vlm::countEntries(VLMC_XMLSetting &store, const char *name)

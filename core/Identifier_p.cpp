@@ -1,5 +1,6 @@
 #include "core/Identifier_p.h"
 
+#include "core/NodeView_p.h"
 #include "core/QEXC_TextCodec.h"
 
 #include <QtCore/QMutex>
@@ -84,6 +85,25 @@ bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &
         return ok;
     }
     return false;
+}
+
+QVector<VLMC_XMLNode *> vlm::childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
+                                          int count)
+{
+    const QList<VLMC_XMLNode *> &children = NodeView::children(parent);
+    if (count == children.size() && count <= kMaxNumbered
+        && NodeView::isNumbered(parent, attributeName)) {
+        return children.toVector();
+    }
+    QVector<VLMC_XMLNode *> found(qMax(count, 0), nullptr);
+    for (VLMC_XMLNode *const child : children) {
+        int number = 0;
+        if (child && readIdentifier(NodeView::attributes(*child), attributeName, &number)
+            && number >= 0 && number < count && !found.at(number)) {
+            found[number] = child;
+        }
+    }
+    return found;
 }
 
 QVector<QXmlStreamAttributes> vlm::identifiers(const QString &attributeName, int count)

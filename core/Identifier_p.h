@@ -5,6 +5,8 @@
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamAttributes>
 
+class VLMC_XMLNode;
+
 namespace vlm
 {
 // At most this many children of a root get a number: "000" to "998".
@@ -17,6 +19,11 @@ const QString &usualIdentifier();
 // False when there is none or when it is no number.
 bool readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                     int *number);
+
+// For each number from 0 up to count the first child that carries it, or null: what a search for
+// each would find, in one pass.
+QVector<VLMC_XMLNode *> childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
+                                     int count);
 
 // The attribute sets of the numbers from 0 up to count: one attribute each, its value as by "%03d".
 // Sets under the usual name are made once and shared. May be called from any thread.

@@ -23,6 +23,13 @@ public:
         return node.m_attributes;
     }
 
+    // True when each of the first kMaxNumbered children is known to carry its position under this
+    // name. False says nothing.
+    static bool isNumbered(const VLMC_XMLNode &node, const QString &attributeName)
+    {
+        return node.isNumbered(attributeName);
+    }
+
     // Leaves each of the first kMaxNumbered children with this one attribute, its position. Null
     // children are passed over; their number is returned.
     static int numberChildren(VLMC_XMLNode &node, const QString &attributeName)
