@@ -8,7 +8,11 @@
 
 namespace
 {
-QString character(uint code) { return QString::fromUcs4(&code, 1); }
+QString character(uint code)
+{
+    const char32_t unit = code;
+    return QString::fromUcs4(&unit, 1);
+}
 
 QByteArray written(VLMC_XMLNode &node)
 {
