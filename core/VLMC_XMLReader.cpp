@@ -99,13 +99,18 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
     vlm::DocumentSource *const source = new vlm::DocumentSource(&device);
     setDevice(source);
     VLMC_XMLNode *root = nullptr;
+    bool utf8 = true;
     while (!atEnd()) {
         const TokenType token = readNext();
         if (token == EndElement) {
             break;
         }
+        if (token == StartDocument) {
+            // The encoding is known at this token only.
+            utf8 = isUtf8(*this);
+        }
         if (token == DTD) {
-            source->declare(entityDeclarations(), isUtf8(*this));
+            source->declare(entityDeclarations(), utf8);
         }
         if (token == StartElement && !root) {
             source->endProlog();
