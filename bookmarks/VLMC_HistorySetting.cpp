@@ -54,20 +54,74 @@ bool isPlainEntry(VLMC_XMLNode *entry, bool hasTime)
            && isPlainField(fields.at(2), kDateTime)
            && (hasTime || fields.at(2)->getText().isEmpty());
 }
-} // namespace
 
 // A stored visit and its place in time.
-struct VLMC_HistorySetting::Visit {
+struct Visit {
     VLMC_XMLNode *entry;
     qint64 clock;
 };
 
 // What a stored visit is built of.
-struct VLMC_HistorySetting::Texts {
+struct Texts {
     QString title;
     QString url;
     QString time;
 };
+
+// The visits that ids lead to. The log has a line for each id, as from getHistory.
+QVector<Visit> visitsNewestFirst(VLMC_XMLSetting &store)
+{
+    const QVector<VLMC_XMLNode *> entries = entriesById(store, store.getXMLNodeCnt());
+    ClockOrder clock;
+    QVector<Visit> visits;
+    visits.reserve(int(entries.size()));
+    for (VLMC_XMLNode *const entry : entries) {
+        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
+        if (entry) {
+            visits.append({entry, clock.of(textOf(childNamed(entry, kDateTime)))});
+        }
+    }
+    const auto newerFirst = [](const Visit &left, const Visit &right) {
+        return left.clock > right.clock;
+    };
+    if (!std::is_sorted(visits.constBegin(), visits.constEnd(), newerFirst)) {
+        std::stable_sort(visits.begin(), visits.end(), newerFirst);
+    }
+    return visits;
+}
+
+// A time that cannot be read is erased.
+Texts textsOf(const Visit &visit)
+{
+    return {textOf(childNamed(visit.entry, kTitle)), textOf(childNamed(visit.entry, kUrl)),
+            visit.clock == ClockOrder::NoTime ? QString()
+                                              : textOf(childNamed(visit.entry, kDateTime))};
+}
+
+QVector<Texts> textsOf(const QVector<Visit> &visits)
+{
+    QVector<Texts> texts;
+    texts.reserve(int(visits.size()));
+    for (const Visit &visit : visits) {
+        texts.append(textsOf(visit));
+    }
+    return texts;
+}
+
+// An entry at the front or at the end of the list; null when there is no node to be had.
+VLMC_XMLNode *addVisit(VLMC_XMLSetting &store, const Texts &visit, char place)
+{
+    VLMC_XMLNode *const entry =
+        addElement(store, store.getXMLRootNode(), kPageInfo, QString(), PlainText, place);
+    if (!entry) {
+        return nullptr;
+    }
+    addElement(store, entry, kTitle, visit.title, PlainText, AtEnd);
+    addElement(store, entry, kUrl, visit.url, PlainText, AtEnd);
+    addElement(store, entry, kDateTime, visit.time, PlainText, AtEnd);
+    return entry;
+}
+} // namespace
 
 bool VLMS_History::operator<(const VLMS_History &other) const { return other.dateTime < dateTime; }
 
@@ -163,7 +217,7 @@ void VLMC_HistorySetting::setHistory(VLMS_History *entry)
         return;
     }
     VLMC_XMLNode *const added =
-        addVisit({entry->title, entry->url, textOfTime(entry->dateTime, ToMinute)}, AtFront);
+        addVisit(*this, {entry->title, entry->url, textOfTime(entry->dateTime, ToMinute)}, AtFront);
     if (added) {
         numberEntries(*this);
         releaseUnattached(added);
@@ -209,56 +263,16 @@ void VLMC_HistorySetting::sortHistory()
     if (!root) {
         return;
     }
-    const QVector<Texts> visits = textsOf(visitsNewestFirst());
+    const QVector<Texts> visits = textsOf(visitsNewestFirst(*this));
     deleteAllSetting();
     const bool isSeen = typeid(*this) != typeid(VLMC_HistorySetting) || getXMLNodeCnt() > 0;
     for (int i = int(visits.size()) - 1; i >= 0; --i) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
-        if (addVisit(visits.at(i), AtFront) && isSeen) {
+        if (addVisit(*this, visits.at(i), AtFront) && isSeen) {
             numberEntries(*this);
         }
     }
     numberSortedEntries();
-}
-
-// The visits that ids lead to. The log has a line for each id, as from getHistory.
-QVector<VLMC_HistorySetting::Visit> VLMC_HistorySetting::visitsNewestFirst()
-{
-    const QVector<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
-    ClockOrder clock;
-    QVector<Visit> visits;
-    visits.reserve(int(entries.size()));
-    for (VLMC_XMLNode *const entry : entries) {
-        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
-        if (entry) {
-            visits.append({entry, clock.of(textOf(childNamed(entry, kDateTime)))});
-        }
-    }
-    const auto newerFirst = [](const Visit &left, const Visit &right) {
-        return left.clock > right.clock;
-    };
-    if (!std::is_sorted(visits.constBegin(), visits.constEnd(), newerFirst)) {
-        std::stable_sort(visits.begin(), visits.end(), newerFirst);
-    }
-    return visits;
-}
-
-// A time that cannot be read is erased.
-VLMC_HistorySetting::Texts VLMC_HistorySetting::textsOf(const Visit &visit)
-{
-    return {::textOf(childNamed(visit.entry, kTitle)), ::textOf(childNamed(visit.entry, kUrl)),
-            visit.clock == ClockOrder::NoTime ? QString()
-                                              : ::textOf(childNamed(visit.entry, kDateTime))};
-}
-
-QVector<VLMC_HistorySetting::Texts> VLMC_HistorySetting::textsOf(const QVector<Visit> &visits)
-{
-    QVector<Texts> texts;
-    texts.reserve(int(visits.size()));
-    for (const Visit &visit : visits) {
-        texts.append(textsOf(visit));
-    }
-    return texts;
 }
 
 // What sortHistory makes of entries that were just read, and the same lines in the log, but every
@@ -266,7 +280,7 @@ QVector<VLMC_HistorySetting::Texts> VLMC_HistorySetting::textsOf(const QVector<V
 void VLMC_HistorySetting::sortLoadedEntries()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
-    const QVector<Visit> visits = visitsNewestFirst();
+    const QVector<Visit> visits = visitsNewestFirst(*this);
     const QList<VLMC_XMLNode *> loaded = NodeView::takeChildren(*root);
     deleteAllSetting();
     char place = AtEnd;
@@ -275,7 +289,7 @@ void VLMC_HistorySetting::sortLoadedEntries()
         if (isPlainEntry(visit.entry, visit.clock != ClockOrder::NoTime)) {
             root->addXMLNode(visit.entry, place);
         } else {
-            addVisit(textsOf(visit), place);
+            addVisit(*this, textsOf(visit), place);
         }
     }
     numberSortedEntries();
@@ -297,19 +311,6 @@ void VLMC_HistorySetting::numberSortedEntries()
         entries.at(i)->setAttribute(last);
     }
     numberEntries(*this);
-}
-
-// An entry at the front or at the end of the list; null when there is no node to be had.
-VLMC_XMLNode *VLMC_HistorySetting::addVisit(const Texts &visit, char place)
-{
-    VLMC_XMLNode *const entry = addElement(*this, root, kPageInfo, QString(), PlainText, place);
-    if (!entry) {
-        return nullptr;
-    }
-    addElement(*this, entry, kTitle, visit.title, PlainText, AtEnd);
-    addElement(*this, entry, kUrl, visit.url, PlainText, AtEnd);
-    addElement(*this, entry, kDateTime, visit.time, PlainText, AtEnd);
-    return entry;
 }
 
 QString VLMC_HistorySetting::ClipString(const QString &text, int maxBytes)

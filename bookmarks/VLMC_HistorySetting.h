@@ -5,7 +5,6 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
-#include <QtCore/QVector>
 
 /// One visit of a page.
 struct VLM_EXPORT VLMS_History {
@@ -72,15 +71,8 @@ public:
     QString ClipString(const QString &text, int maxBytes);
 
 private:
-    struct Visit;
-    struct Texts;
-
-    VLM_HIDDEN QVector<Visit> visitsNewestFirst();
-    VLM_HIDDEN static Texts textsOf(const Visit &visit);
-    VLM_HIDDEN static QVector<Texts> textsOf(const QVector<Visit> &visits);
     VLM_HIDDEN void sortLoadedEntries();
     VLM_HIDDEN void numberSortedEntries();
-    VLM_HIDDEN VLMC_XMLNode *addVisit(const Texts &visit, char place);
 
     int loadMax;
 };

@@ -156,14 +156,14 @@ qint64 vlm::DocumentSource::fetch(char *data, qint64 size)
 
 qint64 vlm::DocumentSource::upToDeclaration(char *data, qint64 size)
 {
-    const qint64 end = memchr(data, '\0', size_t(size)) ? declarationAmongZeros(data, size)
-                                                        : declarationIn(data, size);
-    if (end < 0) {
+    const qint64 taken = memchr(data, '\0', size_t(size)) ? declarationAmongZeros(data, size)
+                                                          : declarationIn(data, size);
+    if (taken < 0) {
         return size;
     }
     m_state = Declarations;
-    m_held = QByteArray(data + end, int(size - end));
-    return end;
+    m_held = QByteArray(data + taken, int(size - taken));
+    return taken;
 }
 
 // Where the word that declares an entity ends, or -1. It may have begun in the bytes before.
