@@ -1,10 +1,16 @@
 #include "core/VLMC_XMLReader.h"
 
+#include "core/DocumentSource_p.h"
+#include "core/FileDescriptor_p.h"
 #include "core/TextKind_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 
 #include <QtCore/QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace
 {
@@ -42,6 +48,31 @@ VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent,
     node->setName(name);
     return node;
 }
+
+// A name without a file, such as Qt's own ":/" ones, is Qt's to open; of the files only regular
+// ones are taken: others could block, or never end.
+bool openDocument(QFile &file)
+{
+    const QByteArray name = QFile::encodeName(file.fileName());
+    vlm::FileDescriptor descriptor(
+        open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (!descriptor.isOpen()) {
+        return errno == ENOENT && file.open(QIODevice::ReadOnly);
+    }
+    struct stat status;
+    if (fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)
+        || !file.open(descriptor.get(), QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
+        return false;
+    }
+    descriptor.release();
+    return true;
+}
+
+bool isUtf8(const QXmlStreamReader &reader)
+{
+    const QString encoding = reader.documentEncoding().toString();
+    return encoding.isEmpty() || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0;
+}
 } // namespace
 
 VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
@@ -51,7 +82,7 @@ VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
         return emptyNode();
     }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!openDocument(file)) {
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLReader::read file open error!");
         return emptyNode();
     }
@@ -61,14 +92,19 @@ VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
 
 VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
 {
-    setDevice(&device);
+    vlm::DocumentSource *const source = new vlm::DocumentSource(&device);
+    setDevice(source);
     VLMC_XMLNode *root = nullptr;
     while (!atEnd()) {
         const TokenType token = readNext();
         if (token == EndElement) {
             break;
         }
+        if (token == DTD) {
+            source->declare(entityDeclarations(), isUtf8(*this));
+        }
         if (token == StartElement && !root) {
+            source->endProlog();
             root = readXMLNode(nullptr);
         }
     }

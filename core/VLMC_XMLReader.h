@@ -12,13 +12,16 @@ class VLMC_XMLNode;
  * Reads an XML document into a tree of nodes. Kept are elements, attributes and the first text of
  * each element that is more than blanks; comments, processing instructions and later texts are
  * not. A malformed document is read up to its error. One object serves one read. How deep elements
- * nest does not matter: nothing recurses.
+ * nest does not matter: nothing recurses. The document ends early where the entities that it
+ * declares itself have come to more than 4,096 characters, and where the file ended when it was
+ * opened.
  */
 class VLM_EXPORT VLMC_XMLReader : public QXmlStreamReader
 {
 public:
-    /// The document in the file at path. Never null: a file that is missing, cannot be opened or
-    /// holds no element gives an empty node without name. The tree belongs to the caller.
+    /// The document in the file at path. Never null: a file that is missing, cannot be opened, is
+    /// no regular file or holds no element gives an empty node without name. The tree belongs to
+    /// the caller.
     VLMC_XMLNode *read(QString &path);
     /// The document that an open device yields, or null without an element. The tree belongs to
     /// the caller.

@@ -1,11 +1,12 @@
 #include "core/VLMC_XMLWriter.h"
 
 #include "core/NodeView_p.h"
+#include "core/ReplaceFile_p.h"
 #include "core/TextKind_p.h"
 #include "core/VLMG_Debug.h"
 #include "core/XmlText_p.h"
 
-#include <QtCore/QFile>
+#include <QtCore/QBuffer>
 #include <QtCore/QVector>
 
 namespace
@@ -57,12 +58,19 @@ bool VLMC_XMLWriter::write(QString &path, VLMC_XMLNode *root)
     if (!root) {
         return false;
     }
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    vlm::ReplaceFile file;
+    if (!file.open(path)) {
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file open error!");
         return false;
     }
-    return write(file, root);
+    QBuffer document;
+    document.open(QIODevice::WriteOnly);
+    const bool whole = write(document, root);
+    if (!file.commit(document.data())) {
+        VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file write error!");
+        return false;
+    }
+    return whole;
 }
 
 bool VLMC_XMLWriter::write(QIODevice &device, VLMC_XMLNode *root)

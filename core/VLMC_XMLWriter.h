@@ -19,8 +19,12 @@ class VLM_EXPORT VLMC_XMLWriter : public QXmlStreamWriter
 public:
     VLMC_XMLWriter();
 
-    /// Replaces the file at path by the document under root; true on success. A null root gives
-    /// false and leaves the file alone.
+    /// Replaces the content of the file at path by the document under root; true on success. A
+    /// crash, a power cut or a full disk at any moment leaves the old content or the new one, never
+    /// a part. Only a file that cannot be replaced (a device, one with several names, one in a
+    /// folder that takes no new file) is written in place instead, and errors while doing so are
+    /// not noticed. A null root gives false and leaves the file alone; with a null node among the
+    /// children the part before it is written, and the result is false.
     bool write(QString &path, VLMC_XMLNode *root);
     /// Writes the document under root to an open device; true on success.
     bool write(QIODevice &device, VLMC_XMLNode *root);
