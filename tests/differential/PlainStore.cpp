@@ -4,7 +4,7 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
-void attach(Element &parent, const ElementPointer &child, bool atFront)
+void attach(Element &parent, ElementPointer child, bool atFront)
 {
     if (child->parent) {
         detach(*child->parent, child);
@@ -17,7 +17,7 @@ void attach(Element &parent, const ElementPointer &child, bool atFront)
     }
 }
 
-void detach(Element &parent, const ElementPointer &child)
+void detach(Element &parent, ElementPointer child)
 {
     child->parent = nullptr;
     parent.children.removeAll(child);

@@ -30,9 +30,9 @@ struct Element {
 
 /// Puts the child to the end or to the front of the parent's children, out of the parent that it
 /// had.
-void attach(Element &parent, const ElementPointer &child, bool atFront);
+void attach(Element &parent, ElementPointer child, bool atFront);
 /// The child has no parent afterwards, whether or not it was in this one's list.
-void detach(Element &parent, const ElementPointer &child);
+void detach(Element &parent, ElementPointer child);
 
 /// The first child of this name, or null; null for a null parent.
 ElementPointer childOf(const ElementPointer &parent, const QString &name);
