@@ -264,9 +264,9 @@ void Hostile::listElsewhere(const Child &child)
         return;
     }
     removeByAnother(child);
-    char atEnd = 0;
-    m_holder->addXMLNode(child.node, atEnd);
-    attach(*m_plainHolder, child.element, false);
+    char atFront = char(m_random.below(2));
+    m_holder->addXMLNode(child.node, atFront);
+    attach(*m_plainHolder, child.element, atFront != 0);
     QString id = textOf("id");
     m_store.setIDforChildren(id);
     m_plain.setIds();
@@ -337,6 +337,12 @@ void Hostile::lendAttributes(const Child &child)
 {
     if (!child.element) {
         return;
+    }
+    // Often of an entry whose number the root has just come to trust.
+    if (m_random.oneIn(2)) {
+        QString id = textOf("id");
+        m_store.setIDforChildren(id);
+        m_plain.setIds();
     }
     m_lentAttributes = &child.node->getAttribute();
     m_lender = child.node;

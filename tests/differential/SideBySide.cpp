@@ -510,11 +510,11 @@ QByteArray SideBySide::documentOf(const char *rootName, const char *entryName,
     return random.oneIn(12) ? text.left(random.below(int(text.size()))) : text;
 }
 
-// Behind the numbered entries mostly a number of one of them there, often one too many times.
+// Behind the numbered entries mostly their positions, or those of the next ones.
 QString SideBySide::idInFile(int index, int entries)
 {
-    if (index >= kMaxNumbered && !random.oneIn(3)) {
-        return QString::number(kMaxNumbered + random.below(entries - kMaxNumbered));
+    if (index >= kMaxNumbered && !random.oneIn(6)) {
+        return QString::number(index + random.below(3));
     }
     return random.idValue(entries);
 }
