@@ -26,7 +26,7 @@ void History_save(benchmark::State &state)
     writeHistory(profile, entriesOf(state));
     VLMC_HistorySetting store;
     store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes(state);
+    runDeferredDeletes();
     for (auto _ : state) {
         store.saveHistory(profile.pathPointer(), kMax);
     }
@@ -41,7 +41,7 @@ void visit(benchmark::State &state, unsigned char systemLog)
     writeHistory(profile, entries);
     VLMC_HistorySetting store;
     store.loadHistory(profile.pathPointer(), entries);
-    runDeferredDeletes(state);
+    runDeferredDeletes();
     g_uc_SystemLogLevel = systemLog;
     int visited = entries;
     for (auto _ : state) {
@@ -74,7 +74,7 @@ void History_list(benchmark::State &state)
     writeHistory(profile, entriesOf(state));
     VLMC_HistorySetting store;
     store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes(state);
+    runDeferredDeletes();
     for (auto _ : state) {
         const int count = store.getHistoryCnt();
         for (int id = 0; id < count; ++id) {
@@ -97,7 +97,7 @@ void Lookup_lastId(benchmark::State &state)
     writeHistory(profile, entriesOf(state));
     VLMC_HistorySetting store;
     store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes(state);
+    runDeferredDeletes();
     for (auto _ : state) {
         benchmark::DoNotOptimize(lastEntry(*store.getXMLRootNode(), entriesOf(state) - 1));
     }
@@ -111,7 +111,7 @@ void PlainLookup_lastId(benchmark::State &state)
     writeHistory(profile, entriesOf(state));
     VLMC_HistorySetting store;
     store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes(state);
+    runDeferredDeletes();
     const QList<VLMC_XMLNode *> &children = store.getXMLRootNode()->getXMLNodeChildren();
     const QString attributeName = QString::fromLatin1("id");
     const int wanted = entriesOf(state) - 1;
@@ -137,7 +137,7 @@ void PlainCount_history(benchmark::State &state)
     writeHistory(profile, entriesOf(state));
     VLMC_HistorySetting store;
     store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes(state);
+    runDeferredDeletes();
     const QList<VLMC_XMLNode *> &children = store.getXMLRootNode()->getXMLNodeChildren();
     const QString attributeName = QString::fromLatin1("id");
     for (auto _ : state) {
@@ -163,7 +163,7 @@ void Count_history(benchmark::State &state)
     writeHistory(profile, entriesOf(state));
     VLMC_HistorySetting store;
     store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes(state);
+    runDeferredDeletes();
     for (auto _ : state) {
         benchmark::DoNotOptimize(store.getHistoryCnt());
     }

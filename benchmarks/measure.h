@@ -18,10 +18,16 @@ inline void allSizes(benchmark::internal::Benchmark *measurement)
 inline int entriesOf(const benchmark::State &state) { return int(state.range(0)); }
 
 // Frees what the stores have let go of, as the browser's event loop would between two calls.
+inline void runDeferredDeletes()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// The same in the middle of a measurement, and not part of it.
 inline void runDeferredDeletes(benchmark::State &state)
 {
     state.PauseTiming();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    runDeferredDeletes();
     state.ResumeTiming();
 }
 

@@ -27,8 +27,9 @@ void runDeferredDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::
 void changeOne(VLMC_HistorySetting &store, int round)
 {
     VLMS_History entry;
-    entry.title = titleOf(round);
-    entry.url = urlOf(round);
+    // As long as any other, so that the file does not grow.
+    entry.title = titleOf(kEntries - 1 - round % 100);
+    entry.url = urlOf(kEntries - 1 - round % 100);
     entry.dateTime = timeOf(-1);
     store.updateHistory(&entry);
 }

@@ -3,7 +3,6 @@
 #include "core/Entries_p.h"
 #include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
-#include "core/QEXC_TextCodec.h"
 #include "core/Refused_p.h"
 #include "core/TimeText_p.h"
 #include "core/Utf8_p.h"
@@ -33,33 +32,96 @@ void setText(VLMC_XMLNode *node, const QString &text)
     }
 }
 
+bool isNamed(const VLMC_XMLNode *node, const char *name)
+{
+    return NodeView::name(*node) == QLatin1String(name);
+}
+
 // True for an element of this name without attributes and children whose text, if any, is plain.
 bool isPlainField(VLMC_XMLNode *node, const char *name)
 {
-    return node->getName() == QEXC_TextCodec::fromSJIS(name) && node->getTextType() == PlainText
+    return isNamed(node, name) && node->getTextType() == PlainText
            && NodeView::children(*node).isEmpty() && NodeView::attributes(*node).isEmpty();
 }
 
 // True for an entry that setHistory would build just so, its id apart.
-bool isPlainEntry(VLMC_XMLNode *entry, const QString &time)
+bool isPlainEntry(VLMC_XMLNode *entry, bool hasTime)
 {
     const QList<VLMC_XMLNode *> &fields = NodeView::children(*entry);
-    return entry->getName() == QEXC_TextCodec::fromSJIS(kPageInfo) && entry->getText().isEmpty()
+    return isNamed(entry, kPageInfo) && entry->getText().isEmpty()
            && entry->getTextType() == PlainText && fields.size() == 3
            && isPlainField(fields.at(0), kTitle) && isPlainField(fields.at(1), kUrl)
-           && isPlainField(fields.at(2), kDateTime) && fields.at(2)->getText() == time;
+           && isPlainField(fields.at(2), kDateTime)
+           && (hasTime || fields.at(2)->getText().isEmpty());
 }
-} // namespace
 
-// What a sort needs to know of an entry.
-struct VLMC_HistorySetting::Visit {
+// A stored visit and its place in time.
+struct Visit {
     VLMC_XMLNode *entry;
-    QString title;
-    QString url;
-    // Empty for a time that cannot be read.
-    QString time;
     qint64 clock;
 };
+
+// What a stored visit is built of.
+struct Texts {
+    QString title;
+    QString url;
+    QString time;
+};
+
+// The visits that ids lead to. The log has a line for each id, as from getHistory.
+QVector<Visit> visitsNewestFirst(VLMC_XMLSetting &store)
+{
+    const QVector<VLMC_XMLNode *> entries = entriesById(store, store.getXMLNodeCnt());
+    ClockOrder clock;
+    QVector<Visit> visits;
+    visits.reserve(int(entries.size()));
+    for (VLMC_XMLNode *const entry : entries) {
+        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
+        if (entry) {
+            visits.append({entry, clock.of(textOf(childNamed(entry, kDateTime)))});
+        }
+    }
+    const auto newerFirst = [](const Visit &left, const Visit &right) {
+        return left.clock > right.clock;
+    };
+    if (!std::is_sorted(visits.constBegin(), visits.constEnd(), newerFirst)) {
+        std::stable_sort(visits.begin(), visits.end(), newerFirst);
+    }
+    return visits;
+}
+
+// A time that cannot be read is erased.
+Texts textsOf(const Visit &visit)
+{
+    return {textOf(childNamed(visit.entry, kTitle)), textOf(childNamed(visit.entry, kUrl)),
+            visit.clock == ClockOrder::NoTime ? QString()
+                                              : textOf(childNamed(visit.entry, kDateTime))};
+}
+
+QVector<Texts> textsOf(const QVector<Visit> &visits)
+{
+    QVector<Texts> texts;
+    texts.reserve(int(visits.size()));
+    for (const Visit &visit : visits) {
+        texts.append(textsOf(visit));
+    }
+    return texts;
+}
+
+// An entry at the front or at the end of the list; null when there is no node to be had.
+VLMC_XMLNode *addVisit(VLMC_XMLSetting &store, const Texts &visit, char place)
+{
+    VLMC_XMLNode *const entry =
+        addElement(store, store.getXMLRootNode(), kPageInfo, QString(), PlainText, place);
+    if (!entry) {
+        return nullptr;
+    }
+    addElement(store, entry, kTitle, visit.title, PlainText, AtEnd);
+    addElement(store, entry, kUrl, visit.url, PlainText, AtEnd);
+    addElement(store, entry, kDateTime, visit.time, PlainText, AtEnd);
+    return entry;
+}
+} // namespace
 
 bool VLMS_History::operator<(const VLMS_History &other) const { return other.dateTime < dateTime; }
 
@@ -131,7 +193,6 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
     const int count = getHistoryCnt();
     const QVector<VLMC_XMLNode *> entries = entriesById(*this, count);
-    QString fieldName = QEXC_TextCodec::fromSJIS(kUrl);
     QString compared;
     for (int id = 0; id < count; ++id) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
@@ -139,7 +200,7 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
         if (!entry) {
             continue;
         }
-        if (VLMC_XMLNode *const field = entry->getXMLNodeChildByName(fieldName)) {
+        if (VLMC_XMLNode *const field = childNamed(entry, kUrl)) {
             compared = field->getText();
         }
         if (compared == url) {
@@ -155,9 +216,8 @@ void VLMC_HistorySetting::setHistory(VLMS_History *entry)
     if (!entry) {
         return;
     }
-    const Visit visit = {nullptr, entry->title, entry->url, textOfTime(entry->dateTime, ToMinute),
-                         0};
-    VLMC_XMLNode *const added = addVisit(visit, AtFront);
+    VLMC_XMLNode *const added =
+        addVisit(*this, {entry->title, entry->url, textOfTime(entry->dateTime, ToMinute)}, AtFront);
     if (added) {
         numberEntries(*this);
         releaseUnattached(added);
@@ -203,48 +263,16 @@ void VLMC_HistorySetting::sortHistory()
     if (!root) {
         return;
     }
-    const QList<Visit> visits = readVisits();
+    const QVector<Texts> visits = textsOf(visitsNewestFirst(*this));
     deleteAllSetting();
     const bool isSeen = typeid(*this) != typeid(VLMC_HistorySetting) || getXMLNodeCnt() > 0;
     for (int i = int(visits.size()) - 1; i >= 0; --i) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
-        if (addVisit(visits.at(i), AtFront) && isSeen) {
+        if (addVisit(*this, visits.at(i), AtFront) && isSeen) {
             numberEntries(*this);
         }
     }
     numberSortedEntries();
-}
-
-// The visits that ids lead to, in their order. The log has a line for each id, as from getHistory.
-QList<VLMC_HistorySetting::Visit> VLMC_HistorySetting::readVisits()
-{
-    const QVector<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
-    QString titleName = QEXC_TextCodec::fromSJIS(kTitle);
-    QString urlName = QEXC_TextCodec::fromSJIS(kUrl);
-    QString timeName = QEXC_TextCodec::fromSJIS(kDateTime);
-    QList<Visit> visits;
-    visits.reserve(int(entries.size()));
-    for (VLMC_XMLNode *const entry : entries) {
-        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
-        if (!entry) {
-            continue;
-        }
-        Visit visit = {entry, textOf(entry->getXMLNodeChildByName(titleName)),
-                       textOf(entry->getXMLNodeChildByName(urlName)),
-                       textOf(entry->getXMLNodeChildByName(timeName)), 0};
-        visit.clock = clockOfText(visit.time);
-        if (visit.clock == kNoClock) {
-            visit.time = QString();
-        }
-        visits.append(visit);
-    }
-    const auto newerFirst = [](const Visit &left, const Visit &right) {
-        return left.clock > right.clock;
-    };
-    if (!std::is_sorted(visits.constBegin(), visits.constEnd(), newerFirst)) {
-        std::stable_sort(visits.begin(), visits.end(), newerFirst);
-    }
-    return visits;
 }
 
 // What sortHistory makes of entries that were just read, and the same lines in the log, but every
@@ -252,16 +280,16 @@ QList<VLMC_HistorySetting::Visit> VLMC_HistorySetting::readVisits()
 void VLMC_HistorySetting::sortLoadedEntries()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
-    const QList<Visit> visits = readVisits();
+    const QVector<Visit> visits = visitsNewestFirst(*this);
     const QList<VLMC_XMLNode *> loaded = NodeView::takeChildren(*root);
     deleteAllSetting();
     char place = AtEnd;
     for (const Visit &visit : visits) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
-        if (isPlainEntry(visit.entry, visit.time)) {
+        if (isPlainEntry(visit.entry, visit.clock != ClockOrder::NoTime)) {
             root->addXMLNode(visit.entry, place);
         } else {
-            addVisit(visit, place);
+            addVisit(*this, textsOf(visit), place);
         }
     }
     numberSortedEntries();
@@ -279,24 +307,10 @@ void VLMC_HistorySetting::numberSortedEntries()
     const QList<VLMC_XMLNode *> &entries = NodeView::children(*root);
     for (int i = kMaxNumbered; i < entries.size(); ++i) {
         QXmlStreamAttributes last =
-            identifiers(QEXC_TextCodec::fromSJIS(kUsualIdentifier), kMaxNumbered)
-                .at(kMaxNumbered - 1);
+            identifiers(usualIdentifier(), kMaxNumbered).at(kMaxNumbered - 1);
         entries.at(i)->setAttribute(last);
     }
     numberEntries(*this);
-}
-
-// An entry at the front or at the end of the list; null when there is no node to be had.
-VLMC_XMLNode *VLMC_HistorySetting::addVisit(const Visit &visit, char place)
-{
-    VLMC_XMLNode *const entry = addElement(*this, root, kPageInfo, QString(), PlainText, place);
-    if (!entry) {
-        return nullptr;
-    }
-    addElement(*this, entry, kTitle, visit.title, PlainText, AtEnd);
-    addElement(*this, entry, kUrl, visit.url, PlainText, AtEnd);
-    addElement(*this, entry, kDateTime, visit.time, PlainText, AtEnd);
-    return entry;
 }
 
 QString VLMC_HistorySetting::ClipString(const QString &text, int maxBytes)

@@ -4,7 +4,6 @@
 #include "core/VLMC_XMLSetting.h"
 
 #include <QtCore/QDateTime>
-#include <QtCore/QList>
 #include <QtCore/QString>
 
 /// One visit of a page.
@@ -72,12 +71,8 @@ public:
     QString ClipString(const QString &text, int maxBytes);
 
 private:
-    struct Visit;
-
-    VLM_HIDDEN QList<Visit> readVisits();
     VLM_HIDDEN void sortLoadedEntries();
     VLM_HIDDEN void numberSortedEntries();
-    VLM_HIDDEN VLMC_XMLNode *addVisit(const Visit &visit, char place);
 
     int loadMax;
 };

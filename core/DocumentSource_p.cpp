@@ -156,15 +156,37 @@ qint64 vlm::DocumentSource::fetch(char *data, qint64 size)
 
 qint64 vlm::DocumentSource::upToDeclaration(char *data, qint64 size)
 {
+    const qint64 taken = memchr(data, '\0', size_t(size)) ? declarationAmongZeros(data, size)
+                                                          : declarationIn(data, size);
+    if (taken < 0) {
+        return size;
+    }
+    m_state = Declarations;
+    m_held = QByteArray(data + taken, int(size - taken));
+    return taken;
+}
+
+// Where the word that declares an entity ends, or -1. It may have begun in the bytes before.
+qint64 vlm::DocumentSource::declarationIn(const char *data, qint64 size)
+{
+    const int wordSize = int(sizeof kEntity) - 1;
+    const QByteArray before = m_recent.right(wordSize - 1);
+    const QByteArray bytes = before + QByteArray::fromRawData(data, int(size));
+    const int start = int(bytes.indexOf(kEntity));
+    m_recent = bytes.right(wordSize - 1);
+    return start < 0 ? -1 : start + wordSize - before.size();
+}
+
+// The same in UTF-16.
+qint64 vlm::DocumentSource::declarationAmongZeros(const char *data, qint64 size)
+{
     for (qint64 i = 0; i < size; ++i) {
         remember(data[i]);
         if (endsWith(kEntity)) {
-            m_state = Declarations;
-            m_held = QByteArray(data + i + 1, int(size - i - 1));
             return i + 1;
         }
     }
-    return size;
+    return -1;
 }
 
 // Default values of attributes may use entities before the document type is complete.

@@ -38,6 +38,8 @@ private:
 
     qint64 fetch(char *data, qint64 size);
     qint64 upToDeclaration(char *data, qint64 size);
+    qint64 declarationIn(const char *data, qint64 size);
+    qint64 declarationAmongZeros(const char *data, qint64 size);
     qint64 declarationByte(char byte);
     qint64 upToBound(const char *data, qint64 size);
     bool exceedsBound(char byte);

@@ -18,13 +18,20 @@ QXmlStreamAttributes vlm::oneAttribute(const char *name, const QString &value)
     return attributes;
 }
 
+// Names are ASCII, and so the same in Latin-1, which compares without a conversion.
 VLMC_XMLNode *vlm::childNamed(VLMC_XMLNode *parent, const char *name)
 {
     if (!parent) {
         return nullptr;
     }
-    QString childName = QEXC_TextCodec::fromSJIS(name);
-    return parent->getXMLNodeChildByName(childName);
+    const QLatin1String wanted(name);
+    const QList<VLMC_XMLNode *> &children = NodeView::children(*parent);
+    for (VLMC_XMLNode *const child : children) {
+        if (child && NodeView::name(*child) == wanted) {
+            return child;
+        }
+    }
+    return nullptr;
 }
 
 VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
@@ -33,32 +40,20 @@ VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
     if (!root) {
         return nullptr;
     }
-    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
+    QString attributeName = usualIdentifier();
     return root->getXMLNodeChildByID(id, attributeName);
 }
 
 QVector<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
 {
-    QVector<VLMC_XMLNode *> entries(qMax(count, 0), nullptr);
     VLMC_XMLNode *const root = store.getXMLRootNode();
-    if (!root) {
-        return entries;
-    }
-    const QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
-    const QList<VLMC_XMLNode *> &children = NodeView::children(*root);
-    for (VLMC_XMLNode *const child : children) {
-        int id = 0;
-        if (child && readIdentifier(NodeView::attributes(*child), attributeName, &id) && id >= 0
-            && id < count && !entries.at(id)) {
-            entries[id] = child;
-        }
-    }
-    return entries;
+    return root ? childrenById(*root, usualIdentifier(), count)
+                : QVector<VLMC_XMLNode *>(qMax(count, 0), nullptr);
 }
 
 int vlm::countEntries(VLMC_XMLSetting &store, const char *name)
 {
-    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
+    QString attributeName = usualIdentifier();
     QString entryName = QEXC_TextCodec::fromSJIS(name);
     return store.getXMLRootNodeChildCntByName(attributeName, entryName);
 }
@@ -81,13 +76,13 @@ void vlm::releaseUnattached(VLMC_XMLNode *node)
 
 void vlm::numberEntries(VLMC_XMLSetting &store)
 {
-    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
+    QString attributeName = usualIdentifier();
     store.setIDforChildren(attributeName);
 }
 
 void vlm::removeEntry(VLMC_XMLSetting &store, int id)
 {
-    QString attributeName = QEXC_TextCodec::fromSJIS(kUsualIdentifier);
+    QString attributeName = usualIdentifier();
     store.deleteXMLNodeByID(id, attributeName);
     numberEntries(store);
 }

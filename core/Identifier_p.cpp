@@ -1,5 +1,6 @@
 #include "core/Identifier_p.h"
 
+#include "core/NodeView_p.h"
 #include "core/QEXC_TextCodec.h"
 
 #include <QtCore/QMutex>
@@ -59,6 +60,13 @@ Made &usual()
 }
 } // namespace
 
+// Never destroyed: stores may be used while the process exits.
+const QString &vlm::usualIdentifier()
+{
+    static const QString *const name = new QString(QEXC_TextCodec::fromSJIS("id"));
+    return *name;
+}
+
 bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                          int *number)
 {
@@ -79,9 +87,28 @@ bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &
     return false;
 }
 
+QVector<VLMC_XMLNode *> vlm::childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
+                                          int count)
+{
+    const QList<VLMC_XMLNode *> &children = NodeView::children(parent);
+    if (count == children.size() && count <= kMaxNumbered
+        && NodeView::isNumbered(parent, attributeName)) {
+        return children.toVector();
+    }
+    QVector<VLMC_XMLNode *> found(qMax(count, 0), nullptr);
+    for (VLMC_XMLNode *const child : children) {
+        int number = 0;
+        if (child && readIdentifier(NodeView::attributes(*child), attributeName, &number)
+            && number >= 0 && number < count && !found.at(number)) {
+            found[number] = child;
+        }
+    }
+    return found;
+}
+
 QVector<QXmlStreamAttributes> vlm::identifiers(const QString &attributeName, int count)
 {
-    if (attributeName != QEXC_TextCodec::fromSJIS(kUsualIdentifier)) {
+    if (attributeName != usualIdentifier()) {
         QVector<QXmlStreamAttributes> fresh;
         extend(fresh, attributeName, count);
         return fresh;

@@ -5,18 +5,25 @@
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamAttributes>
 
+class VLMC_XMLNode;
+
 namespace vlm
 {
 // At most this many children of a root get a number: "000" to "998".
 const int kMaxNumbered = 999;
 
-// The attribute by which the stores number their entries.
-const char kUsualIdentifier[] = "id";
+// The attribute by which the stores number their entries: "id".
+const QString &usualIdentifier();
 
 // The number in the first attribute of this qualified name, read as by QString::toInt in base 10.
 // False when there is none or when it is no number.
 bool readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                     int *number);
+
+// For each number from 0 up to count the first child that carries it, or null: what a search for
+// each would find, in one pass.
+QVector<VLMC_XMLNode *> childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
+                                     int count);
 
 // The attribute sets of the numbers from 0 up to count: one attribute each, its value as by "%03d".
 // Sets under the usual name are made once and shared. May be called from any thread.

@@ -16,9 +16,18 @@ public:
         return node.m_children;
     }
 
+    static const QString &name(const VLMC_XMLNode &node) { return node.m_name; }
+
     static const QXmlStreamAttributes &attributes(const VLMC_XMLNode &node)
     {
         return node.m_attributes;
+    }
+
+    // True when each of the first kMaxNumbered children is known to carry its position under this
+    // name. False says nothing.
+    static bool isNumbered(const VLMC_XMLNode &node, const QString &attributeName)
+    {
+        return node.isNumbered(attributeName);
     }
 
     // Leaves each of the first kMaxNumbered children with this one attribute, its position. Null

@@ -48,15 +48,24 @@ QDateTime localTime(const QDate &date, const QTime &time)
 #endif
 }
 
-// True when it is sure that the clock shows this time some day.
-bool isShown(const QDateTime &time)
+// Days on which the clock is put forward are the only ones with a gap.
+bool isStraight(const QDate &date)
 {
-#if QT_VERSION >= 0x050200
-    return time.timeSpec() == Qt::LocalTime;
-#else
-    Q_UNUSED(time);
-    return false;
-#endif
+    const QDateTime start(date, QTime(0, 0));
+    const QDateTime end(date.addDays(1), QTime(0, 0));
+    const qint64 secondsOfDay = 24 * 60 * 60;
+    return start.isValid() && end.isValid() && start.secsTo(end) == secondsOfDay;
+}
+
+QDate dateIn(const QString &text)
+{
+    return QDate(numberAt(text, 0, 4), numberAt(text, 5, 2), numberAt(text, 8, 2));
+}
+
+QTime timeIn(const QString &text, vlm::TimeText form)
+{
+    return QTime(numberAt(text, 11, 2), numberAt(text, 14, 2),
+                 form == vlm::ToSecond ? numberAt(text, 17, 2) : 0);
 }
 } // namespace
 
@@ -70,9 +79,8 @@ QDateTime vlm::timeOfText(const QString &text, TimeText form)
     if (!matches(text, patternOf(form))) {
         return QDateTime();
     }
-    const QDate date(numberAt(text, 0, 4), numberAt(text, 5, 2), numberAt(text, 8, 2));
-    const QTime time(numberAt(text, 11, 2), numberAt(text, 14, 2),
-                     form == ToSecond ? numberAt(text, 17, 2) : 0);
+    const QDate date = dateIn(text);
+    const QTime time = timeIn(text, form);
     if (!date.isValid() || !time.isValid()) {
         return QDateTime();
     }
@@ -81,14 +89,26 @@ QDateTime vlm::timeOfText(const QString &text, TimeText form)
 
 // The digits of the local time one after the other: clocks run forward, so these order as the times
 // do. A time in a gap counts as what the clock showed instead.
-qint64 vlm::clockOfText(const QString &text)
+qint64 vlm::ClockOrder::of(const QString &text)
 {
-    const QDateTime time = timeOfText(text, ToMinute);
-    if (!time.isValid()) {
-        return kNoClock;
+    if (!matches(text, patternOf(ToMinute)) || !dateIn(text).isValid()
+        || !timeIn(text, ToMinute).isValid()) {
+        return NoTime;
     }
-    const QString shown = isShown(time) ? text : textOfTime(time.toUTC().toLocalTime(), ToMinute);
+    const QString shown =
+        mayHaveGap(dateIn(text))
+            ? textOfTime(timeOfText(text, ToMinute).toUTC().toLocalTime(), ToMinute)
+            : text;
     return numberAt(shown, 0, 4) * 100000000LL + numberAt(shown, 5, 2) * 1000000LL
            + numberAt(shown, 8, 2) * 10000LL + numberAt(shown, 11, 2) * 100LL
            + numberAt(shown, 14, 2);
+}
+
+bool vlm::ClockOrder::mayHaveGap(const QDate &date)
+{
+    if (date != m_date) {
+        m_date = date;
+        m_mayHaveGap = !isStraight(date);
+    }
+    return m_mayHaveGap;
 }

@@ -19,12 +19,22 @@ QString textOfTime(const QDateTime &time, TimeText form);
 // local time that a change to daylight saving skips is valid, keeps its text, and lies where the
 // clock before the change would have it.
 QDateTime timeOfText(const QString &text, TimeText form);
-// What a text stands for that timeOfText(text, ToMinute) refuses.
-const qint64 kNoClock = -1;
+// Numbers that order as the times of such texts do, later times higher, and are equal for equal
+// times. For one sort each: it remembers the day it has looked at last.
+class ClockOrder
+{
+public:
+    // What a text stands for that timeOfText(text, ToMinute) refuses.
+    static const qint64 NoTime = -1;
 
-// A number that orders as the times of such texts do, later times higher, and is equal for equal
-// times; kNoClock for a text that is none.
-qint64 clockOfText(const QString &text);
+    qint64 of(const QString &text);
+
+private:
+    bool mayHaveGap(const QDate &date);
+
+    QDate m_date;
+    bool m_mayHaveGap = false;
+};
 } // namespace vlm
 
 #endif

@@ -89,10 +89,19 @@ void VLMC_XMLNode::removeXMLNode(VLMC_XMLNode *child)
     if (!child) {
         return;
     }
-    child->distrustNumber();
+    if (child->m_parent != this) {
+        child->distrustNumber();
+    }
     child->m_parent = nullptr;
-    m_numbered = false;
+    m_numbered = m_numbered && isLastNumbered(child);
     m_children.removeAll(child);
+}
+
+// True when the numbers of the other children are right without this one too.
+bool VLMC_XMLNode::isLastNumbered(const VLMC_XMLNode *child) const
+{
+    return !m_children.isEmpty() && m_children.last() == child
+           && m_children.size() <= vlm::kMaxNumbered;
 }
 
 // Releases every child that is not null; null ones stay and are counted. The list is given up
@@ -118,6 +127,9 @@ int VLMC_XMLNode::releaseChildren()
 // counted.
 int VLMC_XMLNode::numberChildren(const QString &attributeName)
 {
+    if (isNumbered(attributeName)) {
+        return 0;
+    }
     const int count = qMin(int(m_children.size()), vlm::kMaxNumbered);
     const QVector<QXmlStreamAttributes> numbers = vlm::identifiers(attributeName, count);
     int nulls = 0;
@@ -132,6 +144,13 @@ int VLMC_XMLNode::numberChildren(const QString &attributeName)
     }
     m_numbered = trusted && nulls == 0;
     return nulls;
+}
+
+// True when each of the first children is known to carry its position under this name.
+bool VLMC_XMLNode::isNumbered(const QString &attributeName) const
+{
+    return m_numbered && !m_children.isEmpty()
+           && carriesIdentifier(m_children.first()->m_attributes, attributeName, 0);
 }
 
 // True when no later change of the child's attributes can escape this node.
@@ -217,12 +236,11 @@ QList<VLMC_XMLNode *> VLMC_XMLNode::getXMLNodeChildrenByName(QString &name)
 }
 
 // Children that are known to carry their positions need no search: the one at position id carries
-// it, and no other one can. Its own attribute still has the last word, since they may have been
-// numbered under another name.
+// it, and no other one can.
 VLMC_XMLNode *VLMC_XMLNode::getXMLNodeChildByID(int id, QString &attributeName)
 {
-    if (m_numbered && id >= 0 && id < qMin(int(m_children.size()), vlm::kMaxNumbered)
-        && carriesIdentifier(m_children.at(id)->m_attributes, attributeName, id)) {
+    if (id >= 0 && id < qMin(int(m_children.size()), vlm::kMaxNumbered)
+        && isNumbered(attributeName)) {
         return m_children.at(id);
     }
     const QList<VLMC_XMLNode *> &children = m_children;

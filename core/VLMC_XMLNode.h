@@ -77,6 +77,8 @@ private:
     VLM_HIDDEN int releaseChildren();
     VLM_HIDDEN int numberChildren(const QString &attributeName);
     VLM_HIDDEN bool numberChild(VLMC_XMLNode &child, const QXmlStreamAttributes &attributes);
+    VLM_HIDDEN bool isNumbered(const QString &attributeName) const;
+    VLM_HIDDEN bool isLastNumbered(const VLMC_XMLNode *child) const;
     VLM_HIDDEN void distrustNumber();
 
     char m_textType;

@@ -43,7 +43,11 @@ VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent,
 {
     VLMC_XMLNode *const node = new VLMC_XMLNode(parent, vlm::AtEnd);
     QXmlStreamAttributes attributes = reader.attributes();
-    node->setAttribute(attributes);
+    if (!attributes.isEmpty()) {
+        // The reader's set has room for many more.
+        attributes.squeeze();
+        node->setAttribute(attributes);
+    }
     QString name = names.shared(reader.name());
     node->setName(name);
     return node;
@@ -95,13 +99,18 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
     vlm::DocumentSource *const source = new vlm::DocumentSource(&device);
     setDevice(source);
     VLMC_XMLNode *root = nullptr;
+    bool utf8 = true;
     while (!atEnd()) {
         const TokenType token = readNext();
         if (token == EndElement) {
             break;
         }
+        if (token == StartDocument) {
+            // The encoding is known at this token only.
+            utf8 = isUtf8(*this);
+        }
         if (token == DTD) {
-            source->declare(entityDeclarations(), isUtf8(*this));
+            source->declare(entityDeclarations(), utf8);
         }
         if (token == StartElement && !root) {
             source->endProlog();
@@ -139,6 +148,7 @@ void VLMC_XMLReader::readText(VLMC_XMLNode *node)
         return;
     }
     node->setTextType(isCDATA() ? vlm::CDataText : vlm::PlainText);
-    QString content = text().toString();
+    // A copy of its own: text().toString() may share the reader's buffer, with room for much more.
+    QString content(text().data(), int(text().size()));
     node->setText(content);
 }

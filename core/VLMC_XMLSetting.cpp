@@ -63,27 +63,16 @@ void VLMC_XMLSetting::save(QString &path)
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::saveBookmark] end");
 }
 
-// One pass answers what a search per number would: only the first child that carries a number is
-// ever found by it.
 int VLMC_XMLSetting::getXMLRootNodeChildCntByName(QString &attributeName, QString &name)
 {
     if (!root) {
         return 0;
     }
-    const QList<VLMC_XMLNode *> &children = vlm::NodeView::children(*root);
-    const int count = int(children.size());
-    QVector<bool> taken(count, false);
+    const QVector<VLMC_XMLNode *> children =
+        vlm::childrenById(*root, attributeName, getXMLNodeCnt());
     int found = 0;
-    for (int i = 0; i < count; ++i) {
-        VLMC_XMLNode *const child = children.at(i);
-        int number = 0;
-        if (!child
-            || !vlm::readIdentifier(vlm::NodeView::attributes(*child), attributeName, &number)
-            || number < 0 || number >= count || taken.at(number)) {
-            continue;
-        }
-        taken[number] = true;
-        if (child->getName() == name) {
+    for (VLMC_XMLNode *const child : children) {
+        if (child && vlm::NodeView::name(*child) == name) {
             ++found;
         }
     }

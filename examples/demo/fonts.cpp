@@ -59,6 +59,7 @@ void showFonts(const QString &directory)
     fonts->saveFontList(directory);
 
     fonts->loadFontList(directory);
+    expect(fonts->getCount() >= families.size(), "the fonts are kept");
     say(text("Added %1, saved, loaded again: %2 fonts, the first is \"%3\".")
             .arg(families.size())
             .arg(fonts->getCount())

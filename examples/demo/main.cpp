@@ -19,7 +19,16 @@ int refuse(const QString &message)
     return 2;
 }
 
-void takeTour(const QString &directory) { showFonts(directory); }
+void takeTour(const QString &directory)
+{
+    showPreferences(directory);
+    showBookmarks(directory);
+    showThumbnails(directory);
+    showHistory(directory);
+    showCookies(directory);
+    showCredentials(directory);
+    showFonts(directory);
+}
 } // namespace
 
 int main(int argc, char **argv)

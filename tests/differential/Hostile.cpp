@@ -1,166 +1,396 @@
 #include "tests/differential/Hostile.h"
 
-#include "core/VLMC_XMLNode.h"
-#include "core/VLMC_XMLSetting.h"
+#include "core/NodeView_p.h"
 
-QString Random::word()
+using vlm::NodeView;
+
+QXmlStreamAttributes attributesOf(const PlainAttributes &attributes)
 {
-    static const char *const words[] = {
-        "",    "a",  "http://a.example/", "b",    "\xe3\x81\x82", "http://b.example/?q=1&r=2",
-        "]]>", "  ", "\xf0\x9f\x98\x80",  "a\nb", "<tag>",        "x"};
-    return QString::fromUtf8(words[below(int(sizeof words / sizeof *words))]);
+    QXmlStreamAttributes made;
+    for (const QPair<QString, QString> &attribute : attributes) {
+        made.append(attribute.first, attribute.second);
+    }
+    return made;
 }
 
-namespace
+Hostile::Hostile(VLMC_XMLSetting &store, PlainStore &plain, Random &random, bool lends,
+                 std::function<void()> compare)
+    : m_store(store),
+      m_plain(plain),
+      m_random(random),
+      m_lends(lends),
+      m_compare(compare),
+      m_holder(m_other.createXMLRootNode()),
+      m_plainHolder(new Element)
 {
-// Values as a caller or an edited file may hold them.
-QString idValue(Random &random, int entries)
+    m_plainOther.root = m_plainHolder;
+}
+
+QByteArray Hostile::act()
 {
-    const QString number = QString::number(random.below(entries + 2));
-    switch (random.below(10)) {
+    if (!root()) {
+        return "nothing to do harm to";
+    }
+    const Child child = anyChild();
+    if (m_lends && m_random.oneIn(15)) {
+        if (m_random.oneIn(3)) {
+            lendChildren();
+            return "lend the children";
+        }
+        lendAttributes(child);
+        return "lend attributes";
+    }
+    switch (m_random.below(18)) {
     case 0:
-        return QString();
+        addForeign();
+        return "add a foreign element";
     case 1:
-        return textOf("abc");
+        addPrepared();
+        return "add elements that have their ids already";
     case 2:
-        return textOf("-1");
+        move(child);
+        return "move an entry";
     case 3:
-        return textOf(" ") + number;
+        remove(child);
+        return "remove an entry";
     case 4:
-        return number + textOf("\t");
+        removeByAnother(child);
+        return "remove an entry by another parent";
     case 5:
-        return textOf("+") + number;
+        destroy(child);
+        return "destroy an entry";
     case 6:
-        return textOf("00000000000000") + number;
+        hold(child);
+        return "give an entry to another parent";
     case 7:
-        return textOf("99999999999");
     case 8:
-        return number + textOf(".0");
+        giveBack();
+        return "take an entry from another parent";
+    case 9:
+        listTwice(child);
+        return "list an entry twice";
+    case 10:
+        listElsewhere(child);
+        return "list an entry elsewhere, too";
+    case 11:
+        changeField(child);
+        return "change a field";
+    case 12:
+        dropField(child);
+        return "drop a field";
+    case 13:
+        useLentAttributes();
+        return "use lent attributes";
+    case 14:
+        useLentChildren();
+        return "use the lent children";
     default:
-        return number.rightJustified(3, QLatin1Char('0'));
+        setAttributes(child);
+        return "set attributes";
     }
 }
-} // namespace
 
-Hostile::Hostile(VLMC_XMLSetting &store, PlainStore &plain, Random &random)
-    : m_store(store), m_plain(plain), m_random(random)
-{
-}
+VLMC_XMLNode *Hostile::root() { return m_store.getXMLRootNode(); }
 
-void Hostile::act()
+PlainAttributes Hostile::attributes()
 {
-    VLMC_XMLNode *const root = m_store.getXMLRootNode();
-    if (!root) {
-        return;
-    }
-    const int entries = m_store.getXMLNodeCnt();
-    if (entries == 0 || m_random.oneIn(8)) {
-        addForeign(root);
-        return;
-    }
-    const int index = m_random.below(entries);
+    const QString value = m_random.idValue(m_plain.childCount());
+    PlainAttributes made;
     switch (m_random.below(6)) {
     case 0:
-        move(root, index);
-        break;
+        return made;
     case 1:
-        remove(root, index);
-        break;
+        made = oneAttribute("id", value);
+        return made + oneAttribute("id", m_random.idValue(m_plain.childCount()));
     case 2:
-        swap(root, index);
-        break;
+        return oneAttribute("x", textOf("7")) + oneAttribute("id", value);
     case 3:
-        useKept();
-        break;
+        return oneAttribute("ID", value) + oneAttribute("no", value);
     default:
-        changeAttributes(root->getXMLNodeChildren().at(index), m_plain.root->children.at(index));
+        return oneAttribute("id", value);
     }
 }
 
-void Hostile::changeAttributes(VLMC_XMLNode *node, const ElementPointer &element)
+Hostile::Child Hostile::anyChild()
 {
-    const QString value = idValue(m_random, m_plain.childCount());
-    switch (m_random.below(4)) {
-    case 0: {
-        QXmlStreamAttributes none;
-        node->setAttribute(none);
-        element->attributes.clear();
-        break;
+    if (m_plain.childCount() == 0) {
+        return Child{nullptr, ElementPointer()};
     }
-    case 1:
-        node->getAttribute().append(textOf("id"), value);
-        element->attributes.append(qMakePair(textOf("id"), value));
-        break;
-    case 2: {
-        QXmlStreamAttributes attributes;
-        attributes.append(textOf("x"), textOf("7"));
-        attributes.append(textOf("id"), value);
-        node->setAttribute(attributes);
-        element->attributes.clear();
-        element->attributes.append(qMakePair(textOf("x"), textOf("7")));
-        element->attributes.append(qMakePair(textOf("id"), value));
-        break;
-    }
-    default:
-        m_kept = &node->getAttribute();
-        m_keptNode = node;
-        m_keptElement = element;
-    }
+    const int index = m_random.below(m_plain.childCount());
+    return Child{NodeView::children(*root()).at(index), m_plain.root->children.at(index)};
 }
 
-void Hostile::useKept()
+bool Hostile::belongsToRoot(const Child &child)
 {
-    // The entry may have left the tree since, and its memory with it.
-    const int index = int(m_plain.root->children.indexOf(m_keptElement));
-    if (!m_kept || index < 0
-        || m_store.getXMLRootNode()->getXMLNodeChildren().at(index) != m_keptNode) {
+    return child.element && child.element->parent == m_plain.root.data();
+}
+
+void Hostile::setAttributes(const Child &child)
+{
+    if (!child.element) {
         return;
     }
-    const QString value = idValue(m_random, m_plain.childCount());
-    m_kept->clear();
-    m_kept->append(textOf("id"), value);
-    m_keptElement->attributes.clear();
-    m_keptElement->attributes.append(qMakePair(textOf("id"), value));
+    const PlainAttributes made = attributes();
+    QXmlStreamAttributes set = attributesOf(made);
+    child.node->setAttribute(set);
+    child.element->attributes = made;
 }
 
-void Hostile::addForeign(VLMC_XMLNode *root)
+void Hostile::addForeign()
 {
-    static const char *const names[] = {"foreign", "pageInfo", "bookmark", "font", "authInfo"};
-    const char *const name = names[m_random.below(int(sizeof names / sizeof *names))];
+    static const char *const names[] = {"foreign",  "pageInfo", "bookmark",
+                                        "authInfo", "font",     "webSiteInfo"};
+    QString name = textOf(m_random.oneOf(names));
+    QString text = m_random.word();
     const bool atFront = m_random.oneIn(2);
-    VLMC_XMLNode *const node = new VLMC_XMLNode(root, char(atFront));
-    QString nodeName = textOf(name);
-    QString nodeText = m_random.word();
-    node->setName(nodeName);
-    node->setText(nodeText);
-    const ElementPointer element = m_plain.add(m_plain.root, name, nodeText, 0, atFront);
-    changeAttributes(node, element);
+    VLMC_XMLNode *const node = new VLMC_XMLNode(root(), char(atFront));
+    node->setName(name);
+    node->setText(text);
+    const ElementPointer element(new Element);
+    element->name = name;
+    element->text = text;
+    attach(*m_plain.root, element, atFront);
+    setAttributes(Child{node, element});
 }
 
-void Hostile::move(VLMC_XMLNode *root, int index)
+// Nothing but the adding itself tells the root of them.
+void Hostile::addPrepared()
 {
+    for (int i = m_random.below(4); i >= 0; --i) {
+        const PlainAttributes made = oneAttribute("id", QString::number(m_random.below(3)));
+        QXmlStreamAttributes set = attributesOf(made);
+        VLMC_XMLNode *const node = new VLMC_XMLNode(nullptr, 0);
+        node->setAttribute(set);
+        char atFront = char(!m_random.oneIn(4));
+        root()->addXMLNode(node, atFront);
+        const ElementPointer element(new Element);
+        element->attributes = made;
+        attach(*m_plain.root, element, atFront != 0);
+    }
+}
+
+void Hostile::move(const Child &child)
+{
+    if (!belongsToRoot(child)) {
+        return;
+    }
     char atFront = char(m_random.below(2));
-    VLMC_XMLNode *const node = root->getXMLNodeChildren().at(index);
-    root->addXMLNode(node, atFront);
-    const ElementPointer element = m_plain.root->children.takeAt(index);
-    m_plain.root->children.insert(atFront ? 0 : m_plain.root->children.size(), element);
+    root()->addXMLNode(child.node, atFront);
+    attach(*m_plain.root, child.element, atFront);
 }
 
-void Hostile::remove(VLMC_XMLNode *root, int index)
+void Hostile::remove(const Child &child)
 {
-    VLMC_XMLNode *const node = root->getXMLNodeChildren().at(index);
-    root->removeXMLNode(node);
-    node->deleteLater();
-    m_plain.root->children.removeAt(index);
+    if (!child.element) {
+        root()->removeXMLNode(nullptr);
+        return;
+    }
+    root()->removeXMLNode(child.node);
+    child.node->deleteLater();
+    detach(*m_plain.root, child.element);
 }
 
-void Hostile::swap(VLMC_XMLNode *root, int index)
+// It stays listed and has no parent any more.
+void Hostile::removeByAnother(const Child &child)
 {
+    if (!child.element) {
+        return;
+    }
+    m_holder->removeXMLNode(child.node);
+    detach(*m_plainHolder, child.element);
+}
+
+void Hostile::destroy(const Child &child)
+{
+    if (!belongsToRoot(child)) {
+        return;
+    }
+    delete child.node;
+    detach(*m_plain.root, child.element);
+}
+
+void Hostile::hold(const Child &child)
+{
+    if (!belongsToRoot(child)) {
+        return;
+    }
+    char atEnd = 0;
+    m_holder->addXMLNode(child.node, atEnd);
+    attach(*m_plainHolder, child.element, false);
+}
+
+void Hostile::giveBack()
+{
+    if (m_plainHolder->children.isEmpty()) {
+        return;
+    }
+    char atFront = char(m_random.below(2));
+    root()->addXMLNode(NodeView::children(*m_holder).first(), atFront);
+    attach(*m_plain.root, m_plainHolder->children.first(), atFront);
+}
+
+// An entry without a parent is added to the list that holds it. Taken out, it leaves both places.
+void Hostile::listTwice(const Child &child)
+{
+    if (!child.element) {
+        return;
+    }
+    removeByAnother(child);
+    char atFront = char(m_random.below(2));
+    root()->addXMLNode(child.node, atFront);
+    attach(*m_plain.root, child.element, atFront);
+    m_compare();
+    if (m_random.oneIn(2)) {
+        QString id = textOf("id");
+        m_store.setIDforChildren(id);
+        m_plain.setIds();
+        m_compare();
+    }
+    if (m_random.oneIn(2)) {
+        setAttributes(child);
+        m_compare();
+    }
+    root()->removeXMLNode(child.node);
+    detach(*m_plain.root, child.element);
+    m_compare();
+    root()->addXMLNode(child.node, atFront);
+    attach(*m_plain.root, child.element, atFront);
+}
+
+// An entry without a parent is added to another parent, too, which then hears of its changes.
+void Hostile::listElsewhere(const Child &child)
+{
+    if (!child.element) {
+        return;
+    }
+    removeByAnother(child);
+    char atFront = char(m_random.below(2));
+    m_holder->addXMLNode(child.node, atFront);
+    attach(*m_plainHolder, child.element, atFront != 0);
+    QString id = textOf("id");
+    m_store.setIDforChildren(id);
+    m_plain.setIds();
+    if (m_random.oneIn(2)) {
+        m_other.setIDforChildren(id);
+        m_plainOther.setIds();
+    }
+    m_compare();
+    leaveEitherWay(child);
+    m_compare();
+    setAttributes(child);
+    m_compare();
+    m_holder->removeXMLNode(child.node);
+    detach(*m_plainHolder, child.element);
+}
+
+// An entry that two lists hold leaves the root's, or stays.
+void Hostile::leaveEitherWay(const Child &child)
+{
+    switch (m_random.below(4)) {
+    case 0:
+        root()->removeXMLNode(child.node);
+        child.node->deleteLater();
+        detach(*m_plain.root, child.element);
+        break;
+    case 1: {
+        const int number = int(m_plain.root->children.indexOf(child.element));
+        QString id = textOf("id");
+        m_store.deleteXMLNodeByID(number, id);
+        m_plain.deleteById(number);
+        break;
+    }
+    case 2:
+        m_store.deleteAllSetting();
+        m_plain.deleteAllSetting();
+        break;
+    default:
+        break;
+    }
+}
+
+void Hostile::changeField(const Child &child)
+{
+    if (!child.element || child.element->children.isEmpty()) {
+        return;
+    }
+    const int index = m_random.below(int(child.element->children.size()));
+    VLMC_XMLNode *const field = NodeView::children(*child.node).at(index);
+    const ElementPointer plainField = child.element->children.at(index);
+    QString text = m_random.oneIn(2) ? m_random.timeText() : m_random.word();
+    field->setText(text);
+    plainField->text = text;
+    field->setTextType(char(m_random.below(3)));
+    plainField->textType = field->getTextType();
+}
+
+void Hostile::dropField(const Child &child)
+{
+    if (!child.element || child.element->children.isEmpty()) {
+        return;
+    }
+    const int index = m_random.below(int(child.element->children.size()));
+    delete NodeView::children(*child.node).at(index);
+    detach(*child.element, child.element->children.at(index));
+}
+
+void Hostile::lendAttributes(const Child &child)
+{
+    if (!child.element) {
+        return;
+    }
+    // Often of an entry whose number the root has just come to trust.
+    if (m_random.oneIn(2)) {
+        QString id = textOf("id");
+        m_store.setIDforChildren(id);
+        m_plain.setIds();
+    }
+    m_lentAttributes = &child.node->getAttribute();
+    m_lender = child.node;
+    m_lenderNode = child.node;
+    m_plainLender = child.element;
+    if (m_random.oneIn(2)) {
+        useLentAttributes();
+    }
+}
+
+void Hostile::useLentAttributes()
+{
+    const int index = m_lentAttributes && m_lender && m_plain.root
+                          ? int(m_plain.root->children.indexOf(m_plainLender))
+                          : -1;
+    if (index < 0 || NodeView::children(*root()).at(index) != m_lenderNode) {
+        return;
+    }
+    const PlainAttributes made = attributes();
+    *m_lentAttributes = attributesOf(made);
+    m_plainLender->attributes = made;
+}
+
+void Hostile::lendChildren()
+{
+    m_lentChildren = &root()->getXMLNodeChildren();
+    m_listLender = root();
+    if (m_random.oneIn(2)) {
+        useLentChildren();
+    }
+}
+
+// Exchanges two entries, or puts a null one among them.
+void Hostile::useLentChildren()
+{
+    if (!m_listLender || m_listLender.data() != root() || m_plain.childCount() == 0) {
+        return;
+    }
+    const int index = m_random.below(m_plain.childCount());
+    if (m_random.oneIn(4)) {
+        m_lentChildren->insert(index, nullptr);
+        m_plain.root->children.insert(index, ElementPointer());
+        return;
+    }
     const int other = m_random.below(m_plain.childCount());
-    QList<VLMC_XMLNode *> &children = root->getXMLNodeChildren();
-    VLMC_XMLNode *const node = children.at(index);
-    children[index] = children.at(other);
-    children[other] = node;
+    VLMC_XMLNode *const node = m_lentChildren->at(index);
+    (*m_lentChildren)[index] = m_lentChildren->at(other);
+    (*m_lentChildren)[other] = node;
     const ElementPointer element = m_plain.root->children.at(index);
     m_plain.root->children[index] = m_plain.root->children.at(other);
     m_plain.root->children[other] = element;

@@ -1,54 +1,55 @@
 #include "tests/differential/PlainStore.h"
 
-#include "core/VLMC_XMLNode.h"
-#include "core/VLMC_XMLReader.h"
+#include <QtCore/QFileInfo>
+#include <QtCore/QXmlStreamReader>
+#include <QtCore/QXmlStreamWriter>
 
-#include <QtCore/QFile>
-#include <QtCore/QRegularExpression>
-
-ElementPointer plainCopy(VLMC_XMLNode *node)
+void attach(Element &parent, ElementPointer child, bool atFront)
 {
-    if (!node) {
+    if (child->parent) {
+        detach(*child->parent, child);
+    }
+    child->parent = &parent;
+    if (atFront) {
+        parent.children.prepend(child);
+    } else {
+        parent.children.append(child);
+    }
+}
+
+void detach(Element &parent, ElementPointer child)
+{
+    child->parent = nullptr;
+    parent.children.removeAll(child);
+}
+
+ElementPointer childOf(const ElementPointer &parent, const QString &name)
+{
+    if (!parent) {
         return ElementPointer();
     }
-    const ElementPointer copy(new Element);
-    copy->name = node->getName();
-    copy->text = node->getText();
-    copy->textType = node->getTextType();
-    const QXmlStreamAttributes attributes = node->getAttribute();
-    for (const QXmlStreamAttribute &attribute : attributes) {
-        copy->attributes.append(
-            qMakePair(attribute.qualifiedName().toString(), attribute.value().toString()));
+    for (int i = 0; i < parent->children.size(); ++i) {
+        const ElementPointer child = parent->children.at(i);
+        if (child && child->name == name) {
+            return child;
+        }
     }
-    const QList<VLMC_XMLNode *> children = node->getXMLNodeChildren();
-    for (VLMC_XMLNode *const child : children) {
-        copy->children.append(plainCopy(child));
-    }
-    return copy;
+    return ElementPointer();
 }
 
-QByteArray described(const ElementPointer &element)
+ElementPointer childOf(const ElementPointer &parent, const char *name)
 {
-    if (!element) {
-        return "(none)\n";
-    }
-    QByteArray text = "<" + element->name.toUtf8();
-    for (const QPair<QString, QString> &attribute : element->attributes) {
-        text += ' ' + attribute.first.toUtf8() + "='" + attribute.second.toUtf8() + '\'';
-    }
-    text += "> " + QByteArray::number(element->textType) + " '" + element->text.toUtf8() + "'\n";
-    for (const ElementPointer &child : element->children) {
-        text += described(child);
-    }
-    return text + "</>\n";
+    return childOf(parent, textOf(name));
 }
 
-QByteArray withoutAddresses(const QByteArray &log)
+PlainAttributes oneAttribute(const char *name, const QString &value)
 {
-    return QString::fromUtf8(log)
-        .replace(QRegularExpression(textOf("0x[0-9A-F]+")), textOf("0x*"))
-        .toUtf8();
+    PlainAttributes attributes;
+    attributes.append(qMakePair(textOf(name), value));
+    return attributes;
 }
+
+int utf8Bytes(const QString &text) { return int(text.toUtf8().size()); }
 
 QByteArray PlainStore::takeLog()
 {
@@ -64,43 +65,114 @@ void PlainStore::print(int level, const QByteArray &text)
 
 void PlainStore::load(const QString &path)
 {
+    if (path.isEmpty()) {
+        print(2, "[VLMC_XMLSetting::load] Path is NULL or empty.");
+        return;
+    }
     print(3, "[VLMC_XMLSetting::loadBookmark] start");
-    QFile file(path);
-    if (!file.exists()) {
-        print(2, "VLMC_XMLReader::read file not exist!");
-    }
-    root = ElementPointer(new Element);
-    if (file.open(QIODevice::ReadOnly)) {
-        VLMC_XMLReader reader;
-        VLMC_XMLNode *const node = reader.read(file);
-        root = node ? plainCopy(node) : root;
-        delete node;
-    }
+    root = read(path);
     print(3, "[VLMC_XMLSetting::loadBookmark] end");
 }
 
-void PlainStore::setIds()
+ElementPointer PlainStore::read(const QString &path)
 {
-    if (!root) {
-        return;
+    ElementPointer document;
+    if (!files.contains(path)) {
+        print(2, "VLMC_XMLReader::read file not exist!");
+        return ElementPointer(new Element);
     }
-    for (int i = 0; i < childCount() && i < 999; ++i) {
-        const ElementPointer child = root->children.at(i);
-        if (!child) {
-            print(1, "[VLMC_XMLSetting::setIDforChildren] 0x* Why Pass??");
-            continue;
+    QXmlStreamReader reader(files.value(path));
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::EndElement) {
+            break;
         }
-        const QString id = QString::number(i).rightJustified(3, QLatin1Char('0'));
-        child->attributes.clear();
-        child->attributes.append(qMakePair(textOf("id"), id));
+        if (token == QXmlStreamReader::StartElement && !document) {
+            document = readElement(reader);
+        }
     }
+    return document ? document : ElementPointer(new Element);
 }
 
-void PlainStore::deleteById(int id)
+ElementPointer PlainStore::readElement(QXmlStreamReader &reader)
 {
-    const ElementPointer found = byId(id);
-    if (found) {
-        root->children.removeAll(found);
+    const ElementPointer element(new Element);
+    element->name = reader.name().toString();
+    const QXmlStreamAttributes attributes = reader.attributes();
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        element->attributes.append(
+            qMakePair(attribute.qualifiedName().toString(), attribute.value().toString()));
+    }
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::EndElement) {
+            break;
+        }
+        if (token == QXmlStreamReader::Characters && !reader.isWhitespace()
+            && element->text.isEmpty()) {
+            element->textType = reader.isCDATA() ? 1 : 0;
+            element->text = reader.text().toString();
+        }
+        if (token == QXmlStreamReader::StartElement) {
+            attach(*element, readElement(reader), false);
+        }
+    }
+    return element;
+}
+
+void PlainStore::save(const QString &path)
+{
+    if (path.isEmpty()) {
+        print(2, "[VLMC_XMLSetting::save] Path is NULL or empty.");
+        return;
+    }
+    print(3, "[VLMC_XMLSetting::save] start");
+    if (root && !QFileInfo(QFileInfo(path).path()).isDir()) {
+        print(2, "VLMC_XMLWriter::write file open error!");
+    } else if (root) {
+        QByteArray document;
+        QXmlStreamWriter writer(&document);
+        writer.setAutoFormatting(true);
+        writer.writeStartDocument();
+        writeElement(writer, root);
+        writer.writeEndDocument();
+        files[path] = document;
+    }
+    print(3, "[VLMC_XMLSetting::saveBookmark] end");
+}
+
+bool PlainStore::writeElement(QXmlStreamWriter &writer, const ElementPointer &element)
+{
+    if (!element) {
+        print(1, "[VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.");
+        return false;
+    }
+    writer.writeStartElement(element->name);
+    for (int i = 0; i < element->attributes.size(); ++i) {
+        writer.writeAttribute(element->attributes.at(i).first, element->attributes.at(i).second);
+    }
+    if (!element->text.isEmpty() && element->textType == 0) {
+        writer.writeCharacters(element->text);
+    }
+    if (!element->text.isEmpty() && element->textType == 1) {
+        writer.writeCDATA(element->text);
+    }
+    for (int i = 0; i < element->children.size(); ++i) {
+        if (!writeElement(writer, element->children.at(i))) {
+            return false;
+        }
+    }
+    writer.writeEndElement();
+    return true;
+}
+
+void PlainStore::createRoot() { root = ElementPointer(new Element); }
+
+void PlainStore::deleteAllNodes()
+{
+    print(3, "[VLMC_XMLSetting::deleteAllXMLNode] 0x*");
+    if (root) {
+        createRoot();
     }
 }
 
@@ -113,19 +185,40 @@ void PlainStore::deleteAllSetting()
     const QList<ElementPointer> children = root->children;
     for (const ElementPointer &child : children) {
         if (child) {
-            root->children.removeAll(child);
+            detach(*root, child);
         } else {
             print(1, "[VLMC_XMLSetting::deleteRootChildren] 0x* Why Pass??");
         }
     }
 }
 
-int PlainStore::count(const QString &name)
+void PlainStore::setIds(const char *attributeName)
+{
+    for (int i = 0; i < childCount() && i < 999; ++i) {
+        const ElementPointer child = root->children.at(i);
+        if (!child) {
+            print(1, "[VLMC_XMLSetting::setIDforChildren] 0x* Why Pass??");
+            continue;
+        }
+        const QString number = QString::number(i).rightJustified(3, QLatin1Char('0'));
+        child->attributes = oneAttribute(attributeName, number);
+    }
+}
+
+void PlainStore::deleteById(int id, const char *attributeName)
+{
+    const ElementPointer found = byId(id, attributeName);
+    if (found) {
+        detach(*root, found);
+    }
+}
+
+int PlainStore::count(const char *name, const char *attributeName)
 {
     int counted = 0;
     for (int i = 0; i < childCount(); ++i) {
-        const ElementPointer found = byId(i);
-        if (found && found->name == name) {
+        const ElementPointer found = byId(i, attributeName);
+        if (found && found->name == textOf(name)) {
             ++counted;
         }
     }
@@ -134,66 +227,91 @@ int PlainStore::count(const QString &name)
 
 int PlainStore::childCount() const { return root ? int(root->children.size()) : 0; }
 
-ElementPointer PlainStore::byId(int id)
+namespace
 {
+// The value of the first attribute of this name; empty without one.
+QString valueOf(const Element &element, const QString &name)
+{
+    for (int i = 0; i < element.attributes.size(); ++i) {
+        if (element.attributes.at(i).first == name) {
+            return element.attributes.at(i).second;
+        }
+    }
+    return QString();
+}
+} // namespace
+
+ElementPointer PlainStore::byId(int id, const char *attributeName)
+{
+    const QString name = textOf(attributeName);
     for (int i = 0; i < childCount(); ++i) {
         const ElementPointer child = root->children.at(i);
-        int carried = 0;
-        if (child && idOf(*child, &carried) && carried == id) {
+        if (!child) {
+            continue;
+        }
+        bool isNumber = false;
+        const int number = valueOf(*child, name).toInt(&isNumber, 10);
+        if (isNumber && number == id) {
             return child;
         }
     }
     return ElementPointer();
 }
 
-ElementPointer PlainStore::add(const ElementPointer &parent, const char *name, const QString &text,
-                               char textType, bool atFront)
+ElementPointer PlainStore::addChild(const ElementPointer &parent, const char *name,
+                                    const QString &text, char textType,
+                                    const PlainAttributes &attributes, bool atFront)
 {
     const ElementPointer child(new Element);
     child->name = textOf(name);
     child->text = text;
     child->textType = textType;
-    if (parent && atFront) {
-        parent->children.prepend(child);
-    } else if (parent) {
-        parent->children.append(child);
+    child->attributes = attributes;
+    if (parent) {
+        attach(*parent, child, atFront);
     }
     return child;
 }
 
-void PlainStore::nameRoot(const char *name)
-{
-    if (!root) {
-        return;
-    }
-    root->name = textOf(name);
-    root->attributes.clear();
-    root->attributes.append(qMakePair(textOf("docInfo"), textOf("1.0")));
-}
-
-ElementPointer childOf(const ElementPointer &parent, const char *name)
+ElementPointer PlainStore::setElement(const ElementPointer &parent, const char *name,
+                                      const QString &text, char textType,
+                                      const PlainAttributes &attributes, bool atFront)
 {
     if (!parent) {
         return ElementPointer();
     }
-    for (const ElementPointer &child : parent->children) {
-        if (child && child->name == textOf(name)) {
-            return child;
-        }
+    const ElementPointer found = childOf(parent, name);
+    if (!found) {
+        return addChild(parent, name, text, textType, attributes, atFront);
     }
-    return ElementPointer();
+    found->textType = textType;
+    found->text = text;
+    return found;
 }
 
-bool idOf(const Element &element, int *id)
+ElementPointer PlainStore::add(const ElementPointer &parent, const char *name, const QString &text,
+                               char textType, bool atFront)
 {
-    for (const QPair<QString, QString> &attribute : element.attributes) {
-        if (attribute.first == textOf("id")) {
-            bool ok = false;
-            *id = attribute.second.toInt(&ok);
-            return ok;
-        }
-    }
-    return false;
+    return addChild(parent, name, text, textType, PlainAttributes(), atFront);
 }
 
-QString textOf(const char *utf8) { return QString::fromUtf8(utf8); }
+void PlainStore::nameRoot(const char *name)
+{
+    if (root) {
+        root->name = textOf(name);
+        root->attributes = oneAttribute("docInfo", textOf("1.0"));
+    }
+}
+
+QString PlainStore::clip(const QString &text, int maxBytes)
+{
+    if (maxBytes < 1) {
+        return text;
+    }
+    const QByteArray bytes = text.toUtf8().left(maxBytes);
+    QString clipped = QString::fromUtf8(bytes.constData());
+    while (utf8Bytes(clipped) > maxBytes) {
+        clipped.chop(1);
+    }
+    return clipped;
+}

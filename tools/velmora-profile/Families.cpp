@@ -38,5 +38,6 @@ QStringList profile::installedFamilies()
     }
     FcObjectSetDestroy(wanted);
     FcPatternDestroy(any);
+    FcFini();
     return families;
 }

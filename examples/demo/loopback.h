@@ -1,0 +1,39 @@
+#ifndef LOOPBACK_H
+#define LOOPBACK_H
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+#include <QtCore/QUrl>
+#include <QtNetwork/QTcpServer>
+
+#include <functional>
+
+class QNetworkAccessManager;
+class QTcpSocket;
+
+// A web server inside the program, as small as HTTP allows: one request per connection, without a
+// body. What the answer is, the function that it is given says.
+class LoopbackServer : public QTcpServer
+{
+public:
+    typedef std::function<QByteArray(const QByteArray &request)> Answer;
+
+    explicit LoopbackServer(const Answer &answer);
+    QUrl url() const;
+
+private:
+    void takeConnection();
+    void read(QTcpSocket *socket);
+
+    Answer m_answer;
+};
+
+// An answer without a page: response("200 OK", headers).
+QByteArray response(const QByteArray &status, const QList<QByteArray> &headers);
+// The value of a request's header, empty when there is none.
+QByteArray headerOf(const QByteArray &request, const QByteArray &name);
+
+// Fetches a page and waits for it; the HTTP status, or 0 when there was no answer.
+int fetch(QNetworkAccessManager &browser, const QUrl &url);
+
+#endif

@@ -1,0 +1,208 @@
+#include "tests/support/SystemCalls.h"
+
+#include <QtCore/QMap>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#define INTERPOSED extern "C" __attribute__((visibility("default")))
+
+namespace
+{
+struct Watch {
+    FaultPlan plan;
+    QList<SystemCall> calls;
+    QMap<int, QByteArray> names;
+};
+
+Watch &watch()
+{
+    // Never destroyed: files are closed while the process exits.
+    static Watch *const instance = new Watch{{FaultPlan::None, 0, 0}, {}, {}};
+    return *instance;
+}
+
+thread_local bool watching = false;
+
+template <typename Function>
+Function real(const char *name)
+{
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+void die() { kill(getpid(), SIGKILL); }
+
+// One watched call: records it, and says what is to become of it.
+class Step
+{
+public:
+    Step(const char *name, const QByteArray &file, const QByteArray &data = QByteArray())
+        : m_watched(watching), m_index(int(watch().calls.size()))
+    {
+        if (m_watched) {
+            // What recording itself calls is not watched.
+            watching = false;
+            watch().calls.append({name, file, data});
+            watching = true;
+        }
+        if (isDue(FaultPlan::KillBefore)) {
+            die();
+        }
+    }
+    ~Step()
+    {
+        const int error = errno;
+        if (isDue(FaultPlan::KillAfter)) {
+            die();
+        }
+        errno = error;
+    }
+    Step(const Step &) = delete;
+    Step &operator=(const Step &) = delete;
+
+    bool fails() const
+    {
+        const FaultPlan &plan = watch().plan;
+        const bool failing =
+            isDue(FaultPlan::Fail)
+            || (m_watched && plan.kind == FaultPlan::FailFromHere && m_index >= plan.index);
+        if (failing) {
+            errno = plan.error;
+        }
+        return failing;
+    }
+    bool isDue(FaultPlan::Kind kind) const
+    {
+        return m_watched && watch().plan.kind == kind && watch().plan.index == m_index;
+    }
+
+private:
+    bool m_watched;
+    int m_index;
+};
+
+QByteArray nameOf(int file) { return watching ? watch().names.value(file) : QByteArray(); }
+} // namespace
+
+WatchedCalls::WatchedCalls()
+{
+    watch().calls.clear();
+    watch().names.clear();
+    watching = true;
+}
+
+WatchedCalls::~WatchedCalls() { watching = false; }
+
+void setFaultPlan(const FaultPlan &plan) { watch().plan = plan; }
+
+QList<SystemCall> watchedCalls() { return watch().calls; }
+
+INTERPOSED int open(const char *name, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = mode_t((flags & O_CREAT) ? va_arg(arguments, int) : 0);
+    va_end(arguments);
+    static const auto call = real<int (*)(const char *, int, ...)>("open");
+    if (!watching) {
+        return call(name, flags, mode);
+    }
+    const Step step((flags & O_CREAT) ? "create" : "open", name);
+    if (step.fails()) {
+        return -1;
+    }
+    const int file = call(name, flags, mode);
+    if (file >= 0) {
+        watch().names[file] = name;
+    }
+    return file;
+}
+
+INTERPOSED ssize_t write(int file, const void *data, size_t size)
+{
+    static const auto call = real<ssize_t (*)(int, const void *, size_t)>("write");
+    if (!watching) {
+        return call(file, data, size);
+    }
+    const Step step("write", nameOf(file), QByteArray(static_cast<const char *>(data), int(size)));
+    if (step.fails()) {
+        return -1;
+    }
+    return call(file, data, step.isDue(FaultPlan::ShortWrite) ? (size + 1) / 2 : size);
+}
+
+// The descriptor is gone whatever close() says.
+INTERPOSED int close(int file)
+{
+    static const auto call = real<int (*)(int)>("close");
+    if (!watching) {
+        return call(file);
+    }
+    const Step step("close", nameOf(file));
+    const int result = call(file);
+    return step.fails() ? -1 : result;
+}
+
+INTERPOSED int rename(const char *from, const char *to) noexcept
+{
+    static const auto call = real<int (*)(const char *, const char *)>("rename");
+    const Step step("rename", from, to);
+    return step.fails() ? -1 : call(from, to);
+}
+
+INTERPOSED int unlink(const char *name) noexcept
+{
+    static const auto call = real<int (*)(const char *)>("unlink");
+    const Step step("unlink", name);
+    return step.fails() ? -1 : call(name);
+}
+
+INTERPOSED int fdatasync(int file)
+{
+    static const auto call = real<int (*)(int)>("fdatasync");
+    const Step step("fdatasync", nameOf(file));
+    return step.fails() ? -1 : call(file);
+}
+
+INTERPOSED int fsync(int file)
+{
+    static const auto call = real<int (*)(int)>("fsync");
+    const Step step("fsync", nameOf(file));
+    return step.fails() ? -1 : call(file);
+}
+
+INTERPOSED int fchmod(int file, mode_t mode) noexcept
+{
+    static const auto call = real<int (*)(int, mode_t)>("fchmod");
+    const Step step("fchmod", nameOf(file));
+    return step.fails() ? -1 : call(file, mode);
+}
+
+INTERPOSED int fchown(int file, uid_t user, gid_t group) noexcept
+{
+    static const auto call = real<int (*)(int, uid_t, gid_t)>("fchown");
+    const Step step("fchown", nameOf(file));
+    return step.fails() ? -1 : call(file, user, group);
+}
+
+INTERPOSED int flock(int file, int operation) noexcept
+{
+    static const auto call = real<int (*)(int, int)>("flock");
+    const Step step("flock", nameOf(file));
+    return step.fails() ? -1 : call(file, operation);
+}
+
+INTERPOSED DIR *opendir(const char *name)
+{
+    static const auto call = real<DIR *(*)(const char *)>("opendir");
+    const Step step("opendir", name);
+    return step.fails() ? nullptr : call(name);
+}

@@ -1,0 +1,44 @@
+#ifndef SYSTEMCALLS_H
+#define SYSTEMCALLS_H
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+
+/**
+ * The system calls of a test program's saves. Linking this interposes the C library's functions by
+ * which a file is replaced; outside of a WatchedCalls object they do what they always did.
+ */
+struct SystemCall {
+    QByteArray name;
+    /// The file's name; for descriptors the one it was opened by.
+    QByteArray file;
+    /// What was written, or the new name.
+    QByteArray data;
+};
+
+/// What happens at which call, counted from 0; everything else runs as usual.
+struct FaultPlan {
+    enum Kind { None, Fail, FailFromHere, ShortWrite, KillBefore, KillAfter };
+
+    Kind kind;
+    int index;
+    /// For the two kinds that fail.
+    int error;
+};
+
+/// While one lives, this thread's calls are counted and recorded, and meet the plan.
+class WatchedCalls
+{
+public:
+    WatchedCalls();
+    ~WatchedCalls();
+    WatchedCalls(const WatchedCalls &) = delete;
+    WatchedCalls &operator=(const WatchedCalls &) = delete;
+};
+
+void setFaultPlan(const FaultPlan &plan);
+
+/// The calls of the last WatchedCalls.
+QList<SystemCall> watchedCalls();
+
+#endif
