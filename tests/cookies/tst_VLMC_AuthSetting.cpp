@@ -1404,8 +1404,8 @@ void tst_VLMC_AuthSetting::manyEntries_withoutIds()
     QCOMPARE(store.getXMLNodeCnt(), 1501);
     store.saveAuthInfo(directory.pathPointer(), 1);
     const QByteArray document = readFile(directory.file("authinfo.xml"));
-    QCOMPARE(document.count("<authInfo id="), 1000);
-    QCOMPARE(document.count("<authInfo/>"), 501);
+    QCOMPARE(int(document.count("<authInfo id=")), 1000);
+    QCOMPARE(int(document.count("<authInfo/>")), 501);
 }
 
 void tst_VLMC_AuthSetting::log_holdsNoCredentials()
