@@ -6,8 +6,10 @@
 #include "tests/support/LogRecorder.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QFile>
 
 #include <limits>
+#include <sys/stat.h>
 #include <type_traits>
 
 static_assert(std::is_same<decltype(VLMS_AuthInfo::authType), unsigned char>::value,
@@ -82,6 +84,13 @@ QByteArray readBack(const QByteArray &children)
     return described(info);
 }
 
+int modeOf(const QString &path)
+{
+    struct stat status;
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? int(status.st_mode & 07777)
+                                                                   : -1;
+}
+
 QByteArray repeated(const char *text, int times) { return QByteArray(text).repeated(times); }
 } // namespace
 
@@ -118,6 +127,8 @@ private slots:
     void saveAuthInfo_leavesTheDocumentLoaded();
     void saveAuthInfo_endsAfterAFailedWrite();
     void saveAuthInfo_writesWhatItLoadedAgain();
+    void saveAuthInfo_createsTheFileForItsOwnerAlone();
+    void saveAuthInfo_keepsTheModeOfAFile();
 
     void getAuthInfoCnt_countsEntriesOnly();
     void getAuthInfoCnt_isZeroBeforeLoad();
@@ -573,6 +584,33 @@ void tst_VLMC_AuthSetting::saveAuthInfo_writesWhatItLoadedAgain()
     other.saveAuthInfo(directory.pathPointer(), 10);
 
     COMPARE_BYTES(readFile(directory.file("authinfo.xml")), document);
+}
+
+void tst_VLMC_AuthSetting::saveAuthInfo_createsTheFileForItsOwnerAlone()
+{
+    TestDirectory directory;
+    VLMC_AuthSetting store;
+    store.loadAuthInfo(directory.pathPointer(), 10);
+    addHosts(store, 1);
+    const mode_t before = umask(0);
+
+    store.saveAuthInfo(directory.pathPointer(), 10);
+
+    umask(before);
+    QCOMPARE(modeOf(directory.file("authinfo.xml")), 0600);
+}
+
+void tst_VLMC_AuthSetting::saveAuthInfo_keepsTheModeOfAFile()
+{
+    TestDirectory directory;
+    writeFile(directory.file("authinfo.xml"), documentOf(""));
+    QCOMPARE(chmod(directory.localFile("authinfo.xml"), 0640), 0);
+    VLMC_AuthSetting store;
+    store.loadAuthInfo(directory.pathPointer(), 10);
+
+    store.saveAuthInfo(directory.pathPointer(), 10);
+
+    QCOMPARE(modeOf(directory.file("authinfo.xml")), 0640);
 }
 
 void tst_VLMC_AuthSetting::getAuthInfoCnt_countsEntriesOnly()
