@@ -1,7 +1,6 @@
 #include "tests/differential/Hostile.h"
 
 #include "core/NodeView_p.h"
-#include "core/VLMC_XMLSetting.h"
 
 using vlm::NodeView;
 
@@ -21,12 +20,11 @@ Hostile::Hostile(VLMC_XMLSetting &store, PlainStore &plain, Random &random, bool
       m_random(random),
       m_lends(lends),
       m_compare(compare),
-      m_holder(new VLMC_XMLNode(nullptr, 0)),
+      m_holder(m_other.createXMLRootNode()),
       m_plainHolder(new Element)
 {
+    m_plainOther.root = m_plainHolder;
 }
-
-Hostile::~Hostile() { delete m_holder; }
 
 QByteArray Hostile::act()
 {
@@ -44,9 +42,11 @@ QByteArray Hostile::act()
     }
     switch (m_random.below(18)) {
     case 0:
-    case 1:
         addForeign();
         return "add a foreign element";
+    case 1:
+        addPrepared();
+        return "add elements that have their ids already";
     case 2:
         move(child);
         return "move an entry";
@@ -153,6 +153,22 @@ void Hostile::addForeign()
     setAttributes(Child{node, element});
 }
 
+// Nothing but the adding itself tells the root of them.
+void Hostile::addPrepared()
+{
+    for (int i = m_random.below(4); i >= 0; --i) {
+        const PlainAttributes made = oneAttribute("id", QString::number(m_random.below(3)));
+        QXmlStreamAttributes set = attributesOf(made);
+        VLMC_XMLNode *const node = new VLMC_XMLNode(nullptr, 0);
+        node->setAttribute(set);
+        char atFront = char(!m_random.oneIn(4));
+        root()->addXMLNode(node, atFront);
+        const ElementPointer element(new Element);
+        element->attributes = made;
+        attach(*m_plain.root, element, atFront != 0);
+    }
+}
+
 void Hostile::move(const Child &child)
 {
     if (!belongsToRoot(child)) {
@@ -248,17 +264,48 @@ void Hostile::listElsewhere(const Child &child)
         return;
     }
     removeByAnother(child);
-    char atEnd = 0;
-    m_holder->addXMLNode(child.node, atEnd);
-    attach(*m_plainHolder, child.element, false);
+    char atFront = char(m_random.below(2));
+    m_holder->addXMLNode(child.node, atFront);
+    attach(*m_plainHolder, child.element, atFront != 0);
     QString id = textOf("id");
     m_store.setIDforChildren(id);
     m_plain.setIds();
+    if (m_random.oneIn(2)) {
+        m_other.setIDforChildren(id);
+        m_plainOther.setIds();
+    }
+    m_compare();
+    leaveEitherWay(child);
     m_compare();
     setAttributes(child);
     m_compare();
     m_holder->removeXMLNode(child.node);
     detach(*m_plainHolder, child.element);
+}
+
+// An entry that two lists hold leaves the root's, or stays.
+void Hostile::leaveEitherWay(const Child &child)
+{
+    switch (m_random.below(4)) {
+    case 0:
+        root()->removeXMLNode(child.node);
+        child.node->deleteLater();
+        detach(*m_plain.root, child.element);
+        break;
+    case 1: {
+        const int number = int(m_plain.root->children.indexOf(child.element));
+        QString id = textOf("id");
+        m_store.deleteXMLNodeByID(number, id);
+        m_plain.deleteById(number);
+        break;
+    }
+    case 2:
+        m_store.deleteAllSetting();
+        m_plain.deleteAllSetting();
+        break;
+    default:
+        break;
+    }
 }
 
 void Hostile::changeField(const Child &child)
@@ -291,10 +338,19 @@ void Hostile::lendAttributes(const Child &child)
     if (!child.element) {
         return;
     }
+    // Often of an entry whose number the root has just come to trust.
+    if (m_random.oneIn(2)) {
+        QString id = textOf("id");
+        m_store.setIDforChildren(id);
+        m_plain.setIds();
+    }
     m_lentAttributes = &child.node->getAttribute();
     m_lender = child.node;
     m_lenderNode = child.node;
     m_plainLender = child.element;
+    if (m_random.oneIn(2)) {
+        useLentAttributes();
+    }
 }
 
 void Hostile::useLentAttributes()
@@ -314,6 +370,9 @@ void Hostile::lendChildren()
 {
     m_lentChildren = &root()->getXMLNodeChildren();
     m_listLender = root();
+    if (m_random.oneIn(2)) {
+        useLentChildren();
+    }
 }
 
 // Exchanges two entries, or puts a null one among them.

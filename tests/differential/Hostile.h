@@ -4,13 +4,12 @@
 #include "tests/differential/PlainStore.h"
 
 #include "core/VLMC_XMLNode.h"
+#include "core/VLMC_XMLSetting.h"
 
 #include <QtCore/QPointer>
 #include <QtCore/QXmlStreamAttributes>
 
 #include <functional>
-
-class VLMC_XMLSetting;
 
 /// The attributes as a node takes them.
 QXmlStreamAttributes attributesOf(const PlainAttributes &attributes);
@@ -30,10 +29,13 @@ public:
     /// Some acts pass through states that must not last; compare is called in them.
     Hostile(VLMC_XMLSetting &store, PlainStore &plain, Random &random, bool lends,
             std::function<void()> compare);
-    ~Hostile();
 
     /// One act, and its name; does nothing without a root.
     QByteArray act();
+
+    /// Another document, where entries go and come from.
+    VLMC_XMLSetting &other() { return m_other; }
+    PlainStore &plainOther() { return m_plainOther; }
 
 private:
     struct Child {
@@ -48,6 +50,7 @@ private:
 
     void setAttributes(const Child &child);
     void addForeign();
+    void addPrepared();
     void move(const Child &child);
     void remove(const Child &child);
     void removeByAnother(const Child &child);
@@ -56,6 +59,7 @@ private:
     void giveBack();
     void listTwice(const Child &child);
     void listElsewhere(const Child &child);
+    void leaveEitherWay(const Child &child);
     void changeField(const Child &child);
     void dropField(const Child &child);
 
@@ -71,7 +75,8 @@ private:
     Random &m_random;
     const bool m_lends;
     const std::function<void()> m_compare;
-    // Some other parent.
+    VLMC_XMLSetting m_other;
+    PlainStore m_plainOther;
     VLMC_XMLNode *const m_holder;
     const ElementPointer m_plainHolder;
     // References that were lent earlier, and to whom they lead as long as that lives.

@@ -57,6 +57,7 @@ protected:
     void did(const QByteArray &operation);
     void agree(const Answer &store, const Answer &plain);
 
+    QString file(const char *name) const;
     /// A directory that holds files, one that has none, an empty text.
     QString anyDirectory();
     /// anyDirectory(), after a new file was put there or an old one taken away.
@@ -69,7 +70,7 @@ protected:
     /// Entries of this name between foreign ones, with fields of the given names, some missing,
     /// doubled, in another order, or out of place.
     QByteArray documentOf(const char *rootName, const char *entryName,
-                          const QList<QByteArray> &fieldNames);
+                          const QList<QByteArray> &fieldNames, int maxEntries = 10);
     /// What a field of this name may hold.
     virtual QString fieldText(const QByteArray &fieldName);
 
@@ -83,16 +84,21 @@ private:
     void readTree();
     void loadOrSave();
     void deleteAll();
-    QByteArray entryOf(const QByteArray &name, const QList<QByteArray> &fieldNames, int entries);
+    QByteArray entryOf(const QByteArray &name, const QList<QByteArray> &fieldNames,
+                       const QString &id);
     QByteArray fieldOf(const QByteArray &name);
+    QString idInFile(int index, int entries);
 
     void compare();
     void compareTrees();
-    void compareIds();
+    void compareIds(VLMC_XMLSetting &store, PlainStore &plain);
+    int idToLookUp(int entries);
     void differ(const QByteArray &what, const QByteArray &store, const QByteArray &plain);
     /// Where a node stands among the root's children.
     QByteArray placeOf(VLMC_XMLNode *node);
     QByteArray placeOf(const ElementPointer &element);
+    static QByteArray placeIn(VLMC_XMLNode *root, VLMC_XMLNode *node);
+    static QByteArray placeIn(const ElementPointer &root, const ElementPointer &element);
 
     VLMC_XMLSetting &m_store;
     PlainStore &m_plain;
