@@ -78,7 +78,7 @@ bool openDocument(QFile &file)
     if (!descriptor.isOpen()) {
         return errno == ENOENT && file.open(QIODevice::ReadOnly);
     }
-    struct stat status;
+    struct stat status = {};
     if (fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)
         || !file.open(descriptor.get(), QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
         return false;
