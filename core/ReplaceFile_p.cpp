@@ -50,7 +50,7 @@ QByteArray folderPart(const QByteArray &name) { return name.left(name.lastIndexO
 
 bool isLink(const QByteArray &name)
 {
-    struct stat status;
+    struct stat status = {};
     return lstat(name.constData(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
@@ -82,7 +82,7 @@ bool isSameFile(const struct stat &one, const struct stat &other)
 
 bool isFileAt(const QByteArray &name, const struct stat &file)
 {
-    struct stat status;
+    struct stat status = {};
     return lstat(name.constData(), &status) == 0 && isSameFile(status, file);
 }
 
@@ -96,7 +96,7 @@ bool isRefusal(int error)
 
 bool keepsOwner(int file, const struct stat &target)
 {
-    struct stat status;
+    struct stat status = {};
     if (fstat(file, &status) != 0) {
         return false;
     }
@@ -172,7 +172,7 @@ QByteArray newTemporaryName(const QByteArray &folder)
 void removeIfStale(const QByteArray &name)
 {
     const FileDescriptor file(openRetried(name, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY));
-    struct stat status;
+    struct stat status = {};
     if (file.isOpen() && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)
         && flock(file.get(), LOCK_EX | LOCK_NB) == 0 && isFileAt(name, status)) {
         unlink(name.constData());
@@ -217,7 +217,7 @@ bool vlm::ReplaceFile::open(const QString &path)
     if (!m_existing.isOpen()) {
         return errno == ENOENT && openNew();
     }
-    struct stat status;
+    struct stat status = {};
     return fstat(m_existing.get(), &status) == 0 && openExisting(status);
 }
 
@@ -276,7 +276,7 @@ bool vlm::ReplaceFile::createLocked(int mode)
     if (!m_temporary.isOpen()) {
         return false;
     }
-    struct stat status;
+    struct stat status = {};
     // A file system without locks gives another error; there no cleaner gets a lock either.
     const bool taken = flock(m_temporary.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     if (taken || fstat(m_temporary.get(), &status) != 0 || !isFileAt(name, status)) {

@@ -89,8 +89,10 @@ void VLMC_XMLNode::removeXMLNode(VLMC_XMLNode *child)
     if (!child) {
         return;
     }
-    if (child->m_parent != this) {
+    if (child->m_parent && child->m_parent != this) {
+        // Stays in its parent's list without knowing it, and may come to stand there twice.
         child->distrustNumber();
+        child->m_parent->m_childrenLent = true;
     }
     child->m_parent = nullptr;
     m_numbered = m_numbered && isLastNumbered(child);

@@ -82,7 +82,8 @@ private:
     VLM_HIDDEN void distrustNumber();
 
     char m_textType;
-    // A caller may have kept the reference to m_attributes, or to m_children, that it once got.
+    // A caller may have kept the reference to m_attributes, or to m_children, that it once got, or
+    // has otherwise made the list hold what does not point back.
     bool m_attributesLent;
     bool m_childrenLent;
     // Nothing has happened to the children and their attributes since numberChildren numbered them

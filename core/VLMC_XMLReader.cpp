@@ -14,6 +14,8 @@
 
 namespace
 {
+const int kMaxDefaulted = 4096;
+
 VLMC_XMLNode *emptyNode() { return new VLMC_XMLNode(nullptr, vlm::AtEnd); }
 
 // A document repeats a handful of element names; nodes share them.
@@ -53,6 +55,19 @@ VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent,
     return node;
 }
 
+// Characters that the start tag read last has not from itself but from a declaration.
+int defaultedBy(const QXmlStreamReader &reader)
+{
+    int defaulted = 0;
+    const QXmlStreamAttributes attributes = reader.attributes();
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        if (attribute.isDefault()) {
+            defaulted += int(attribute.qualifiedName().size() + attribute.value().size());
+        }
+    }
+    return defaulted;
+}
+
 // A name without a file, such as Qt's own ":/" ones, is Qt's to open; of the files only regular
 // ones are taken: others could block, or never end.
 bool openDocument(QFile &file)
@@ -63,7 +78,7 @@ bool openDocument(QFile &file)
     if (!descriptor.isOpen()) {
         return errno == ENOENT && file.open(QIODevice::ReadOnly);
     }
-    struct stat status;
+    struct stat status = {};
     if (fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)
         || !file.open(descriptor.get(), QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
         return false;
@@ -125,6 +140,7 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
     NamesSeen names;
     VLMC_XMLNode *const element = nodeOfStartTag(*this, parent, names);
     VLMC_XMLNode *open = element;
+    int defaulted = 0;
     while (!atEnd()) {
         const TokenType token = readNext();
         if (token == EndElement) {
@@ -136,6 +152,12 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
         }
         readText(open);
         if (token == StartElement) {
+            // One declaration would otherwise fill as much memory as there are elements.
+            defaulted += defaultedBy(*this);
+            if (defaulted > kMaxDefaulted) {
+                raiseError();
+                break;
+            }
             open = nodeOfStartTag(*this, open, names);
         }
     }

@@ -13,8 +13,8 @@ class VLMC_XMLNode;
  * each element that is more than blanks; comments, processing instructions and later texts are
  * not. A malformed document is read up to its error. One object serves one read. How deep elements
  * nest does not matter: nothing recurses. The document ends early where the entities that it
- * declares itself have come to more than 4,096 characters, and where the file ended when it was
- * opened.
+ * declares itself, or the attributes that it declares for elements without them, have come to more
+ * than 4,096 characters, and where the file ended when it was opened.
  */
 class VLM_EXPORT VLMC_XMLReader : public QXmlStreamReader
 {

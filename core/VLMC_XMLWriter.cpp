@@ -17,19 +17,24 @@ struct OpenElement {
     int nextChild;
 };
 
-// An attribute that the stream writer may take as it stands goes the usual way; one that has to be
-// cleaned keeps its prefix or namespace as there.
+// The stream writer puts the name of a namespace into its declaration without escaping it.
+QString namespaceText(const QString &name)
+{
+    QString text = vlm::xmlText(name);
+    text.replace(QLatin1Char('&'), QLatin1String("&amp;"));
+    text.replace(QLatin1Char('<'), QLatin1String("&lt;"));
+    text.replace(QLatin1Char('"'), QLatin1String("&quot;"));
+    return text;
+}
+
 void writeAttribute(QXmlStreamWriter &writer, const QXmlStreamAttribute &attribute)
 {
-    const QString name = attribute.qualifiedName().toString();
-    const QString value = attribute.value().toString();
-    if (vlm::isXmlText(value) && vlm::isXmlText(name)) {
-        writer.writeAttribute(attribute);
-    } else if (attribute.namespaceUri().isEmpty()) {
-        writer.writeAttribute(vlm::xmlText(name), vlm::xmlText(value));
+    const QString value = vlm::xmlText(attribute.value().toString());
+    if (attribute.namespaceUri().isEmpty()) {
+        writer.writeAttribute(vlm::xmlText(attribute.qualifiedName().toString()), value);
     } else {
-        writer.writeAttribute(attribute.namespaceUri().toString(),
-                              vlm::xmlText(attribute.name().toString()), vlm::xmlText(value));
+        writer.writeAttribute(namespaceText(attribute.namespaceUri().toString()),
+                              vlm::xmlText(attribute.name().toString()), value);
     }
 }
 

@@ -1,12 +1,18 @@
 // The binary interface: what a program compiled against the headers relies on without naming it.
 
+#include "bookmarks/VLMC_BookmarksSetting.h"
+#include "bookmarks/VLMC_HistorySetting.h"
+#include "cookies/VLMC_AuthSetting.h"
+#include "cookies/VLMC_CookieSetting.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLSetting.h"
 #include "core/VLMC_XMLWriter.h"
+#include "fonts/VLMC_FontListSetting.h"
 #include "tests/support/Files.h"
 #include "tests/support/Nodes.h"
 
+#include <cstddef>
 #include <cstring>
 #include <dlfcn.h>
 #include <link.h>
@@ -26,6 +32,8 @@ private slots:
     void xmlNode_fieldsStandInOrder();
     void xmlNode_addsNoSlot();
     void readerAndWriter_addNoFields();
+    void records_fieldsStandInOrder();
+    void stores_addTheirFieldsBehindTheRoot();
 };
 
 namespace
@@ -201,6 +209,54 @@ void tst_Layout::readerAndWriter_addNoFields()
     QCOMPARE(sizeof(VLMC_XMLWriter), sizeof(QXmlStreamWriter));
     QVERIFY(!std::is_polymorphic<VLMC_XMLReader>::value);
     QVERIFY(!std::is_polymorphic<VLMC_XMLWriter>::value);
+}
+
+void tst_Layout::records_fieldsStandInOrder()
+{
+    const size_t text = sizeof(QString);
+    QCOMPARE(offsetof(VLMS_Bookmark, title), size_t(0));
+    QCOMPARE(offsetof(VLMS_Bookmark, url), text);
+    QCOMPARE(offsetof(VLMS_Bookmark, thumbnailPath), 2 * text);
+    QCOMPARE(sizeof(VLMS_Bookmark), 3 * text);
+
+    QCOMPARE(offsetof(VLMS_History, title), size_t(0));
+    QCOMPARE(offsetof(VLMS_History, url), text);
+    QCOMPARE(offsetof(VLMS_History, dateTime), 2 * text);
+    QCOMPARE(sizeof(VLMS_History), 2 * text + sizeof(QDateTime));
+
+    QCOMPARE(offsetof(VLMS_CookieInfo, website), size_t(0));
+    QCOMPARE(offsetof(VLMS_CookieInfo, name), text);
+    QCOMPARE(offsetof(VLMS_CookieInfo, path), 2 * text);
+    QCOMPARE(offsetof(VLMS_CookieInfo, secure), 3 * text);
+    QCOMPARE(offsetof(VLMS_CookieInfo, expires), 4 * text);
+    QCOMPARE(offsetof(VLMS_CookieInfo, contents), 5 * text);
+    QCOMPARE(sizeof(VLMS_CookieInfo), 6 * text);
+
+    QCOMPARE(offsetof(VLMS_AuthInfo, hostName), size_t(0));
+    QCOMPARE(offsetof(VLMS_AuthInfo, portNum), text);
+    QCOMPARE(offsetof(VLMS_AuthInfo, authType), 2 * text);
+    QCOMPARE(sizeof(VLMS_AuthInfo::authType), size_t(1));
+    const size_t user = alignedBehind(2 * text + 1, alignof(QByteArray));
+    QCOMPARE(offsetof(VLMS_AuthInfo, user), user);
+    QCOMPARE(offsetof(VLMS_AuthInfo, passwd), user + sizeof(QByteArray));
+    QCOMPARE(sizeof(VLMS_AuthInfo), user + 2 * sizeof(QByteArray));
+}
+
+void tst_Layout::stores_addTheirFieldsBehindTheRoot()
+{
+    const size_t withMax = alignedBehind(sizeof(VLMC_XMLSetting) + 4, alignof(void *));
+    QCOMPARE(sizeof(VLMC_FontListSetting), sizeof(VLMC_XMLSetting));
+    QCOMPARE(sizeof(VLMC_BookmarksSetting), withMax);
+    QCOMPARE(sizeof(VLMC_HistorySetting), withMax);
+    QCOMPARE(sizeof(VLMC_CookieSetting), withMax);
+    QCOMPARE(sizeof(VLMC_AuthSetting), withMax);
+
+    TestDirectory directory;
+    VLMC_AuthSetting store;
+    store.loadAuthInfo(directory.pathPointer(), 0x01020304);
+    qint32 max = 0;
+    memcpy(&max, reinterpret_cast<const char *>(&store) + sizeof(VLMC_XMLSetting), sizeof max);
+    QCOMPARE(max, 0x01020304);
 }
 
 QTEST_GUILESS_MAIN(tst_Layout)

@@ -171,6 +171,9 @@ private slots:
     void read_boundsReferencesInOtherEncodings();
     void read_expandsSmallEntities();
     void read_countsEntitiesToTheBound();
+    void read_boundsDefaultAttributes_data();
+    void read_boundsDefaultAttributes();
+    void read_countsDefaultAttributesToTheBound();
     void read_takesDeclarationInTextAsText();
     void read_doesNotRecurse();
     void write_doesNotRecurse();
@@ -377,6 +380,38 @@ void tst_HostileFiles::read_expandsSmallEntities()
     VLMC_XMLNode *const node = root->getXMLNodeChildren().at(1);
     QCOMPARE(node->getText(), utf8("one two & A"));
     QCOMPARE(node->getAttribute().value(utf8("x")).toString(), utf8("one"));
+}
+
+void tst_HostileFiles::read_boundsDefaultAttributes_data()
+{
+    QTest::addColumn<QByteArray>("attributes");
+
+    QTest::newRow("a long value") << "a CDATA \"" + QByteArray(20000, 'v') + '"';
+    QByteArray many;
+    for (int i = 0; i < 2000; ++i) {
+        many += " a" + QByteArray::number(i) + " CDATA \"v\"";
+    }
+    QTest::newRow("many short ones") << many;
+}
+
+void tst_HostileFiles::read_boundsDefaultAttributes()
+{
+    QFETCH(QByteArray, attributes);
+    const Tree root = readBytes("<!DOCTYPE r [<!ATTLIST e " + attributes
+                                + ">]><r><first>kept</first>" + repeated("<e/>", 5000) + "</r>");
+    QCOMPARE(root->getName(), utf8("r"));
+    QCOMPARE(root->getXMLNodeChildren().size(), 1);
+    QCOMPARE(root->getXMLNodeChildren().first()->getText(), utf8("kept"));
+}
+
+// Those that an element has itself do not count.
+void tst_HostileFiles::read_countsDefaultAttributesToTheBound()
+{
+    const QByteArray start = "<!DOCTYPE r [<!ATTLIST e a CDATA \"" + QByteArray(1023, 'v')
+                             + "\">]><r>" + repeated("<e a=\"" + QByteArray(2000, 'o') + "\"/>", 9)
+                             + repeated("<e/>", 4);
+    QCOMPARE(readBytes(start + "<j/></r>")->getXMLNodeChildren().size(), 14);
+    QCOMPARE(readBytes(start + "<e/><j/></r>")->getXMLNodeChildren().size(), 13);
 }
 
 void tst_HostileFiles::read_countsEntitiesToTheBound()

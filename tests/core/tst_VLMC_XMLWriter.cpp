@@ -24,6 +24,7 @@ private slots:
     void writeDevice_writesTextBeforeChildren();
     void writeDevice_writesAttributes();
     void writeDevice_keepsPrefixesOfCleanedAttributes();
+    void writeDevice_escapesNamespaces();
     void writeDevice_leavesTheTreeAlone();
     void writeDevice_refusesNullRoot();
     void writeDevice_stopsAtANullChild_data();
@@ -160,6 +161,16 @@ void tst_VLMC_XMLWriter::writeDevice_keepsPrefixesOfCleanedAttributes()
                  "a\x01"
                  "b");
     COMPARE_BYTES(written(root.data()), QByteArray(kDeclaration) + "<r p:q=\"ab\"/>\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_escapesNamespaces()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    root->getAttribute().append(QString::fromLatin1("a&b<c>d\"e'f"), QString::fromLatin1("x"),
+                                QString::fromLatin1("1"));
+    const QByteArray document =
+        QByteArray(kDeclaration) + "<r xmlns:n1=\"a&amp;b&lt;c>d&quot;e'f\" n1:x=\"1\"/>\n";
+    COMPARE_BYTES(written(root.data()), document);
 }
 
 void tst_VLMC_XMLWriter::writeDevice_leavesTheTreeAlone()
