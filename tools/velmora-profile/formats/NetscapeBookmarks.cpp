@@ -149,6 +149,25 @@ const char *encodingOf(const QByteArray &content)
     const bool isUtf8 = QString::fromUtf8(content).toUtf8() == content;
     return !named && isUtf8 ? "UTF-8" : nullptr;
 }
+
+// List items that are left open stand one in the other, so a long list is a deep one.
+htmlDocPtr parsed(const QByteArray &content)
+{
+    const char *const encoding = encodingOf(content);
+    htmlParserCtxtPtr const parser = htmlCreatePushParserCtxt(
+        nullptr, nullptr, nullptr, 0, nullptr,
+        encoding ? xmlParseCharEncoding(encoding) : XML_CHAR_ENCODING_NONE);
+    if (!parser) {
+        return nullptr;
+    }
+    htmlCtxtUseOptions(parser, HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING
+                                   | HTML_PARSE_NONET);
+    parser->options |= XML_PARSE_HUGE;
+    htmlParseChunk(parser, content.constData(), int(content.size()), 1);
+    htmlDocPtr const document = parser->myDoc;
+    htmlFreeParserCtxt(parser);
+    return document;
+}
 } // namespace
 
 bool profile::looksLikeNetscape(const QByteArray &content)
@@ -162,9 +181,7 @@ profile::BookmarkImport profile::readNetscape(const QByteArray &content)
 {
     BookmarkImport import;
     import.format = text("Netscape HTML");
-    htmlDocPtr const document = htmlReadMemory(
-        content.constData(), int(content.size()), nullptr, encodingOf(content),
-        HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET);
+    htmlDocPtr const document = parsed(content);
     if (!document) {
         import.error = text("it cannot be read as HTML");
         return import;
