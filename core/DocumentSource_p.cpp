@@ -29,6 +29,7 @@ public:
     }
 
     // In characters; what is too much or nested too deeply gives kTooMuch.
+    // NOLINTNEXTLINE(misc-no-recursion): not deeper than kMaxNesting
     int size(const QString &name, int nesting = 0)
     {
         if (m_sizes.contains(name)) {
@@ -40,6 +41,7 @@ public:
     }
 
 private:
+    // NOLINTNEXTLINE(misc-no-recursion): not deeper than kMaxNesting
     int sizeOfValue(const QString &name, int nesting)
     {
         const QString value = m_values.value(name);

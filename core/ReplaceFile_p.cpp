@@ -291,9 +291,7 @@ bool vlm::ReplaceFile::createLocked(int mode)
 bool vlm::ReplaceFile::commit(const QByteArray &content)
 {
     if (m_temporaryName.isEmpty()) {
-        const bool inPlace = m_existing.isOpen();
-        writeInPlace(content);
-        return inPlace;
+        return writeInPlace(content);
     }
     if (!writeTemporary(content) || !closeTemporary()) {
         removeTemporary();
@@ -302,7 +300,7 @@ bool vlm::ReplaceFile::commit(const QByteArray &content)
     if (rename(m_temporaryName.constData(), m_target.constData()) != 0) {
         const bool mountPoint = errno == EBUSY && m_existing.isOpen();
         removeTemporary();
-        return mountPoint && commit(content);
+        return mountPoint && writeInPlace(content);
     }
     m_temporaryName.clear();
     return syncFolder();
@@ -332,15 +330,17 @@ bool vlm::ReplaceFile::syncFolder() const
     return retried([&] { return fsync(folder.get()); }) == 0 || errno == EINVAL;
 }
 
-void vlm::ReplaceFile::writeInPlace(const QByteArray &content)
+// False only when there is no file to write to: what goes wrong while writing is not noticed.
+bool vlm::ReplaceFile::writeInPlace(const QByteArray &content)
 {
     if (!m_existing.isOpen()) {
-        return;
+        return false;
     }
     // Only a regular file can be emptied; for others this fails and does not matter.
     const bool emptied = retried([&] { return ftruncate(m_existing.get(), 0); }) == 0;
     Q_UNUSED(emptied)
     writeAll(m_existing.get(), content);
+    return true;
 }
 
 void vlm::ReplaceFile::removeTemporary()

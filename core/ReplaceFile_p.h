@@ -45,7 +45,7 @@ private:
     bool writeTemporary(const QByteArray &content);
     bool closeTemporary();
     bool syncFolder() const;
-    void writeInPlace(const QByteArray &content);
+    bool writeInPlace(const QByteArray &content);
     void removeTemporary();
 
     QByteArray m_target;

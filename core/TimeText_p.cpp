@@ -53,7 +53,7 @@ bool isStraight(const QDate &date)
 {
     const QDateTime start(date, QTime(0, 0));
     const QDateTime end(date.addDays(1), QTime(0, 0));
-    const qint64 secondsOfDay = 24 * 60 * 60;
+    const qint64 secondsOfDay = qint64(24) * 60 * 60;
     return start.isValid() && end.isValid() && start.secsTo(end) == secondsOfDay;
 }
 
