@@ -44,4 +44,4 @@ build() {
 }
 
 # What a build with Qt 5.15 needs.
-build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libfontconfig-dev)
+build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libfontconfig-dev libxml2-dev)

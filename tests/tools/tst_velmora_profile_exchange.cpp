@@ -1,0 +1,300 @@
+// What velmora-profile takes from other programs' files and gives to them: the limits of the
+// profile are the tool's, the formats have tests of their own.
+
+#include "tests/tools/Tool.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+
+class tst_velmora_profile_exchange : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void bookmarks_comeBackAsTheyWere_data();
+    void bookmarks_comeBackAsTheyWere();
+    void bookmarks_areAppended();
+    void bookmarks_leaveTheirFolders();
+    void bookmarks_overALimitAreListed();
+    void bookmarks_behindThe999thAreListed();
+    void bookmarks_changeNothingOnADryRun();
+    void bookmarks_areRefusedFromOtherFiles();
+    void bookmarks_comeFromStandardInput();
+    void history_isExported();
+    void cookies_comeBackAsTheyWere();
+    void cookies_replaceTheirNamesakes();
+    void cookies_thatTheIniCannotHoldAreListed();
+    void exports_refuseDamage_data();
+    void exports_refuseDamage();
+    void exports_arePrivateWhereTheyHoldSessions();
+    void files_thatCannotBeReadOrWritten_data();
+    void files_thatCannotBeReadOrWritten();
+};
+
+namespace
+{
+// A text of all kinds of characters that both XML and HTML carry.
+QString anyText(int seed)
+{
+    const uint planes[] = {0x20, 0x21, 0xa1, 0x3041, 0xac00, 0x1f600, 0x20000};
+    QString all = QString::number(seed);
+    for (int i = 0; i < 8; ++i) {
+        const uint code = planes[(seed + i) % 7] + uint((seed * 31 + i * 7) % 64);
+        const char32_t character = code == 0x7f ? U'x' : char32_t(code);
+        all += QString::fromUcs4(&character, 1);
+    }
+    return all + QLatin1Char('.');
+}
+
+QByteArray xbel(const QByteArray &content)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE xbel>\n<xbel version=\"1.0\">\n"
+           + content + "</xbel>\n";
+}
+
+QByteArray xbelBookmark(const QByteArray &url, const QByteArray &title)
+{
+    return "<bookmark href=\"" + url + "\"><title>" + title + "</title></bookmark>\n";
+}
+} // namespace
+
+void tst_velmora_profile_exchange::bookmarks_comeBackAsTheyWere_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::newRow("netscape") << QByteArray("netscape");
+    QTest::newRow("xbel") << QByteArray("xbel");
+}
+
+void tst_velmora_profile_exchange::bookmarks_comeBackAsTheyWere()
+{
+    QFETCH(QByteArray, format);
+    const TestDirectory one;
+    const TestDirectory other;
+    QByteArray entries;
+    for (int i = 0; i < 999; ++i) {
+        entries += "<bookmark><href>http://x/?" + QByteArray::number(i) + "&amp;b</href><title>"
+                   + anyText(i).toHtmlEscaped().toUtf8() + "</title><thumbnail/></bookmark>\n";
+    }
+    writeFile(one.file("bookmark.xml"), "<bookmarks>" + entries + "</bookmarks>");
+    const QByteArray path = one.file("exported").toUtf8();
+    COMPARE_RUN(runTool(one, ("bookmarks export % " + path + " --format " + format).constData()), 0,
+                "", "");
+
+    const ToolRun run = runTool(other, ("bookmarks import % " + path + " --strict").constData());
+
+    COMPARE_BYTES(run.errors, "");
+    QVERIFY2(run.output.contains(": 999 bookmarks were added, 0 losses\n"), run.output.constData());
+    COMPARE_BYTES(runTool(other, "bookmarks list % --json").output,
+                  runTool(one, "bookmarks list % --json").output);
+}
+
+void tst_velmora_profile_exchange::bookmarks_areAppended()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("in"), xbel(xbelBookmark("http://c/", "C")));
+    COMPARE_RUN(runTool(directory, "bookmarks import % %in"), 0,
+                "XBEL: 1 bookmark was added, 0 losses\n", "");
+    QVERIFY(runTool(directory, "bookmarks list %").output.contains("\n2   C "));
+    QVERIFY(readFile(directory.file("bookmark.xml")).contains("<thumbnail>000001.PNG</thumbnail>"));
+}
+
+void tst_velmora_profile_exchange::bookmarks_leaveTheirFolders()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("in"), xbel("<folder><title>Outer</title><folder><title>Inner</title>"
+                                         + xbelBookmark("http://c/", "C") + "</folder></folder>"));
+    const QByteArray lost = "velmora-profile: lost: C: its folder Outer / Inner\n";
+    COMPARE_RUN(runTool(directory, "bookmarks import % %in --strict"), 2, "",
+                lost
+                    + "velmora-profile: 1 loss, and --strict was asked for; nothing was changed\n");
+    QVERIFY(!exists(directory.file("bookmark.xml")));
+    COMPARE_RUN(runTool(directory, "bookmarks import % %in"), 0,
+                "XBEL: 1 bookmark was added, 1 loss\n", lost);
+}
+
+void tst_velmora_profile_exchange::bookmarks_overALimitAreListed()
+{
+    const TestDirectory directory;
+    const QByteArray url = "http://x/" + QByteArray(247, 'u');
+    const QByteArray title(100, 't');
+    writeFile(directory.file("in"),
+              xbel(xbelBookmark(url, "fits") + xbelBookmark(url + "u", "long")
+                   + xbelBookmark("http://1/", title) + xbelBookmark("http://2/", title + "t")));
+    const ToolRun run = runTool(directory, "bookmarks import % %in --json");
+    QCOMPARE(run.status, 0);
+    const QJsonObject object = jsonOf(run).object();
+    QCOMPARE(object.value(utf8("added")).toInt(), 3);
+    const QJsonArray losses = object.value(utf8("losses")).toArray();
+    QCOMPARE(losses.size(), 2);
+    QCOMPARE(losses.at(0).toObject().value(utf8("reason")).toString(),
+             utf8("its URL has 257 bytes, over the limit of 256"));
+    QCOMPARE(losses.at(1).toObject().value(utf8("reason")).toString(),
+             utf8("its title of 101 bytes is cut to 100"));
+    QVERIFY(readFile(directory.file("bookmark.xml")).contains("<title>" + title + "</title>"));
+}
+
+void tst_velmora_profile_exchange::bookmarks_behindThe999thAreListed()
+{
+    const TestDirectory directory;
+    QByteArray content;
+    for (int i = 0; i < 10000; ++i) {
+        content +=
+            xbelBookmark("http://x/" + QByteArray::number(i), anyText(i).toHtmlEscaped().toUtf8());
+    }
+    writeFile(directory.file("in"), xbel(content));
+    const ToolRun run = runTool(directory, "bookmarks import % %in");
+    QCOMPARE(run.status, 0);
+    COMPARE_BYTES(run.output, "XBEL: 999 bookmarks were added, 9001 losses\n");
+    QCOMPARE(run.errors.count("the list is full with 999\n"), 9001);
+    QCOMPARE(jsonOf(runTool(directory, "bookmarks list % --json")).array().size(), 999);
+}
+
+void tst_velmora_profile_exchange::bookmarks_changeNothingOnADryRun()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("in"), xbel(xbelBookmark("http://c/", "C")));
+    const QByteArray before = contentsOf(directory.path());
+    COMPARE_RUN(runTool(directory, "bookmarks import % %in --dry-run"), 0,
+                "XBEL: 1 bookmark would be added, 0 losses\n", "");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile_exchange::bookmarks_areRefusedFromOtherFiles()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("in"), "just a text\n");
+    const QByteArray before = contentsOf(directory.path());
+    const ToolRun run = runTool(directory, "bookmarks import % %in");
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.errors.endsWith("; nothing was changed\n") && run.errors.count('\n') == 1,
+             run.errors.constData());
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile_exchange::bookmarks_comeFromStandardInput()
+{
+    const TestDirectory directory;
+    COMPARE_RUN(runTool(directory, "bookmarks import % -", xbel(xbelBookmark("http://c/", "C"))), 0,
+                "XBEL: 1 bookmark was added, 0 losses\n", "");
+}
+
+void tst_velmora_profile_exchange::history_isExported()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const ToolRun csv = runTool(directory, "history export % -");
+    QCOMPARE(csv.status, 0);
+    QVERIFY(csv.output.indexOf("http://b.example/") < csv.output.indexOf("http://a.example/"));
+    QVERIFY(csv.output.contains("2026/01/01 09:05"));
+    const QJsonDocument json = jsonOf(runTool(directory, "history export % - --format json"));
+    QVERIFY(json.toJson().contains("http://a.example/"));
+}
+
+void tst_velmora_profile_exchange::cookies_comeBackAsTheyWere()
+{
+    const TestDirectory one;
+    const TestDirectory other;
+    writeGoodProfile(one);
+    const QByteArray path = one.file("cookies.txt").toUtf8();
+    COMPARE_RUN(runTool(one, "cookies export % %cookies.txt"), 0, "", "");
+    COMPARE_RUN(runTool(other, ("cookies import % " + path + " --strict").constData()), 0,
+                "cookies.txt: 2 cookies were added, 0 losses\n", "");
+    COMPARE_BYTES(runTool(other, "cookies list %").output, runTool(one, "cookies list %").output);
+    QVERIFY(!QFileInfo(other.file("cookie.ini")).permission(QFile::ReadOther));
+}
+
+void tst_velmora_profile_exchange::cookies_replaceTheirNamesakes()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("in"), "# Netscape HTTP Cookie File\n"
+                                    "b.example\tFALSE\t/docs\tFALSE\t0\tlang\tja\n"
+                                    "c.example\tFALSE\t/\tFALSE\t0\tnew\t1\n");
+    COMPARE_RUN(runTool(directory, "cookies import % %in --dry-run"), 0,
+                "cookies.txt: 2 cookies would be added, 0 losses\n", "");
+    QVERIFY(runTool(directory, "cookies list %").output.contains("  en\n"));
+    COMPARE_RUN(runTool(directory, "cookies import % %in"), 0,
+                "cookies.txt: 2 cookies were added, 0 losses\n", "");
+    COMPARE_RUN(runTool(directory, "cookies list %"), 0,
+                "Site        Name  Path   Secure  HttpOnly  Expires  Value\n"
+                ".a.example  sid   /      yes     yes       session  abc\n"
+                "b.example   lang  /docs  no      no        session  ja\n"
+                "c.example   new   /      no      no        session  1\n",
+                "");
+}
+
+void tst_velmora_profile_exchange::cookies_thatTheIniCannotHoldAreListed()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("in"), "# Netscape HTTP Cookie File\n"
+                                    "b.example\tFALSE\t/\tFALSE\t0\tgood\t1\n"
+                                    "b.example\tFALSE\t/\tFALSE\t0\tbad\ta;b\n");
+    const ToolRun run = runTool(directory, "cookies import % %in --json");
+    QCOMPARE(run.status, 0);
+    QCOMPARE(jsonOf(run).object().value(utf8("added")).toInt(), 1);
+    QCOMPARE(jsonOf(run).object().value(utf8("losses")).toArray().size(), 1);
+    QCOMPARE(jsonOf(runTool(directory, "cookies list % --json")).array().size(), 1);
+    QCOMPARE(runTool(directory, "cookies import % %in --strict").status, 2);
+}
+
+void tst_velmora_profile_exchange::exports_refuseDamage_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("command");
+    QTest::newRow("bookmarks") << QByteArray("bookmark.xml")
+                               << QByteArray("bookmarks export % %out");
+    QTest::newRow("history") << QByteArray("visit.xml") << QByteArray("history export % %out");
+    QTest::newRow("cookies") << QByteArray("cookie.ini") << QByteArray("cookies export % %out");
+}
+
+void tst_velmora_profile_exchange::exports_refuseDamage()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeFile(directory.file(file.constData()),
+              file.endsWith("ini") ? "[Cookie]\ncookies=@ByteArray(\\0\\0\\0\\x3)\n" : "<a><b>");
+    const ToolRun run = runTool(directory, command.constData());
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.errors.contains("damaged") && run.errors.count('\n') == 1, run.errors.constData());
+    QVERIFY(!exists(directory.file("out")));
+}
+
+void tst_velmora_profile_exchange::exports_arePrivateWhereTheyHoldSessions()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    QCOMPARE(runTool(directory, "cookies export % %out").status, 0);
+    QVERIFY(!QFileInfo(directory.file("out")).permission(QFile::ReadGroup));
+}
+
+void tst_velmora_profile_exchange::files_thatCannotBeReadOrWritten_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    for (const char *const command : {"bookmarks import % %none/in", "cookies import % %none/in",
+                                      "bookmarks export % %none/out", "history export % %none/out",
+                                      "cookies export % %none/out", "thumbnails pack % %none/out",
+                                      "thumbnails unpack % %none/in"}) {
+        QTest::newRow(command) << QByteArray(command);
+    }
+}
+
+void tst_velmora_profile_exchange::files_thatCannotBeReadOrWritten()
+{
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    const ToolRun run = runTool(directory, command.constData());
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.errors.startsWith("velmora-profile: '" + directory.path().toUtf8() + "none/")
+                 && run.errors.count('\n') == 1,
+             run.errors.constData());
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+QTEST_GUILESS_MAIN(tst_velmora_profile_exchange)
+#include "tst_velmora_profile_exchange.moc"

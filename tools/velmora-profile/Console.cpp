@@ -1,0 +1,164 @@
+#include "tools/velmora-profile/Console.h"
+
+#include <csignal>
+#include <cstdio>
+#include <termios.h>
+#include <unistd.h>
+
+namespace
+{
+const qint64 kQuietMilliseconds = 1000;
+const qint64 kMillisecondsBetweenSteps = 100;
+
+const char kControlPictures[] = "\xe2\x90\x80"; // U+2400, the picture of NUL; the others follow it
+
+// Direction overrides and isolates let a text rearrange the line that it stands in.
+bool turnsDirection(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
+}
+
+bool isControl(QChar character)
+{
+    const ushort code = character.unicode();
+    return code < 0x20 || (code >= 0x7f && code < 0xa0) || code == 0x2028 || code == 0x2029;
+}
+
+sigset_t interruptions()
+{
+    sigset_t signalSet;
+    sigemptyset(&signalSet);
+    sigaddset(&signalSet, SIGINT);
+    sigaddset(&signalSet, SIGTERM);
+    sigaddset(&signalSet, SIGHUP);
+    return signalSet;
+}
+
+// Switches a terminal's echo off while it lives.
+class WithoutEcho
+{
+public:
+    WithoutEcho() : m_before(), m_terminal(tcgetattr(STDIN_FILENO, &m_before) == 0)
+    {
+        if (m_terminal) {
+            termios silent = m_before;
+            silent.c_lflag &= ~tcflag_t(ECHO);
+            tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+        }
+    }
+    ~WithoutEcho()
+    {
+        if (m_terminal) {
+            tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
+            fputc('\n', stderr);
+        }
+    }
+    WithoutEcho(const WithoutEcho &) = delete;
+    WithoutEcho &operator=(const WithoutEcho &) = delete;
+
+private:
+    termios m_before;
+    bool m_terminal;
+};
+} // namespace
+
+QString profile::text(const char *utf8) { return QString::fromUtf8(utf8); }
+
+QString profile::counted(qint64 count, const char *one, const char *many)
+{
+    return text("%1 %2").arg(count).arg(text(count == 1 ? one : many));
+}
+
+QString profile::printable(const QString &untrusted)
+{
+    QString line = untrusted;
+    const ushort pictures = text(kControlPictures).at(0).unicode();
+    for (int i = 0; i < line.size(); ++i) {
+        const QChar character = line.at(i);
+        if (turnsDirection(character)) {
+            line[i] = QChar(QChar::ReplacementCharacter);
+        } else if (isControl(character)) {
+            const ushort code = character.unicode();
+            line[i] =
+                code < 0x20 ? QChar(ushort(pictures + code)) : QChar(QChar::ReplacementCharacter);
+        }
+    }
+    return line;
+}
+
+void profile::sayBytes(const QByteArray &bytes)
+{
+    fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
+}
+
+void profile::say(const QString &line) { sayBytes(line.toUtf8() + '\n'); }
+
+void profile::warn(const QString &line)
+{
+    fflush(stdout);
+    fprintf(stderr, "velmora-profile: %s\n", printable(line).toUtf8().constData());
+}
+
+int profile::fail(const QString &line)
+{
+    warn(line);
+    return Failed;
+}
+
+QByteArray profile::readSecret(const char *prompt)
+{
+    const bool asks = isatty(STDIN_FILENO) != 0;
+    if (asks) {
+        fprintf(stderr, "%s: ", prompt);
+    }
+    const Uninterrupted uninterrupted;
+    const WithoutEcho silence;
+    QByteArray secret;
+    int byte = 0;
+    while ((byte = fgetc(stdin)) != EOF && byte != '\n') {
+        secret.append(char(byte));
+    }
+    return secret;
+}
+
+profile::Progress::Progress(const char *what, qint64 total)
+    : m_what(what),
+      m_total(total),
+      m_done(0),
+      m_shownAt(kQuietMilliseconds),
+      m_visible(isatty(STDERR_FILENO) != 0)
+{
+    m_timer.start();
+}
+
+profile::Progress::~Progress()
+{
+    if (m_visible && m_shownAt > kQuietMilliseconds) {
+        fputs("\r\033[K", stderr);
+    }
+}
+
+void profile::Progress::step()
+{
+    ++m_done;
+    if (!m_visible || m_timer.elapsed() < m_shownAt) {
+        return;
+    }
+    m_shownAt = m_timer.elapsed() + kMillisecondsBetweenSteps;
+    fprintf(stderr, "\r%s %lld of %lld\033[K", m_what, static_cast<long long>(m_done),
+            static_cast<long long>(m_total));
+    fflush(stderr);
+}
+
+profile::Uninterrupted::Uninterrupted()
+{
+    const sigset_t waiting = interruptions();
+    sigprocmask(SIG_BLOCK, &waiting, nullptr);
+}
+
+profile::Uninterrupted::~Uninterrupted()
+{
+    const sigset_t waiting = interruptions();
+    sigprocmask(SIG_UNBLOCK, &waiting, nullptr);
+}

@@ -1,0 +1,68 @@
+#ifndef CONSOLE_H
+#define CONSOLE_H
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QString>
+
+// What the tool says. Output is UTF-8 whatever the locale is.
+namespace profile
+{
+enum ExitStatus {
+    Done = 0,
+    Differs = 1, // findings, differences, nothing found
+    Failed = 2   // usage, or a file that cannot be read or written
+};
+
+QString text(const char *utf8);
+
+// "1 entry", "3 entries".
+QString counted(qint64 count, const char *one, const char *many);
+
+// A text from a profile or a file, on one line and without characters that steer a terminal.
+QString printable(const QString &untrusted);
+
+// One line on standard output.
+void say(const QString &line);
+void sayBytes(const QByteArray &bytes);
+
+// One line on standard error, behind the tool's name.
+void warn(const QString &line);
+
+// warn(), and the exit status for it: return fail(...).
+int fail(const QString &line);
+
+// A password from standard input: its first line. A terminal is asked without echo.
+QByteArray readSecret(const char *prompt);
+
+// How far long work has come, on a terminal only and from the second second on.
+class Progress
+{
+public:
+    Progress(const char *what, qint64 total);
+    ~Progress();
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
+
+    void step();
+
+private:
+    const char *m_what;
+    qint64 m_total;
+    qint64 m_done;
+    qint64 m_shownAt;
+    bool m_visible;
+    QElapsedTimer m_timer;
+};
+
+// While one lives, Ctrl-C and its like wait: a file that is being written is finished first.
+class Uninterrupted
+{
+public:
+    Uninterrupted();
+    ~Uninterrupted();
+    Uninterrupted(const Uninterrupted &) = delete;
+    Uninterrupted &operator=(const Uninterrupted &) = delete;
+};
+} // namespace profile
+
+#endif

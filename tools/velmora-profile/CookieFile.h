@@ -1,0 +1,36 @@
+#ifndef COOKIEFILE_H
+#define COOKIEFILE_H
+
+#include "tools/velmora-profile/Document.h"
+
+#include <QtNetwork/QNetworkCookie>
+
+namespace profile
+{
+const char kCookieIni[] = "cookie.ini";
+
+// The engine's cookie.ini.
+struct CookieFile {
+    Document::State state;
+    QString damage; // of a damaged file
+    QList<QNetworkCookie> cookies;
+};
+
+// The file in the directory, which ends with "/".
+CookieFile readCookieFile(const QString &directory);
+
+// Files that this process creates while one lives are their owner's alone.
+class OwnerOnly
+{
+public:
+    OwnerOnly();
+    ~OwnerOnly();
+    OwnerOnly(const OwnerOnly &) = delete;
+    OwnerOnly &operator=(const OwnerOnly &) = delete;
+
+private:
+    unsigned int m_before;
+};
+} // namespace profile
+
+#endif

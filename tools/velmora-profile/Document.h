@@ -1,0 +1,117 @@
+#ifndef DOCUMENT_H
+#define DOCUMENT_H
+
+#include "core/VLMC_XMLNode.h"
+
+#include <QtCore/QList>
+#include <QtCore/QScopedPointer>
+#include <QtCore/QString>
+
+// The documents of a profile as they stand in their files, without a store in between: stores hide
+// what is over a limit, complete, sort and renumber.
+namespace profile
+{
+// Entries that the library numbers; it cannot reach those behind them.
+const int kMaxEntries = 999;
+
+// The folder of the running command, for the stores.
+const char kHere[] = "./";
+const char kThumbnailFolder[] = "thumbnail/";
+
+enum DocumentKind {
+    CommonPreferences,
+    UserPreferences,
+    Bookmarks,
+    History,
+    Credentials,
+    Fonts,
+    CookieDocument
+};
+
+struct DocumentType {
+    DocumentKind kind;
+    const char *fileName;
+    const char *rootName;
+    const char *entryName; // null: a document of groups, not of entries
+};
+
+QList<DocumentType> documentTypes();
+DocumentType documentType(DocumentKind kind);
+
+struct Damage {
+    qint64 line;
+    qint64 column;
+    QString reason;
+    int entriesBefore; // whole ones
+};
+
+class Document
+{
+public:
+    enum State { Missing, Unreadable, Empty, Damaged, Whole };
+
+    // Reads the document in the directory, which ends with "/".
+    Document(DocumentKind kind, const QString &directory);
+    // Reads it from a file of another name.
+    Document(const DocumentType &type, const QString &path);
+    Document(const Document &) = delete;
+    Document &operator=(const Document &) = delete;
+
+    const DocumentType &type() const;
+    QString path() const;
+    State state() const;
+    const Damage &damage() const;
+    QByteArray content() const;
+    QString rootName() const;
+    // The root's whole children: those before the damage in a damaged document. They are this
+    // object's.
+    QList<VLMC_XMLNode *> children() const;
+    // Those of them that carry the name of an entry, or all preferences in their groups.
+    QList<VLMC_XMLNode *> entries() const;
+
+private:
+    void read();
+    void parse();
+
+    DocumentType m_type;
+    QString m_path;
+    State m_state;
+    Damage m_damage;
+    QByteArray m_content;
+    QScopedPointer<VLMC_XMLNode> m_root;
+};
+
+QString stateName(Document::State state);
+
+// "damaged at line 3, column 7: Expected ..., 2 entries before it".
+QString damageText(const Damage &damage);
+
+// The element of this name in an entry, or null, and its text.
+VLMC_XMLNode *fieldOf(VLMC_XMLNode *entry, const char *name);
+QString fieldText(VLMC_XMLNode *entry, const char *name);
+QString idOf(VLMC_XMLNode *entry);
+
+// Bytes of a text's UTF-8 form, by which all limits count.
+int utf8Bytes(const QString &text);
+
+// The file name at the end of a thumbnail path; empty when the path names none.
+QString thumbnailName(const QString &path);
+
+// Refuses to write over a document that a store cannot hold whole: says so and gives the exit
+// status for it, Done when it can be written.
+int refuseToRewrite(const Document &document);
+
+// Refuses to take a document for all of it that has more in its file: Failed for one that is
+// damaged or cannot be read, and said so.
+int refuseToRead(const Document &document);
+
+// Says that a document is damaged, if it is, so that nobody takes what stands before the damage for
+// all.
+void warnOfDamage(const Document &document);
+
+// Whether the file holds so many entries after a save; otherwise says so. The library's saves
+// report nothing.
+bool isSaved(DocumentKind kind, int entries);
+} // namespace profile
+
+#endif

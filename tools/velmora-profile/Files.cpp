@@ -1,0 +1,135 @@
+#include "tools/velmora-profile/Files.h"
+
+#include "tools/velmora-profile/Console.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+#include <QtCore/QSaveFile>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace
+{
+using namespace profile;
+
+bool isControl(ushort code)
+{
+    return (code < 0x20 && code != 0x09 && code != 0x0a) || (code & 0xfffe) == 0xfffe
+           || (code >= 0xfdd0 && code <= 0xfdef);
+}
+} // namespace
+
+bool profile::readFile(const QString &path, QByteArray *content)
+{
+    QFile file(path);
+    const bool isOpen =
+        path == text("-") ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+    if (!isOpen) {
+        warn(text("'%1' cannot be read: %2").arg(path, file.errorString()));
+        return false;
+    }
+    *content = file.readAll();
+    return true;
+}
+
+bool profile::writeFile(const QString &path, const QByteArray &content, Readers readers)
+{
+    if (path == text("-")) {
+        sayBytes(content);
+        return true;
+    }
+    const bool isNew = !QFile::exists(path);
+    const Uninterrupted uninterrupted;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        warn(text("'%1' cannot be written: %2").arg(path, file.errorString()));
+        return false;
+    }
+    if (isNew && readers == OwnerAlone) {
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    file.write(content);
+    if (!file.commit()) {
+        warn(text("'%1' cannot be written: %2").arg(path, file.errorString()));
+        return false;
+    }
+    return true;
+}
+
+void profile::sayLosses(const QList<Loss> &losses)
+{
+    for (const Loss &loss : losses) {
+        warn(text("lost: %1: %2").arg(loss.entry, loss.reason));
+    }
+}
+
+QJsonArray profile::toJson(const QList<Loss> &losses)
+{
+    QJsonArray array;
+    for (const Loss &loss : losses) {
+        QJsonObject object;
+        object.insert(text("entry"), loss.entry);
+        object.insert(text("reason"), loss.reason);
+        array.append(object);
+    }
+    return array;
+}
+
+int profile::refuseLosses(const Call &call, const QList<Loss> &losses)
+{
+    if (losses.isEmpty() || !call.has("strict")) {
+        return Done;
+    }
+    return fail(text("%1, and --strict was asked for; nothing was changed")
+                    .arg(counted(losses.size(), "loss", "losses")));
+}
+
+QString profile::imported(const Call &call, int added)
+{
+    if (call.has("dry-run")) {
+        return text("would be");
+    }
+    return text(added == 1 ? "was" : "were");
+}
+
+bool profile::readIds(const Call &call, int count, QList<int> *ids)
+{
+    for (const QString &operand : call.operands) {
+        bool isNumber = false;
+        const int id = operand.toInt(&isNumber);
+        if (!isNumber || id < 0 || id >= count) {
+            warn(text("'%1' is no id; there are %2, the first is 0, 'list' shows them")
+                     .arg(operand)
+                     .arg(count));
+            return false;
+        }
+        if (!ids->contains(id)) {
+            ids->append(id);
+        }
+    }
+    std::sort(ids->begin(), ids->end());
+    std::reverse(ids->begin(), ids->end());
+    return true;
+}
+
+bool profile::isKept(const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        const bool isPair =
+            character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair) {
+            const uint code = QChar::surrogateToUcs4(character, text.at(i + 1));
+            if ((code & 0xfffe) == 0xfffe) {
+                return false;
+            }
+            ++i;
+        } else if (character.isSurrogate() || isControl(character.unicode())) {
+            return false;
+        }
+    }
+    // A document's text that is nothing but blanks reads as empty.
+    return text.isEmpty() || !text.trimmed().isEmpty();
+}

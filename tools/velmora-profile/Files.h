@@ -1,0 +1,39 @@
+#ifndef FILES_OF_TOOL_H
+#define FILES_OF_TOOL_H
+
+#include "tools/velmora-profile/Command.h"
+#include "tools/velmora-profile/formats/Formats.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QList>
+
+// Files beside the profile's, and what reading and writing them has in common.
+namespace profile
+{
+// The file whole, "-" for standard input. False, and said so, when it cannot be read.
+bool readFile(const QString &path, QByteArray *content);
+
+// Replaces the file as a whole, "-" for standard output; a new file is the owner's alone when
+// asked. False, and said so, when it cannot be written; the file is then as it was.
+enum Readers { Everyone, OwnerAlone };
+bool writeFile(const QString &path, const QByteArray &content, Readers readers = Everyone);
+
+// Says what could not be carried, each on a line of standard error.
+void sayLosses(const QList<Loss> &losses);
+QJsonArray toJson(const QList<Loss> &losses);
+
+// With --strict any loss is an error: says so and gives Failed, otherwise Done.
+int refuseLosses(const Call &call, const QList<Loss> &losses);
+
+// "was", "were" or, on a dry run, "would be".
+QString imported(const Call &call, int added);
+
+// The operands as ids below count, each once, from the highest down: each removal renumbers. False,
+// and said so, when one is none.
+bool readIds(const Call &call, int count, QList<int> *ids);
+
+// What a text loses on its way through a document: characters that XML cannot carry.
+bool isKept(const QString &text);
+} // namespace profile
+
+#endif

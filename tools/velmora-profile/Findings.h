@@ -1,0 +1,32 @@
+#ifndef FINDINGS_H
+#define FINDINGS_H
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QList>
+#include <QtCore/QStringList>
+
+namespace profile
+{
+// Something wrong in a profile.
+struct Finding {
+    QString file;
+    QString what;    // what is wrong, and where
+    QString meaning; // what it means for the browser
+    QString action;  // what to do
+};
+
+// Everything that is wrong in the profile in the directory, which ends with "/".
+QList<Finding> findingsOf(const QString &directory);
+
+// The names, as patterns, of what an interrupted save can leave behind.
+QStringList temporaryPatterns();
+
+// The files in the directory that hold passwords or sessions.
+QStringList secretFiles(const QString &directory);
+bool isOpenToOthers(const QString &path);
+
+QString toText(const QList<Finding> &findings);
+QJsonArray toJson(const QList<Finding> &findings);
+} // namespace profile
+
+#endif

@@ -1,0 +1,24 @@
+#ifndef THUMBNAILS_H
+#define THUMBNAILS_H
+
+#include "tools/velmora-profile/Document.h"
+
+#include <QtCore/QStringList>
+
+namespace profile
+{
+// A file in the folder of thumbnails, or one that a bookmark names.
+struct Thumbnail {
+    QString name;
+    bool exists;
+    QStringList bookmarks; // the titles of those that name it, or their URLs
+};
+
+// All of them, by name, for the profile in the directory, which ends with "/".
+QList<Thumbnail> thumbnailsOf(const QString &directory);
+
+// What a bookmark is called in messages: its title, else its URL.
+QString titleOf(VLMC_XMLNode *bookmark);
+} // namespace profile
+
+#endif

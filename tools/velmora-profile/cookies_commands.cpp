@@ -1,0 +1,313 @@
+// cookies: the engine's cookie.ini, the library's cookie document, and cookies.txt.
+
+#include "cookies/VLMC_CookieSetting.h"
+#include "tools/velmora-profile/Command.h"
+#include "tools/velmora-profile/Console.h"
+#include "tools/velmora-profile/CookieFile.h"
+#include "tools/velmora-profile/Document.h"
+#include "tools/velmora-profile/Files.h"
+#include "tools/velmora-profile/Table.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QTemporaryDir>
+
+namespace
+{
+using namespace profile;
+
+// Entries of a cookie document that a conversion looks at.
+const int kConverted = 20;
+
+VLMC_CookieSetting &store() { return *VLMC_CookieSetting::getInstance(); }
+
+QString nameOf(const QNetworkCookie &cookie)
+{
+    return text("%1 of %2%3").arg(QString::fromUtf8(cookie.name()), cookie.domain(), cookie.path());
+}
+
+QString expiryOf(const QNetworkCookie &cookie)
+{
+    return cookie.isSessionCookie() ? text("session")
+                                    : cookie.expirationDate().toUTC().toString(Qt::ISODate);
+}
+
+int refuseToUse(const CookieFile &file)
+{
+    if (file.state == Document::Unreadable) {
+        return fail(text("cookie.ini cannot be read; see to its permissions"));
+    }
+    if (file.state == Document::Damaged) {
+        return fail(text("cookie.ini is damaged: %1; nothing was changed, run 'velmora-profile "
+                         "repair' first")
+                        .arg(file.damage));
+    }
+    return Done;
+}
+
+bool isKeptByIni(const QNetworkCookie &cookie)
+{
+    return QNetworkCookie::parseCookies(cookie.toRawForm(QNetworkCookie::Full))
+           == QList<QNetworkCookie>{cookie};
+}
+
+int saveIni(const QList<QNetworkCookie> &cookies)
+{
+    const Uninterrupted uninterrupted;
+    const OwnerOnly ownerOnly;
+    QString directory = text(kHere);
+    store().saveCookieInfo(cookies, &directory, kMaxEntries);
+    const CookieFile saved = readCookieFile(text(kHere));
+    return saved.state == Document::Whole && saved.cookies.size() == cookies.size()
+               ? Done
+               : fail(text("cookie.ini could not be written as it should be; look at the space and "
+                           "the permissions of the folder"));
+}
+
+// The conversions take local paths of Latin-1 alone, so they run in a folder of the tool's own.
+class Workshop
+{
+public:
+    Workshop() : m_document(m_folder.path() + text("/cookie.xml")) {}
+
+    bool isReady() const { return m_folder.isValid(); }
+    QString folder() const { return m_folder.path() + QLatin1Char('/'); }
+    QString document() const { return m_document; }
+    QByteArray localFolder() const { return folder().toLatin1(); }
+    QByteArray localDocument() const { return m_document.toLatin1(); }
+
+private:
+    QTemporaryDir m_folder;
+    QString m_document;
+};
+
+QString documentPath(const Call &call)
+{
+    return call.operands.isEmpty() ? text(kHere) + text(documentType(CookieDocument).fileName)
+                                   : call.path(call.operands.at(0));
+}
+
+// Puts the document into the workshop. A missing one is an empty one when it may be missing.
+int fetch(const QString &path, bool mayBeMissing, const Workshop &workshop)
+{
+    if (!workshop.isReady()) {
+        return fail(text("no temporary folder can be made; set TMPDIR to one with space"));
+    }
+    if (mayBeMissing && !QFile::exists(path)) {
+        return Done;
+    }
+    const Document document(documentType(CookieDocument), path);
+    QByteArray content;
+    if (!readFile(path, &content)) {
+        return Failed;
+    }
+    if (document.state() == Document::Damaged) {
+        return fail(text("'%1' is %2; nothing was changed, repair it first")
+                        .arg(path, damageText(document.damage())));
+    }
+    return writeFile(workshop.document(), content, OwnerAlone) ? Done : Failed;
+}
+
+QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
+{
+    QList<Loss> losses;
+    for (const QNetworkCookie &cookie : cookies) {
+        if (cookie.isHttpOnly()) {
+            losses.append({nameOf(cookie), text("the document has no room for HttpOnly")});
+        }
+    }
+    return losses;
+}
+
+QList<Loss> lossesOfIni(const Document &document)
+{
+    QList<Loss> losses;
+    const QList<VLMC_XMLNode *> entries = document.children();
+    for (int i = 0; i < entries.size(); ++i) {
+        const QString name =
+            text("%1 of %2")
+                .arg(fieldText(entries.at(i), "name"), fieldText(entries.at(i), "website"));
+        const QString expires = fieldText(entries.at(i), "expires");
+        if (i >= kConverted) {
+            losses.append({name, text("only the first %1 are converted").arg(kConverted)});
+        } else if (!expires.isEmpty()
+                   && !QDateTime::fromString(expires, text("yyyy/MM/dd hh:mm:ss")).isValid()) {
+            losses.append(
+                {name,
+                 text("its expiry '%1' does not parse: it becomes a session cookie").arg(expires)});
+        }
+    }
+    return losses;
+}
+
+bool isSameCookie(const QNetworkCookie &one, const QNetworkCookie &other)
+{
+    return one.hasSameIdentifier(other);
+}
+
+// Replaces those that have the same name, domain and path, and appends the others.
+QList<QNetworkCookie> merged(QList<QNetworkCookie> cookies, const QList<QNetworkCookie> &added)
+{
+    for (const QNetworkCookie &cookie : added) {
+        const auto same =
+            std::find_if(cookies.begin(), cookies.end(), [&cookie](const QNetworkCookie &other) {
+                return isSameCookie(cookie, other);
+            });
+        if (same != cookies.end()) {
+            *same = cookie;
+        } else {
+            cookies.append(cookie);
+        }
+    }
+    return cookies;
+}
+
+// Those that cookie.ini gives back as they are; the others become losses.
+QList<QNetworkCookie> keptByIni(CookieImport *import)
+{
+    QList<QNetworkCookie> kept;
+    for (const QNetworkCookie &cookie : qAsConst(import->cookies)) {
+        if (isKeptByIni(cookie)) {
+            kept.append(cookie);
+        } else {
+            import->losses.append({nameOf(cookie), text("cookie.ini cannot hold it as it is")});
+        }
+    }
+    return kept;
+}
+
+int sayImported(const Call &call, int added, const QList<Loss> &losses)
+{
+    if (call.has("json")) {
+        QJsonObject object;
+        object.insert(text("added"), added);
+        object.insert(text("losses"), toJson(losses));
+        sayJson(object);
+        return Done;
+    }
+    say(text("cookies.txt: %1 %2 added, %3")
+            .arg(counted(added, "cookie", "cookies"), imported(call, added),
+                 counted(losses.size(), "loss", "losses")));
+    return Done;
+}
+
+QJsonObject jsonOf(const QNetworkCookie &cookie)
+{
+    QJsonObject object;
+    object.insert(text("domain"), cookie.domain());
+    object.insert(text("name"), QString::fromUtf8(cookie.name()));
+    object.insert(text("path"), cookie.path());
+    object.insert(text("secure"), cookie.isSecure());
+    object.insert(text("httpOnly"), cookie.isHttpOnly());
+    object.insert(text("expires"), expiryOf(cookie));
+    object.insert(text("value"), QString::fromUtf8(cookie.value()));
+    return object;
+}
+} // namespace
+
+int profile::listCookies(const Call &call)
+{
+    const CookieFile file = readCookieFile(text(kHere));
+    if (file.state == Document::Damaged || file.state == Document::Unreadable) {
+        warn(text("cookie.ini is %1; run 'velmora-profile check'").arg(stateName(file.state)));
+    }
+    Table table({text("Site"), text("Name"), text("Path"), text("Secure"), text("HttpOnly"),
+                 text("Expires"), text("Value")});
+    QJsonArray array;
+    for (const QNetworkCookie &cookie : file.cookies) {
+        table.add({cookie.domain(), QString::fromUtf8(cookie.name()), cookie.path(),
+                   text(cookie.isSecure() ? "yes" : "no"), text(cookie.isHttpOnly() ? "yes" : "no"),
+                   expiryOf(cookie), QString::fromUtf8(cookie.value())});
+        array.append(jsonOf(cookie));
+    }
+    if (call.has("json")) {
+        sayJson(array);
+    } else {
+        sayBytes(table.toText().toUtf8());
+    }
+    return Done;
+}
+
+int profile::cookiesToXml(const Call &call)
+{
+    const CookieFile file = readCookieFile(text(kHere));
+    const Workshop workshop;
+    if (refuseToUse(file) != Done || fetch(documentPath(call), true, workshop) != Done) {
+        return Failed;
+    }
+    // An engine file that is not there would empty the document.
+    if (file.state == Document::Missing) {
+        return fail(text("there is no cookie.ini to convert; nothing was changed"));
+    }
+    const QList<Loss> losses = lossesOfXml(file.cookies);
+    sayLosses(losses);
+    if (refuseLosses(call, losses) != Done) {
+        return Failed;
+    }
+    QByteArray directory(kHere);
+    QByteArray document = workshop.localDocument();
+    store().convertCookieIniToXML(directory.data(), document.data());
+    QByteArray content;
+    return readFile(workshop.document(), &content)
+                   && writeFile(documentPath(call), content, OwnerAlone)
+               ? Done
+               : Failed;
+}
+
+int profile::cookiesToIni(const Call &call)
+{
+    const Workshop workshop;
+    if (fetch(documentPath(call), false, workshop) != Done) {
+        return Failed;
+    }
+    const QList<Loss> losses =
+        lossesOfIni(Document(documentType(CookieDocument), workshop.document()));
+    sayLosses(losses);
+    if (refuseLosses(call, losses) != Done) {
+        return Failed;
+    }
+    QByteArray document = workshop.localDocument();
+    QByteArray folder = workshop.localFolder();
+    store().convertCookieXMLToIni(document.data(), folder.data());
+    return saveIni(readCookieFile(workshop.folder()).cookies);
+}
+
+int profile::importCookies(const Call &call)
+{
+    QByteArray content;
+    if (!readFile(call.path(call.operands.at(0)), &content)) {
+        return Failed;
+    }
+    CookieImport import = readCookiesTxt(content);
+    if (!import.error.isEmpty()) {
+        return fail(text("'%1': %2; nothing was changed").arg(call.operands.at(0), import.error));
+    }
+    const CookieFile file = readCookieFile(text(kHere));
+    if (refuseToUse(file) != Done) {
+        return Failed;
+    }
+    const QList<QNetworkCookie> kept = keptByIni(&import);
+    if (!call.has("json")) {
+        sayLosses(import.losses);
+    }
+    if (refuseLosses(call, import.losses) != Done
+        || (!call.has("dry-run") && saveIni(merged(file.cookies, kept)) != Done)) {
+        return Failed;
+    }
+    return sayImported(call, int(kept.size()), import.losses);
+}
+
+int profile::exportCookies(const Call &call)
+{
+    const CookieFile file = readCookieFile(text(kHere));
+    if (refuseToUse(file) != Done) {
+        return Failed;
+    }
+    QList<Loss> losses;
+    const QByteArray content = writeCookiesTxt(file.cookies, &losses);
+    sayLosses(losses);
+    if (refuseLosses(call, losses) != Done) {
+        return Failed;
+    }
+    return writeFile(call.path(call.operands.at(0)), content, OwnerAlone) ? Done : Failed;
+}
