@@ -41,6 +41,7 @@ QStringList installedFamilies()
     }
     FcObjectSetDestroy(wanted);
     FcPatternDestroy(any);
+    FcFini();
     return families;
 }
 } // namespace

@@ -5,9 +5,10 @@ set -eu
 demo=$1
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-fail() {
-    echo "$1"
+fail() { # the reason last too: a long output may be shown only in part
     cat "$folder/output"
+    tail -n 12 "$folder/output" >&2
+    echo "$1" >&2
     exit 1
 }
 
