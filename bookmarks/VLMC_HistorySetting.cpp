@@ -193,7 +193,8 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
     const int count = getHistoryCnt();
     const QVector<VLMC_XMLNode *> entries = entriesById(*this, count);
-    QString compared;
+    const QString none;
+    const QString *compared = &none;
     for (int id = 0; id < count; ++id) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
         VLMC_XMLNode *const entry = entries.at(id);
@@ -201,9 +202,9 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
             continue;
         }
         if (VLMC_XMLNode *const field = childNamed(entry, kUrl)) {
-            compared = field->getText();
+            compared = &field->getText();
         }
-        if (compared == url) {
+        if (*compared == url) {
             return id;
         }
     }

@@ -38,7 +38,7 @@ QString wordOf(unsigned char authType)
 unsigned char codeOf(const QString &word)
 {
     for (unsigned char code = 0; code < kAuthTypeCount; ++code) {
-        if (word == QEXC_TextCodec::fromSJIS(kAuthTypes[code])) {
+        if (word == QLatin1String(kAuthTypes[code])) {
             return code;
         }
     }

@@ -5,10 +5,40 @@
 #include "core/QEXC_TextCodec.h"
 #include "core/VLMC_XMLSetting.h"
 
+#include <QtCore/QHash>
+#include <QtCore/QMutex>
+#include <QtCore/QMutexLocker>
+
 namespace
 {
 const char kDocInfo[] = "docInfo";
 const char kDocInfoVersion[] = "1.0";
+
+// The names of all elements that were ever added, of which there are a few dozen. Never destroyed:
+// stores may be used while the process exits.
+struct Names {
+    QMutex mutex;
+    QHash<QByteArray, QString> texts;
+};
+
+// One string for all nodes of a name, which is less to keep and less to look at in a walk.
+QString sharedName(const char *name)
+{
+    static Names *const names = new Names;
+    const QMutexLocker locker(&names->mutex);
+    QString &text = names->texts[QByteArray(name)];
+    if (text.isEmpty()) {
+        text = QEXC_TextCodec::fromSJIS(name);
+    }
+    return text;
+}
+
+// The lengths tell most names apart, without a call.
+bool isNamed(const VLMC_XMLNode &node, QLatin1String name)
+{
+    const QString &ofNode = vlm::NodeView::name(node);
+    return int(ofNode.size()) == int(name.size()) && ofNode == name;
+}
 } // namespace
 
 QXmlStreamAttributes vlm::oneAttribute(const char *name, const QString &value)
@@ -19,15 +49,14 @@ QXmlStreamAttributes vlm::oneAttribute(const char *name, const QString &value)
 }
 
 // Names are ASCII, and so the same in Latin-1, which compares without a conversion.
-VLMC_XMLNode *vlm::childNamed(VLMC_XMLNode *parent, const char *name)
+VLMC_XMLNode *vlm::childNamed(VLMC_XMLNode *parent, QLatin1String name)
 {
     if (!parent) {
         return nullptr;
     }
-    const QLatin1String wanted(name);
     const QList<VLMC_XMLNode *> &children = NodeView::children(*parent);
     for (VLMC_XMLNode *const child : children) {
-        if (child && NodeView::name(*child) == wanted) {
+        if (child && isNamed(*child, name)) {
             return child;
         }
     }
@@ -61,7 +90,7 @@ int vlm::countEntries(VLMC_XMLSetting &store, const char *name)
 VLMC_XMLNode *vlm::addElement(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,
                               const QString &text, char textType, char place)
 {
-    QString elementName = QEXC_TextCodec::fromSJIS(name);
+    QString elementName = sharedName(name);
     QString elementText = text;
     QXmlStreamAttributes attributes;
     return store.addXMLChild(parent, elementName, elementText, textType, attributes, place);

@@ -18,8 +18,13 @@ namespace vlm
 // A set of one attribute.
 QXmlStreamAttributes oneAttribute(const char *name, const QString &value);
 
-// The parent's first child of this name, or null; null for a null parent.
-VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name);
+// The parent's first child of this name, or null; null for a null parent. Inline for the length of
+// a literal, which the compiler knows.
+VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, QLatin1String name);
+inline VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name)
+{
+    return childNamed(parent, QLatin1String(name));
+}
 
 // The first entry that carries this id, or null.
 VLMC_XMLNode *entryById(VLMC_XMLSetting &store, int id);

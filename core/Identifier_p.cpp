@@ -10,6 +10,9 @@ namespace
 {
 // Digits that fit an int whatever they are.
 const int kSafeDigits = 9;
+// The library's own numbers have this many.
+const int kDigits = 3;
+const int kAhead = 64;
 
 // The number in a text of ASCII digits only, which is what the library writes; -1 for any other.
 template <typename Text>
@@ -34,7 +37,7 @@ QXmlStreamAttributes identifier(const QString &attributeName, int number)
 {
     QXmlStreamAttributes attributes;
     attributes.append(attributeName,
-                      QString::fromLatin1("%1").arg(number, 3, 10, QLatin1Char('0')));
+                      QString::fromLatin1("%1").arg(number, kDigits, 10, QLatin1Char('0')));
     return attributes;
 }
 
@@ -46,8 +49,8 @@ void extend(QVector<QXmlStreamAttributes> &made, const QString &attributeName, i
     }
 }
 
-// The sets under the name that all stores use, made as far as they were asked for. Never destroyed:
-// stores may be used while the process exits.
+// The sets under the name that all stores use, made as far as they were asked for, some more at a
+// time. Never destroyed: stores may be used while the process exits.
 struct Made {
     QMutex mutex;
     QVector<QXmlStreamAttributes> sets;
@@ -87,6 +90,16 @@ bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &
     return false;
 }
 
+bool vlm::isUsualIdentifier(const QXmlStreamAttributes &attributes, int number)
+{
+    if (attributes.size() != 1 || number >= kMaxNumbered) {
+        return false;
+    }
+    const QXmlStreamAttribute &only = attributes.first();
+    return only.value().size() == kDigits && plainNumber(only.value()) == number
+           && only.qualifiedName() == usualIdentifier() && !only.isDefault();
+}
+
 QVector<VLMC_XMLNode *> vlm::childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
                                           int count)
 {
@@ -115,7 +128,7 @@ QVector<QXmlStreamAttributes> vlm::identifiers(const QString &attributeName, int
     }
     const QMutexLocker locker(&usual().mutex);
     if (usual().sets.size() < count) {
-        extend(usual().sets, attributeName, count);
+        extend(usual().sets, attributeName, count + kAhead);
     }
     return usual().sets;
 }

@@ -20,6 +20,9 @@ const QString &usualIdentifier();
 bool readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                     int *number);
 
+// True for a set that is no other than identifiers() has for this number under the usual name.
+bool isUsualIdentifier(const QXmlStreamAttributes &attributes, int number);
+
 // For each number from 0 up to count the first child that carries it, or null: what a search for
 // each would find, in one pass.
 QVector<VLMC_XMLNode *> childrenById(const VLMC_XMLNode &parent, const QString &attributeName,

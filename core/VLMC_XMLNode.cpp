@@ -1,6 +1,7 @@
 #include "core/VLMC_XMLNode.h"
 
 #include "core/Identifier_p.h"
+#include "core/ReleasedNodes_p.h"
 
 #include <QtCore/QVector>
 
@@ -8,6 +9,9 @@
 
 namespace
 {
+// Room for the fields of most entries, in one allocation.
+const int kUsualChildren = 4;
+
 bool carriesIdentifier(const QXmlStreamAttributes &attributes, const QString &name, int id)
 {
     int number = 0;
@@ -77,6 +81,9 @@ void VLMC_XMLNode::addXMLNode(VLMC_XMLNode *child, char &prepend)
     }
     child->m_parent = this;
     m_numbered = false;
+    if (m_children.isEmpty()) {
+        m_children.reserve(kUsualChildren);
+    }
     if (prepend == 0) {
         m_children.append(child);
     } else {
@@ -113,6 +120,8 @@ int VLMC_XMLNode::releaseChildren()
     const QList<VLMC_XMLNode *> children = m_children;
     m_children.clear();
     m_numbered = false;
+    vlm::ReleasedNodes *const released = new vlm::ReleasedNodes;
+    released->deleteLater();
     for (VLMC_XMLNode *const child : children) {
         if (!child) {
             m_children.append(child);
@@ -120,7 +129,7 @@ int VLMC_XMLNode::releaseChildren()
         }
         child->distrustNumber();
         child->m_parent = nullptr;
-        child->deleteLater();
+        released->add(child);
     }
     return int(m_children.size());
 }

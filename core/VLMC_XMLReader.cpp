@@ -2,6 +2,8 @@
 
 #include "core/DocumentSource_p.h"
 #include "core/FileDescriptor_p.h"
+#include "core/Identifier_p.h"
+#include "core/NodeView_p.h"
 #include "core/TextKind_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
@@ -41,13 +43,24 @@ private:
     int m_next = 0;
 };
 
+// Spares memory: the reader's set has room for many more attributes, and the entries of a store that
+// was saved carry their positions, as those of every other store do.
+void share(QXmlStreamAttributes &attributes, int position)
+{
+    if (vlm::isUsualIdentifier(attributes, position)) {
+        attributes = vlm::identifiers(vlm::usualIdentifier(), position + 1).at(position);
+    } else {
+        attributes.squeeze();
+    }
+}
+
 VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent, NamesSeen &names)
 {
     VLMC_XMLNode *const node = new VLMC_XMLNode(parent, vlm::AtEnd);
     QXmlStreamAttributes attributes = reader.attributes();
     if (!attributes.isEmpty()) {
-        // The reader's set has room for many more.
-        attributes.squeeze();
+        const int position = parent ? int(vlm::NodeView::children(*parent).size()) - 1 : 0;
+        share(attributes, position);
         node->setAttribute(attributes);
     }
     QString name = names.shared(reader.name());

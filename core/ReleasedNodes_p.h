@@ -1,0 +1,28 @@
+#ifndef RELEASEDNODES_P_H
+#define RELEASEDNODES_P_H
+
+#include "core/VLMC_XMLNode.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QVector>
+
+namespace vlm
+{
+// Nodes that nobody owns any more, which the event loop destroys together. Releasing each with an
+// event of its own would cost as much as reading its element from a file.
+class ReleasedNodes : public QObject
+{
+public:
+    ReleasedNodes() {}
+    ~ReleasedNodes() override;
+
+    // As node's own deleteLater(), once this object's deleteLater() was called.
+    void add(VLMC_XMLNode *node);
+
+private:
+    // A node may still be destroyed by somebody who holds on to it.
+    QVector<QPointer<VLMC_XMLNode>> m_nodes;
+};
+} // namespace vlm
+
+#endif
