@@ -35,6 +35,10 @@ QVector<VLMC_XMLNode *> entriesById(VLMC_XMLSetting &store, int count);
 // The number of entries of this name that their ids lead to.
 int countEntries(VLMC_XMLSetting &store, const char *name);
 
+// The name of elements that stores add or look for: one string for all nodes, which is less to keep
+// and less to look at in a walk. May be called from any thread.
+QString elementName(const char *name);
+
 // Adds an element without attributes to parent. With a null parent the node belongs to the caller.
 VLMC_XMLNode *addElement(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,
                          const QString &text, char textType, char place);
