@@ -66,11 +66,10 @@ VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
     return root->getXMLNodeChildByID(id, attributeName);
 }
 
-QVector<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
+QList<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
 {
     VLMC_XMLNode *const root = store.getXMLRootNode();
-    return root ? childrenById(*root, usualIdentifier(), count)
-                : QVector<VLMC_XMLNode *>(qMax(count, 0), nullptr);
+    return root ? childrenById(*root, usualIdentifier(), count) : noNodes(count);
 }
 
 int vlm::countEntries(VLMC_XMLSetting &store, const char *name)

@@ -3,8 +3,8 @@
 
 #include "core/TextKind_p.h"
 
+#include <QtCore/QList>
 #include <QtCore/QString>
-#include <QtCore/QVector>
 #include <QtCore/QXmlStreamAttributes>
 
 class VLMC_XMLNode;
@@ -30,7 +30,7 @@ inline VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name)
 VLMC_XMLNode *entryById(VLMC_XMLSetting &store, int id);
 
 // The first entry that carries each id from 0 up to count, or null, in one pass.
-QVector<VLMC_XMLNode *> entriesById(VLMC_XMLSetting &store, int count);
+QList<VLMC_XMLNode *> entriesById(VLMC_XMLSetting &store, int count);
 
 // The number of entries of this name that their ids lead to.
 int countEntries(VLMC_XMLSetting &store, const char *name);
