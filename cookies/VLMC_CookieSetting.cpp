@@ -7,7 +7,6 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 
-
 using namespace vlm;
 
 namespace
