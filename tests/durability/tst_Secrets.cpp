@@ -112,6 +112,12 @@ QNetworkCookie cookie()
 
 typedef std::function<void(QString *)> Operation;
 
+// In the local encoding; empty without a directory.
+QByteArray localPath(const QString *directory, const char *name = "")
+{
+    return !directory || directory->isEmpty() ? QByteArray() : QFile::encodeName(*directory) + name;
+}
+
 // What a save can meet: a folder, no folder, nowhere at all, something else in the file's place, a
 // disk that takes nothing.
 void saveEverywhere(const char *fileName, const Operation &save)
@@ -396,8 +402,8 @@ void tst_Secrets::thumbnails_areSilent()
                               + kUser + "\"><![CDATA[" + kPasswd
                               + "]]></image><image src=\"empty\"/></thumbnail>";
     loadEverything(packed, "packed.xml", [&](QString *directory) {
-        QByteArray path = QFile::encodeName(directory ? *directory : QString());
-        QByteArray file = path + "packed.xml";
+        QByteArray path = localPath(directory);
+        QByteArray file = localPath(directory, "packed.xml");
         converter.convertThumbnailXMLToPng(directory ? file.data() : nullptr, path.data());
         converter.convertThumbnailPngToXML(path.data(), directory ? file.data() : nullptr);
     });
@@ -513,16 +519,15 @@ void tst_Secrets::cookieConversions_areSilent()
     QVERIFY(!secretsIn(readFile(m_directory->file("back/cookie.ini"))).isEmpty());
 
     saveEverywhere("cookies.xml", [&](QString *directory) {
-        QByteArray path = QFile::encodeName(directory ? *directory : QString()) + "cookies.xml";
+        QByteArray path = localPath(directory, "cookies.xml");
         store.convertCookieIniToXML(m_directory->localFile(), path.data());
     });
     saveEverywhere("cookie.ini", [&](QString *directory) {
-        QByteArray path = QFile::encodeName(directory ? *directory : QString());
+        QByteArray path = localPath(directory);
         store.convertCookieXMLToIni(xml, path.data());
     });
     loadEverything(document.left(2000), "cookies.xml", [&](QString *directory) {
-        QByteArray path = QFile::encodeName(directory ? *directory : QString());
-        QByteArray damaged = path + "cookies.xml";
+        QByteArray damaged = localPath(directory, "cookies.xml");
         store.convertCookieXMLToIni(damaged.data(), m_directory->localFile("back/"));
         store.convertCookieIniToXML(m_directory->localFile(), damaged.data());
     });
