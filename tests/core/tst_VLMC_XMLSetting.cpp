@@ -64,6 +64,7 @@ private slots:
     void setIDforChildren_takesAnyAttributeName();
     void setIDforChildren_stopsAt999_data();
     void setIDforChildren_stopsAt999();
+    void setIDforChildren_leavesAttributesToTheirOwners();
     void setIDforChildren_reportsNullEntries();
     void setIDforChildren_needsARoot();
     void deleteXMLNodeByID_releasesTheFirstMatchLater();
@@ -77,6 +78,7 @@ private slots:
     void deleteAllSetting_reportsNullEntries();
     void deleteAllSetting_withoutRootOnlyLogs();
     void deleteAllSetting_ofManyChildren();
+    void deleteAllSetting_ofAnotherDocumentsChild();
 };
 
 namespace
@@ -752,6 +754,28 @@ void tst_VLMC_XMLSetting::setIDforChildren_stopsAt999()
     }
 }
 
+// Numbers that changed behind the document's back are seen at once.
+void tst_VLMC_XMLSetting::setIDforChildren_leavesAttributesToTheirOwners()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    QString attributeName = idName();
+    QString name = utf8("b");
+    store.setIDforChildren(attributeName);
+    VLMC_XMLNode *const changed = root->getXMLNodeChildByName(name);
+    QCOMPARE(root->getXMLNodeChildByID(1, attributeName), changed);
+    changed->getAttribute() = attribute("id", "7");
+    QVERIFY(!root->getXMLNodeChildByID(1, attributeName));
+    QCOMPARE(root->getXMLNodeChildByID(7, attributeName), changed);
+
+    store.setIDforChildren(attributeName);
+    QCOMPARE(root->getXMLNodeChildByID(1, attributeName), changed);
+    QXmlStreamAttributes eight = attribute("id", "8");
+    changed->setAttribute(eight);
+    QVERIFY(!root->getXMLNodeChildByID(1, attributeName));
+    QCOMPARE(root->getXMLNodeChildByID(8, attributeName), changed);
+}
+
 void tst_VLMC_XMLSetting::setIDforChildren_reportsNullEntries()
 {
     VLMC_XMLSetting store;
@@ -935,6 +959,31 @@ void tst_VLMC_XMLSetting::deleteAllSetting_ofManyChildren()
     for (int i = 0; i < 1000; ++i) {
         QVERIFY(!children.at(i));
     }
+}
+
+// A child that another document numbered and a caller put here as well: it is released, and what
+// becomes of its number is still seen there.
+void tst_VLMC_XMLSetting::deleteAllSetting_ofAnotherDocumentsChild()
+{
+    VLMC_XMLSetting owner;
+    VLMC_XMLNode *const root = fill(owner, "a b");
+    QString attributeName = idName();
+    QString name = utf8("b");
+    owner.setIDforChildren(attributeName);
+    QPointer<VLMC_XMLNode> shared(root->getXMLNodeChildByName(name));
+    VLMC_XMLSetting store;
+    fill(store, "c")->getXMLNodeChildren().append(shared);
+
+    store.deleteAllSetting();
+
+    QVERIFY(shared && !shared->getXMLNodeParent());
+    QXmlStreamAttributes seven = attribute("id", "7");
+    shared->setAttribute(seven);
+    QVERIFY(!root->getXMLNodeChildByID(1, attributeName));
+    QCOMPARE(root->getXMLNodeChildByID(7, attributeName), shared.data());
+    root->removeXMLNode(shared);
+    runDeferredDeletes();
+    QVERIFY(!shared);
 }
 
 QTEST_GUILESS_MAIN(tst_VLMC_XMLSetting)
