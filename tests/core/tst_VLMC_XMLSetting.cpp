@@ -8,6 +8,9 @@
 
 #include <QtCore/QPointer>
 
+typedef void (*ChangeOfNode)(VLMC_XMLNode *root, VLMC_XMLNode *b);
+Q_DECLARE_METATYPE(ChangeOfNode)
+
 class tst_VLMC_XMLSetting : public QObject
 {
     Q_OBJECT
@@ -64,7 +67,8 @@ private slots:
     void setIDforChildren_takesAnyAttributeName();
     void setIDforChildren_stopsAt999_data();
     void setIDforChildren_stopsAt999();
-    void setIDforChildren_leavesAttributesToTheirOwners();
+    void setIDforChildren_doesNotBindTheChildren_data();
+    void setIDforChildren_doesNotBindTheChildren();
     void setIDforChildren_reportsNullEntries();
     void setIDforChildren_needsARoot();
     void deleteXMLNodeByID_releasesTheFirstMatchLater();
@@ -754,26 +758,56 @@ void tst_VLMC_XMLSetting::setIDforChildren_stopsAt999()
     }
 }
 
-// Numbers that changed behind the document's back are seen at once.
-void tst_VLMC_XMLSetting::setIDforChildren_leavesAttributesToTheirOwners()
+// Whatever happens to numbered children afterwards is seen at once.
+void tst_VLMC_XMLSetting::setIDforChildren_doesNotBindTheChildren_data()
 {
+    QTest::addColumn<ChangeOfNode>("change");
+    QTest::addColumn<QByteArray>("found");
+    const ChangeOfNode lend = [](VLMC_XMLNode *, VLMC_XMLNode *b) {
+        b->getAttribute() = attribute("id", "7");
+    };
+    const ChangeOfNode set = [](VLMC_XMLNode *, VLMC_XMLNode *b) {
+        QXmlStreamAttributes seven = attribute("id", "7");
+        b->setAttribute(seven);
+    };
+    const ChangeOfNode append = [](VLMC_XMLNode *root, VLMC_XMLNode *) { newNode(root, "d"); };
+    const ChangeOfNode prepend = [](VLMC_XMLNode *root, VLMC_XMLNode *) {
+        char front = 1;
+        root->addXMLNode(newNode(nullptr, "d"), front);
+    };
+    const ChangeOfNode remove = [](VLMC_XMLNode *root, VLMC_XMLNode *b) {
+        root->removeXMLNode(b);
+        b->deleteLater();
+    };
+    const ChangeOfNode move = [](VLMC_XMLNode *root, VLMC_XMLNode *b) {
+        char end = 0;
+        root->addXMLNode(b, end);
+    };
+    QTest::newRow("attributes by reference") << lend << QByteArray("a - c - b");
+    QTest::newRow("attributes set") << set << QByteArray("a - c - b");
+    QTest::newRow("child added at the end") << append << QByteArray("a b c - -");
+    QTest::newRow("child added in front") << prepend << QByteArray("a b c - -");
+    QTest::newRow("child removed") << remove << QByteArray("a - c - -");
+    QTest::newRow("child moved") << move << QByteArray("a b c - -");
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_doesNotBindTheChildren()
+{
+    QFETCH(ChangeOfNode, change);
+    QFETCH(QByteArray, found);
     VLMC_XMLSetting store;
     VLMC_XMLNode *const root = fill(store, "a b c");
     QString attributeName = idName();
-    QString name = utf8("b");
     store.setIDforChildren(attributeName);
-    VLMC_XMLNode *const changed = root->getXMLNodeChildByName(name);
-    QCOMPARE(root->getXMLNodeChildByID(1, attributeName), changed);
-    changed->getAttribute() = attribute("id", "7");
-    QVERIFY(!root->getXMLNodeChildByID(1, attributeName));
-    QCOMPARE(root->getXMLNodeChildByID(7, attributeName), changed);
+    change(root, root->getXMLNodeChildByID(1, attributeName));
 
-    store.setIDforChildren(attributeName);
-    QCOMPARE(root->getXMLNodeChildByID(1, attributeName), changed);
-    QXmlStreamAttributes eight = attribute("id", "8");
-    changed->setAttribute(eight);
-    QVERIFY(!root->getXMLNodeChildByID(1, attributeName));
-    QCOMPARE(root->getXMLNodeChildByID(8, attributeName), changed);
+    QList<QByteArray> names;
+    const int ids[] = {0, 1, 2, 3, 7};
+    for (const int id : ids) {
+        VLMC_XMLNode *const child = root->getXMLNodeChildByID(id, attributeName);
+        names.append(child ? child->getName().toUtf8() : "-");
+    }
+    QCOMPARE(names, found.split(' '));
 }
 
 void tst_VLMC_XMLSetting::setIDforChildren_reportsNullEntries()
