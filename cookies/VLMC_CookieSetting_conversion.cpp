@@ -3,6 +3,7 @@
 #include "cookies/VLMC_CookieSetting.h"
 
 #include "core/Entries_p.h"
+#include "core/FileDescriptor_p.h"
 #include "core/OwnerOnlyFiles_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
@@ -11,6 +12,7 @@
 #include "core/VLMG_Debug.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QScopedPointer>
@@ -18,6 +20,7 @@
 #include <QtCore/QVector>
 
 #include <cstring>
+#include <fcntl.h>
 
 using namespace vlm;
 
@@ -126,6 +129,21 @@ QByteArray readIni(const QString &path)
     const QByteArray bytes = settings->value(QEXC_TextCodec::fromSJIS(kIniKey)).toByteArray();
     settings->endGroup();
     return bytes;
+}
+
+// QSettings creates its files with the mode that the umask leaves, but gives those that replace an
+// existing one the mode of that. So an empty file comes first, which holds no cookies either; and
+// its folder, which QSettings would create as well.
+void createForOwnerAlone(const QString &path)
+{
+    const QFileInfo file(path);
+    if (file.exists()) {
+        return;
+    }
+    QDir().mkpath(file.absolutePath());
+    const FileDescriptor created(open(QFile::encodeName(path).constData(),
+                                      O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
+                                      0600));
 }
 
 void writeIni(QSettings *settings, const QByteArray &bytes)
@@ -243,6 +261,7 @@ void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *
     if (!isHarmlessFile(path)) {
         QFile::resize(path, 0);
     }
+    createForOwnerAlone(path);
     // Their end writes the file.
     const QScopedPointer<QSettings> settings(openIni(path));
     writeIni(settings.data(), bytesOf(cookies));
