@@ -1,24 +1,41 @@
+#include "bookmarks/VLMC_BookmarksSetting.h"
+#include "bookmarks/VLMC_HistorySetting.h"
+#include "bookmarks/VLMC_ThumbnailConverter.h"
+#include "cookies/VLMC_AuthSetting.h"
+#include "cookies/VLMC_CookieSetting.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
 #include "fonts/VLMC_FontListSetting.h"
+#include "preferences/VLMC_BrowserCommonSetting.h"
+#include "preferences/VLMC_BrowserUserSetting.h"
+#include "tests/support/CookieIni.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SystemCalls.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
+#include <QtCore/QScopedPointer>
 
 #include <cerrno>
 #include <csignal>
-#include <memory>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace
 {
 const int kSavesUnderReader = 10000;
+const int kMax = 20;
+const uid_t kOtherUser = 65534;
+
+// What a crash has left in the folder, so that each save has something to clean up first.
+const char kStale[] = ".velmora-save-1-0";
 
 // Calls that a signal may break off and that are then made again, or need not be.
 const QList<QByteArray> kRepeatable = QList<QByteArray>() << "open"
@@ -26,81 +43,208 @@ const QList<QByteArray> kRepeatable = QList<QByteArray>() << "open"
                                                           << "write"
                                                           << "fdatasync"
                                                           << "close"
-                                                          << "fsync";
+                                                          << "fsync"
+                                                          << "ftruncate";
 
-// How each store comes to save one given text; the calls are watched from WatchedCalls on.
-void saveFontList(const QString &directory, const QString &text)
+// A store whose saves are watched, and nothing else that it does.
+template <typename Store>
+class Watched : public Store
 {
-    VLMC_FontListSetting fonts;
-    fonts.createXMLRootNode();
+public:
+    void save(QString &path) override
+    {
+        const WatchedCalls watched;
+        Store::save(path);
+    }
+};
+
+// A folder without documents: what is loaded from there is empty, or has its defaults.
+QString nowhere(const QString &directory) { return directory + utf8("none/"); }
+
+// A folder for the files that a document is made from.
+QString sourcesIn(const QString &directory)
+{
+    QDir(directory).mkpath(utf8("sources"));
+    return directory + utf8("sources/");
+}
+
+// How each store comes to save one given text.
+void saveFontList(QString directory, const QString &text)
+{
+    Watched<VLMC_FontListSetting> fonts;
+    fonts.loadFontList(nowhere(directory));
     fonts.addFont(text);
-    const WatchedCalls watched;
     fonts.saveFontList(directory);
+}
+
+void saveCommonPreferences(QString directory, const QString &text)
+{
+    Watched<VLMC_BrowserCommonSetting> preferences;
+    QString empty = nowhere(directory);
+    preferences.loadSetting(&empty);
+    preferences.setProxyServerStr(text);
+    preferences.saveSetting(&directory);
+}
+
+void saveUserPreferences(QString directory, const QString &text)
+{
+    Watched<VLMC_BrowserUserSetting> preferences;
+    QString empty = nowhere(directory);
+    preferences.loadSetting(&empty);
+    preferences.setHomePage(text);
+    preferences.saveSetting(&directory);
+}
+
+void saveBookmarks(QString directory, const QString &text)
+{
+    Watched<VLMC_BookmarksSetting> bookmarks;
+    QString empty = nowhere(directory);
+    int lastNumber = 0;
+    bookmarks.loadBookmark(&empty, kMax, lastNumber);
+    VLMS_Bookmark bookmark = {utf8("title"), text, utf8("000001.PNG")};
+    bookmarks.setBookmark(&bookmark, 0);
+    bookmarks.saveBookmark(&directory, kMax);
+}
+
+void saveHistory(QString directory, const QString &text)
+{
+    Watched<VLMC_HistorySetting> history;
+    QString empty = nowhere(directory);
+    history.loadHistory(&empty, kMax);
+    VLMS_History visit;
+    visit.title = text;
+    visit.url = utf8("http://x.com/");
+    visit.dateTime = QDateTime(QDate(2015, 1, 2), QTime(3, 4));
+    history.setHistory(&visit);
+    history.saveHistory(&directory, kMax);
+}
+
+void saveCredentials(QString directory, const QString &text)
+{
+    Watched<VLMC_AuthSetting> credentials;
+    QString empty = nowhere(directory);
+    credentials.loadAuthInfo(&empty, kMax);
+    VLMS_AuthInfo info = {utf8("x.com"), utf8("80"), 0, text.toUtf8(), text.toUtf8()};
+    credentials.setAuthInfo(&info);
+    credentials.saveAuthInfo(&directory, kMax);
+}
+
+void saveCookies(QString directory, const QString &text)
+{
+    const QString sources = sourcesIn(directory);
+    writeFile(sources + utf8("cookie.ini"),
+              cookieIniOf(QList<QByteArray>() << "n=" + text.toUtf8() + "; domain=x.com; path=/"));
+    QByteArray from = QFile::encodeName(sources);
+    QByteArray to = QFile::encodeName(directory) + "cookies.xml";
+    Watched<VLMC_CookieSetting> cookies;
+    cookies.convertCookieIniToXML(from.data(), to.data());
+}
+
+void saveThumbnails(QString directory, const QString &text)
+{
+    const QString sources = sourcesIn(directory);
+    writeFile(sources + utf8("000001.PNG"), text.toUtf8());
+    QByteArray from = QFile::encodeName(sources);
+    QByteArray to = QFile::encodeName(directory) + "thumbnails.xml";
+    Watched<VLMC_ThumbnailConverter> thumbnails;
+    thumbnails.convertThumbnailPngToXML(from.data(), to.data());
 }
 
 struct Store {
     const char *name;
     const char *fileName;
-    void (*save)(const QString &directory, const QString &text);
+    void (*save)(QString directory, const QString &text);
 };
 
 const Store kStores[] = {
+    {"common preferences", "repostry.xml", saveCommonPreferences},
+    {"user preferences", "repostry_private.xml", saveUserPreferences},
+    {"bookmarks", "bookmark.xml", saveBookmarks},
+    {"packed thumbnails", "thumbnails.xml", saveThumbnails},
+    {"history", "visit.xml", saveHistory},
+    {"cookies", "cookies.xml", saveCookies},
+    {"credentials", "authinfo.xml", saveCredentials},
     {"font list", "fontlist.xml", saveFontList},
 };
+const int kStoreCount = int(sizeof kStores / sizeof kStores[0]);
+
+// How many cases of each kind a store's save has been through.
+struct Counts {
+    int faults;
+    int deaths;
+    int powerCuts;
+    int otherSavers;
+};
+
+// What stands in the file's place before the save.
+enum Before { NoFile, OwnFile, ForeignFile };
 
 // One directory with a store's old file, and what its next save is to write.
 class Case
 {
 public:
-    Case(const Store &store, bool hasOld) : m_store(store)
+    Case(const Store &store, int before) : m_store(store), m_before(NoFile)
     {
         setFaultPlan({FaultPlan::None, 0, 0});
-        m_old = saved(QString(50, QLatin1Char('o')));
-        m_new = saved(QString(300, QLatin1Char('n')));
-        restore(hasOld);
+        m_old = saved(text(50, 'o'));
+        m_new = saved(text(200, 'n'));
+        restore(before);
         save();
         m_calls = watchedCalls();
-        restore(hasOld);
+        restore(before);
     }
 
-    void restore(bool hasOld)
+    void restore(int before)
     {
         setFaultPlan({FaultPlan::None, 0, 0});
         QFile::remove(file());
-        if (hasOld) {
+        writeFile(m_directory.file(kStale), "stale");
+        if (before != NoFile) {
             writeFile(file(), m_old);
         }
-        m_hasOld = hasOld;
+        if (before == ForeignFile) {
+            QCOMPARE(chown(QFile::encodeName(file()).constData(), kOtherUser, kOtherUser), 0);
+        }
+        m_before = before;
     }
 
-    void save() { m_store.save(m_directory.path(), QString(300, QLatin1Char('n'))); }
+    void save() { m_store.save(m_directory.path(), text(200, 'n')); }
 
     bool isWhole() const
     {
         if (!exists(file())) {
-            return !m_hasOld;
+            return m_before == NoFile;
         }
         const QByteArray content = readFile(file());
-        return content == m_new || (m_hasOld && content == m_old);
+        return hasItsOwner() && (content == m_new || (m_before != NoFile && content == m_old));
     }
-    bool isOld() const { return m_hasOld ? readFile(file()) == m_old : !exists(file()); }
-    bool isNew() const { return exists(file()) && readFile(file()) == m_new; }
+    bool isOld() const { return m_before != NoFile ? readFile(file()) == m_old : !exists(file()); }
+    bool isNew() const { return exists(file()) && readFile(file()) == m_new && hasItsOwner(); }
     QStringList leftOver() const
     {
         QStringList names = QDir(m_directory.path()).entryList(QDir::Files | QDir::Hidden);
-        names.removeAll(QString::fromLatin1(m_store.fileName));
+        names.removeAll(utf8(m_store.fileName));
         return names;
     }
+    QString directory() const { return m_directory.path(); }
     QString file() const { return m_directory.file(m_store.fileName); }
-    QByteArray oldContent() const { return m_old; }
+    QByteArray oldContent() const { return m_before != NoFile ? m_old : QByteArray(); }
     QByteArray newContent() const { return m_new; }
     QList<SystemCall> calls() const { return m_calls; }
 
 private:
-    QByteArray saved(const QString &text)
+    static QString text(int size, char letter) { return QString(size, QLatin1Char(letter)); }
+
+    QByteArray saved(const QString &content)
     {
-        m_store.save(m_directory.path(), text);
+        m_store.save(m_directory.path(), content);
         return readFile(file());
+    }
+    bool hasItsOwner() const
+    {
+        struct stat status = {};
+        stat(QFile::encodeName(file()).constData(), &status);
+        return status.st_uid == (m_before == ForeignFile ? kOtherUser : getuid());
     }
 
     const Store &m_store;
@@ -108,18 +252,36 @@ private:
     QByteArray m_old;
     QByteArray m_new;
     QList<SystemCall> m_calls;
-    bool m_hasOld;
+    int m_before;
 };
 
 void storeRows()
 {
     QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("hasOld");
-    for (int i = 0; i < int(sizeof kStores / sizeof kStores[0]); ++i) {
+    QTest::addColumn<int>("before");
+    for (int i = 0; i < kStoreCount; ++i) {
         const QByteArray name(kStores[i].name);
-        QTest::newRow((name + ", over an old file").constData()) << i << true;
-        QTest::newRow((name + ", for the first time").constData()) << i << false;
+        QTest::newRow((name + ", for the first time").constData()) << i << int(NoFile);
+        QTest::newRow((name + ", over an old file").constData()) << i << int(OwnFile);
+        if (getuid() == 0) {
+            QTest::newRow((name + ", over another user's file").constData())
+                << i << int(ForeignFile);
+        }
     }
+}
+
+// What a reader makes of the document, written again: the same bytes when it is whole.
+QByteArray readAndWritten(const QByteArray &content)
+{
+    QBuffer source;
+    source.setData(content);
+    source.open(QIODevice::ReadOnly);
+    VLMC_XMLReader reader;
+    const QScopedPointer<VLMC_XMLNode> root(reader.read(source));
+    QBuffer target;
+    target.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    return writer.write(target, root.data()) ? target.data() : QByteArray();
 }
 
 // What the disk may hold of one file.
@@ -227,7 +389,7 @@ class tst_Durability : public QObject
 
 private slots:
     void init() { takeLog(); }
-    void cleanup() { runDeferredDeletes(); }
+    void cleanup();
     void cleanupTestCase();
 
     void save_takesTheSafeSteps_data() { storeRows(); }
@@ -238,28 +400,50 @@ private slots:
     void save_survivesDeathAtEveryCall();
     void save_survivesPowerCutAtEveryCall_data() { storeRows(); }
     void save_survivesPowerCutAtEveryCall();
+    void save_survivesAnotherSaverAtEveryCall_data() { storeRows(); }
+    void save_survivesAnotherSaverAtEveryCall();
+    void save_holdsItsLockUntilRenamed_data() { storeRows(); }
+    void save_holdsItsLockUntilRenamed();
     void powerCut_wouldShowAMissingSync();
     void write_keepsOldFileAtFileSizeLimit();
     void write_keepsOldFileOnFullDisk();
     void write_isSeenWholeAtEveryMoment();
 
 private:
-    int m_faults = 0;
-    int m_deaths = 0;
-    int m_powerCuts = 0;
+    Counts m_counts[kStoreCount] = {};
 };
+
+void tst_Durability::cleanup()
+{
+    setFaultPlan({FaultPlan::None, 0, 0});
+    setCallProbe(nullptr);
+    runDeferredDeletes();
+}
 
 void tst_Durability::cleanupTestCase()
 {
-    printf("faults: %d, deaths: %d, power cuts: %d cases\n", m_faults, m_deaths, m_powerCuts);
+    Counts total = {0, 0, 0, 0};
+    printf("%-20s %8s %8s %12s %14s\n", "cases", "faults", "deaths", "power cuts", "other savers");
+    for (int i = 0; i < kStoreCount; ++i) {
+        const Counts &counts = m_counts[i];
+        printf("%-20s %8d %8d %12d %14d\n", kStores[i].name, counts.faults, counts.deaths,
+               counts.powerCuts, counts.otherSavers);
+        total.faults += counts.faults;
+        total.deaths += counts.deaths;
+        total.powerCuts += counts.powerCuts;
+        total.otherSavers += counts.otherSavers;
+    }
+    printf("%-20s %8d %8d %12d %14d\n", "total", total.faults, total.deaths, total.powerCuts,
+           total.otherSavers);
 }
 
 void tst_Durability::save_takesTheSafeSteps()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    const Case save(kStores[row], hasOld);
-    const QList<SystemCall> calls = save.calls();
+    QFETCH(int, before);
+    const Case save(kStores[row], before);
+    // Looking at the file's status and attributes is no step.
+    const QList<SystemCall> calls = without(without(save.calls(), "fstat"), "flistxattr");
     QList<QByteArray> steps;
     QByteArray temporary;
     for (const SystemCall &call : calls) {
@@ -273,55 +457,66 @@ void tst_Durability::save_takesTheSafeSteps()
     QList<QByteArray> expected;
     expected << "create"
              << "flock";
-    if (hasOld) {
+    if (before == ForeignFile) {
+        expected << "fchown";
+    }
+    if (before != NoFile) {
         expected << "fchmod";
     }
+    // The second descriptor keeps the lock when the first is closed.
     expected << "write"
              << "fdatasync"
+             << "fcntl"
              << "close"
              << "rename"
-             << "fsync";
+             << "fsync"
+             << "close";
     QCOMPARE(steps, expected);
 }
 
 void tst_Durability::save_survivesFailingCalls()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    Case save(kStores[row], hasOld);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
     const int calls = int(save.calls().size());
-    QVERIFY(calls > 8);
+    QVERIFY(calls > 12);
     const int renaming = indexOf(save.calls(), "rename");
-    const int errors[] = {ENOSPC, EIO, EINTR, EDQUOT, EMFILE};
-    const FaultPlan::Kind kinds[] = {FaultPlan::Fail, FaultPlan::FailFromHere,
-                                     FaultPlan::ShortWrite};
-    for (const FaultPlan::Kind kind : kinds) {
-        for (const int error : errors) {
-            // A signal at every call from now on would be no signal.
-            if (kind == FaultPlan::FailFromHere && error == EINTR) {
+    // A signal at every call from some one on would be no signal.
+    const struct {
+        FaultPlan::Kind kind;
+        int error;
+    } faults[] = {
+        {FaultPlan::Fail, ENOSPC},         {FaultPlan::Fail, EIO},
+        {FaultPlan::Fail, EINTR},          {FaultPlan::Fail, EDQUOT},
+        {FaultPlan::Fail, EMFILE},         {FaultPlan::FailFromHere, ENOSPC},
+        {FaultPlan::FailFromHere, EIO},    {FaultPlan::FailFromHere, EDQUOT},
+        {FaultPlan::FailFromHere, EMFILE}, {FaultPlan::ShortWrite, 0},
+    };
+    for (const auto &fault : faults) {
+        for (int k = 0; k < calls; ++k) {
+            const QByteArray where = save.calls().at(k).name;
+            if (fault.kind == FaultPlan::ShortWrite && where != "write") {
                 continue;
             }
-            for (int k = 0; k < calls; ++k) {
-                save.restore(hasOld);
-                takeLog();
-                setFaultPlan({kind, k, error});
-                save.save();
-                setFaultPlan({FaultPlan::None, 0, 0});
-                ++m_faults;
-                const QByteArray where = save.calls().at(k).name;
-                QVERIFY2(save.isWhole(), where.constData());
-                const bool refused = loggedText().contains(" error!\n");
-                // Only a folder that cannot be synchronised is noticed after the renaming.
-                const bool renamed = kind == FaultPlan::FailFromHere || k > renaming;
-                QVERIFY2(!refused || renamed || save.isOld(), where.constData());
-                QVERIFY2(refused || save.isNew(), where.constData());
-                const bool harmless = kind == FaultPlan::ShortWrite
-                                      || (error == EINTR && kRepeatable.contains(where));
-                QVERIFY2(!harmless || !refused, where.constData());
-                save.save();
-                QVERIFY2(save.isNew(), where.constData());
-                QVERIFY2(save.leftOver().isEmpty(), where.constData());
-            }
+            save.restore(before);
+            takeLog();
+            setFaultPlan({fault.kind, k, fault.error});
+            save.save();
+            setFaultPlan({FaultPlan::None, 0, 0});
+            ++m_counts[row].faults;
+            QVERIFY2(save.isWhole(), where.constData());
+            const bool refused = loggedText().contains(" error!\n");
+            // Only a folder that cannot be synchronised is noticed after the renaming.
+            const bool renamed = fault.kind == FaultPlan::FailFromHere || k > renaming;
+            QVERIFY2(!refused || renamed || save.isOld(), where.constData());
+            QVERIFY2(refused || save.isNew(), where.constData());
+            const bool harmless = fault.kind == FaultPlan::ShortWrite
+                                  || (fault.error == EINTR && kRepeatable.contains(where));
+            QVERIFY2(!harmless || !refused, where.constData());
+            save.save();
+            QVERIFY2(save.isNew(), where.constData());
+            QVERIFY2(save.leftOver().isEmpty(), where.constData());
         }
     }
 }
@@ -329,20 +524,21 @@ void tst_Durability::save_survivesFailingCalls()
 void tst_Durability::save_survivesDeathAtEveryCall()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    Case save(kStores[row], hasOld);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
     const int calls = int(save.calls().size());
     const FaultPlan::Kind kinds[] = {FaultPlan::KillBefore, FaultPlan::KillAfter};
     for (const FaultPlan::Kind kind : kinds) {
         for (int k = 0; k < calls; ++k) {
-            save.restore(hasOld);
+            save.restore(before);
             setFaultPlan({kind, k, 0});
             const int status = inChild([&] { save.save(); });
             setFaultPlan({FaultPlan::None, 0, 0});
             QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-            ++m_deaths;
+            ++m_counts[row].deaths;
             QVERIFY(save.isWhole());
-            QVERIFY(save.leftOver().size() <= 1);
+            // One from before and one of its own.
+            QVERIFY(save.leftOver().size() <= 2);
             save.save();
             QVERIFY(save.isNew());
             QCOMPARE(save.leftOver(), QStringList());
@@ -353,25 +549,92 @@ void tst_Durability::save_survivesDeathAtEveryCall()
 void tst_Durability::save_survivesPowerCutAtEveryCall()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    const Case save(kStores[row], hasOld);
-    const QByteArray old = hasOld ? save.oldContent() : QByteArray();
+    QFETCH(int, before);
+    const Case save(kStores[row], before);
+    const QByteArray old = save.oldContent();
     const QByteArray target = QFile::encodeName(save.file());
     for (int k = 0; k <= save.calls().size(); ++k) {
         const QList<QByteArray> states = possibleTargets(save.calls().mid(0, k), old, target);
         QVERIFY(!states.isEmpty());
         for (const QByteArray &state : states) {
-            ++m_powerCuts;
+            ++m_counts[row].powerCuts;
             QVERIFY(state == old || state == save.newContent());
+            QVERIFY(state.isNull() || readAndWritten(state) == state);
         }
     }
     const QList<QByteArray> finished = possibleTargets(save.calls(), old, target);
     QCOMPARE(finished, QList<QByteArray>() << save.newContent());
 }
 
+// The other saver comes between two calls, once with another file of the folder, which it cleans
+// up, and once with the same one.
+void tst_Durability::save_survivesAnotherSaverAtEveryCall()
+{
+    QFETCH(int, row);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
+    const QString others[] = {save.directory() + utf8("other.xml"), save.file()};
+    for (const QString &other : others) {
+        for (int k = 0; k < save.calls().size(); ++k) {
+            save.restore(before);
+            takeLog();
+            int index = 0;
+            bool otherWritten = false;
+            setCallProbe([&](const SystemCall &) {
+                if (index++ == k) {
+                    otherWritten = writeTree(other, 5);
+                }
+            });
+            save.save();
+            setCallProbe(nullptr);
+            ++m_counts[row].otherSavers;
+            const QByteArray where = save.calls().at(k).name;
+            QVERIFY2(otherWritten, where.constData());
+            QVERIFY2(!loggedText().contains(" error!\n"), where.constData());
+            QVERIFY2(save.isNew() || (other == save.file() && readFile(other) == document(5)),
+                     where.constData());
+            QVERIFY2(other == save.file() || readFile(other) == document(5), where.constData());
+            QFile::remove(save.directory() + utf8("other.xml"));
+            QCOMPARE(save.leftOver(), QStringList());
+        }
+    }
+}
+
+void tst_Durability::save_holdsItsLockUntilRenamed()
+{
+    QFETCH(int, row);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
+    QByteArray temporary;
+    QList<QByteArray> unlocked;
+    int looked = 0;
+    setCallProbe([&](const SystemCall &call) {
+        if (call.name == "flock" || temporary.isEmpty()) {
+            // The last lock before the writing is that of the file's own saver.
+            temporary = call.name == "flock" ? call.file : QByteArray();
+            return;
+        }
+        const int cleaner = open(temporary.constData(), O_WRONLY | O_CLOEXEC);
+        if (cleaner < 0) {
+            return;
+        }
+        ++looked;
+        if (flock(cleaner, LOCK_EX | LOCK_NB) == 0) {
+            unlocked.append(call.name);
+        }
+        close(cleaner);
+    });
+    save.save();
+    setCallProbe(nullptr);
+    // Writing, synchronising, duplicating, closing and renaming at the least.
+    QVERIFY(looked >= 5);
+    QCOMPARE(unlocked, QList<QByteArray>());
+    QVERIFY(save.isNew());
+}
+
 void tst_Durability::powerCut_wouldShowAMissingSync()
 {
-    const Case save(kStores[0], true);
+    const Case save(kStores[0], OwnFile);
     const QByteArray target = QFile::encodeName(save.file());
     const QList<QByteArray> unsynced =
         possibleTargets(without(save.calls(), "fdatasync"), save.oldContent(), target);

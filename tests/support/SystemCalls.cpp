@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #define INTERPOSED extern "C" __attribute__((visibility("default")))
@@ -19,6 +20,7 @@ namespace
 {
 struct Watch {
     FaultPlan plan;
+    CallProbe probe;
     QList<SystemCall> calls;
     QMap<int, QByteArray> names;
 };
@@ -26,7 +28,7 @@ struct Watch {
 Watch &watch()
 {
     // Never destroyed: files are closed while the process exits.
-    static Watch *const instance = new Watch{{FaultPlan::None, 0, 0}, {}, {}};
+    static Watch *const instance = new Watch{{FaultPlan::None, 0, 0}, {}, {}, {}};
     return *instance;
 }
 
@@ -44,13 +46,18 @@ void die() { kill(getpid(), SIGKILL); }
 class Step
 {
 public:
-    Step(const char *name, const QByteArray &file, const QByteArray &data = QByteArray())
+    Step(const char *name, const QByteArray &file, const QByteArray &data = QByteArray(),
+         int mode = 0)
         : m_watched(watching), m_index(int(watch().calls.size()))
     {
         if (m_watched) {
             // What recording itself calls is not watched.
             watching = false;
-            watch().calls.append({name, file, data});
+            const SystemCall call = {name, file, data, mode};
+            watch().calls.append(call);
+            if (watch().probe) {
+                watch().probe(call);
+            }
             watching = true;
         }
         if (isDue(FaultPlan::KillBefore)) {
@@ -103,6 +110,8 @@ WatchedCalls::~WatchedCalls() { watching = false; }
 
 void setFaultPlan(const FaultPlan &plan) { watch().plan = plan; }
 
+void setCallProbe(const CallProbe &probe) { watch().probe = probe; }
+
 QList<SystemCall> watchedCalls() { return watch().calls; }
 
 INTERPOSED int open(const char *name, int flags, ...)
@@ -115,7 +124,7 @@ INTERPOSED int open(const char *name, int flags, ...)
     if (!watching) {
         return call(name, flags, mode);
     }
-    const Step step((flags & O_CREAT) ? "create" : "open", name);
+    const Step step((flags & O_CREAT) ? "create" : "open", name, QByteArray(), int(mode));
     if (step.fails()) {
         return -1;
     }
@@ -205,4 +214,44 @@ INTERPOSED DIR *opendir(const char *name)
     static const auto call = real<DIR *(*)(const char *)>("opendir");
     const Step step("opendir", name);
     return step.fails() ? nullptr : call(name);
+}
+
+INTERPOSED int fstat(int file, struct stat *status) noexcept
+{
+    static const auto call = real<int (*)(int, struct stat *)>("fstat");
+    const Step step("fstat", nameOf(file));
+    return step.fails() ? -1 : call(file, status);
+}
+
+// Every command in use takes a number or nothing.
+INTERPOSED int fcntl(int file, int command, ...)
+{
+    va_list arguments;
+    va_start(arguments, command);
+    const long argument = va_arg(arguments, long);
+    va_end(arguments);
+    static const auto call = real<int (*)(int, int, ...)>("fcntl");
+    if (!watching) {
+        return call(file, command, argument);
+    }
+    const Step step("fcntl", nameOf(file));
+    const int result = step.fails() ? -1 : call(file, command, argument);
+    if (result >= 0 && command == F_DUPFD_CLOEXEC) {
+        watch().names[result] = watch().names.value(file);
+    }
+    return result;
+}
+
+INTERPOSED int ftruncate(int file, off_t size) noexcept
+{
+    static const auto call = real<int (*)(int, off_t)>("ftruncate");
+    const Step step("ftruncate", nameOf(file));
+    return step.fails() ? -1 : call(file, size);
+}
+
+INTERPOSED ssize_t flistxattr(int file, char *names, size_t size) noexcept
+{
+    static const auto call = real<ssize_t (*)(int, char *, size_t)>("flistxattr");
+    const Step step("flistxattr", nameOf(file));
+    return step.fails() ? -1 : call(file, names, size);
 }
