@@ -1,15 +1,7 @@
-#include "bookmarks/VLMC_BookmarksSetting.h"
-#include "bookmarks/VLMC_HistorySetting.h"
-#include "bookmarks/VLMC_ThumbnailConverter.h"
-#include "cookies/VLMC_AuthSetting.h"
-#include "cookies/VLMC_CookieSetting.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
-#include "fonts/VLMC_FontListSetting.h"
-#include "preferences/VLMC_BrowserCommonSetting.h"
-#include "preferences/VLMC_BrowserUserSetting.h"
-#include "tests/support/CookieIni.h"
+#include "tests/durability/SavedStores.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SystemCalls.h"
@@ -22,16 +14,13 @@
 #include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace
 {
-const int kSavesUnderReader = 10000;
-const int kMax = 20;
 const uid_t kOtherUser = 65534;
 
 // What a crash has left in the folder, so that each save has something to clean up first.
@@ -46,148 +35,52 @@ const QList<QByteArray> kRepeatable = QList<QByteArray>() << "open"
                                                           << "fsync"
                                                           << "ftruncate";
 
-// A store whose saves are watched, and nothing else that it does.
-template <typename Store>
-class Watched : public Store
-{
-public:
-    void save(QString &path) override
-    {
-        const WatchedCalls watched;
-        Store::save(path);
-    }
-};
-
-// A folder without documents: what is loaded from there is empty, or has its defaults.
-QString nowhere(const QString &directory) { return directory + utf8("none/"); }
-
-// A folder for the files that a document is made from.
-QString sourcesIn(const QString &directory)
-{
-    QDir(directory).mkpath(utf8("sources"));
-    return directory + utf8("sources/");
-}
-
-// How each store comes to save one given text.
-void saveFontList(QString directory, const QString &text)
-{
-    Watched<VLMC_FontListSetting> fonts;
-    fonts.loadFontList(nowhere(directory));
-    fonts.addFont(text);
-    fonts.saveFontList(directory);
-}
-
-void saveCommonPreferences(QString directory, const QString &text)
-{
-    Watched<VLMC_BrowserCommonSetting> preferences;
-    QString empty = nowhere(directory);
-    preferences.loadSetting(&empty);
-    preferences.setProxyServerStr(text);
-    preferences.saveSetting(&directory);
-}
-
-void saveUserPreferences(QString directory, const QString &text)
-{
-    Watched<VLMC_BrowserUserSetting> preferences;
-    QString empty = nowhere(directory);
-    preferences.loadSetting(&empty);
-    preferences.setHomePage(text);
-    preferences.saveSetting(&directory);
-}
-
-void saveBookmarks(QString directory, const QString &text)
-{
-    Watched<VLMC_BookmarksSetting> bookmarks;
-    QString empty = nowhere(directory);
-    int lastNumber = 0;
-    bookmarks.loadBookmark(&empty, kMax, lastNumber);
-    VLMS_Bookmark bookmark = {utf8("title"), text, utf8("000001.PNG")};
-    bookmarks.setBookmark(&bookmark, 0);
-    bookmarks.saveBookmark(&directory, kMax);
-}
-
-void saveHistory(QString directory, const QString &text)
-{
-    Watched<VLMC_HistorySetting> history;
-    QString empty = nowhere(directory);
-    history.loadHistory(&empty, kMax);
-    VLMS_History visit;
-    visit.title = text;
-    visit.url = utf8("http://x.com/");
-    visit.dateTime = QDateTime(QDate(2015, 1, 2), QTime(3, 4));
-    history.setHistory(&visit);
-    history.saveHistory(&directory, kMax);
-}
-
-void saveCredentials(QString directory, const QString &text)
-{
-    Watched<VLMC_AuthSetting> credentials;
-    QString empty = nowhere(directory);
-    credentials.loadAuthInfo(&empty, kMax);
-    VLMS_AuthInfo info = {utf8("x.com"), utf8("80"), 0, text.toUtf8(), text.toUtf8()};
-    credentials.setAuthInfo(&info);
-    credentials.saveAuthInfo(&directory, kMax);
-}
-
-void saveCookies(QString directory, const QString &text)
-{
-    const QString sources = sourcesIn(directory);
-    writeFile(sources + utf8("cookie.ini"),
-              cookieIniOf(QList<QByteArray>() << "n=" + text.toUtf8() + "; domain=x.com; path=/"));
-    QByteArray from = QFile::encodeName(sources);
-    QByteArray to = QFile::encodeName(directory) + "cookies.xml";
-    Watched<VLMC_CookieSetting> cookies;
-    cookies.convertCookieIniToXML(from.data(), to.data());
-}
-
-void saveThumbnails(QString directory, const QString &text)
-{
-    const QString sources = sourcesIn(directory);
-    writeFile(sources + utf8("000001.PNG"), text.toUtf8());
-    QByteArray from = QFile::encodeName(sources);
-    QByteArray to = QFile::encodeName(directory) + "thumbnails.xml";
-    Watched<VLMC_ThumbnailConverter> thumbnails;
-    thumbnails.convertThumbnailPngToXML(from.data(), to.data());
-}
-
-struct Store {
-    const char *name;
-    const char *fileName;
-    void (*save)(QString directory, const QString &text);
-};
-
-const Store kStores[] = {
-    {"common preferences", "repostry.xml", saveCommonPreferences},
-    {"user preferences", "repostry_private.xml", saveUserPreferences},
-    {"bookmarks", "bookmark.xml", saveBookmarks},
-    {"packed thumbnails", "thumbnails.xml", saveThumbnails},
-    {"history", "visit.xml", saveHistory},
-    {"cookies", "cookies.xml", saveCookies},
-    {"credentials", "authinfo.xml", saveCredentials},
-    {"font list", "fontlist.xml", saveFontList},
-};
-const int kStoreCount = int(sizeof kStores / sizeof kStores[0]);
-
-// How many cases of each kind a store's save has been through.
-struct Counts {
-    int faults;
-    int deaths;
-    int powerCuts;
-    int otherSavers;
-};
+// The kinds of cases that each store's save goes through, and how they are printed.
+enum Kind { Faults, Deaths, PowerCuts, OtherSavers, OtherProcesses, KindCount };
+const char *const kKinds[] = {"faults", "deaths", "power cuts", "other savers", "processes"};
 
 // What stands in the file's place before the save.
-enum Before { NoFile, OwnFile, ForeignFile };
+enum Before { NoFile, OwnFile, ForeignFile, LinkedFile, AttributedFile };
+
+// Root may set the first kind anywhere, others the second one where the file system has it.
+const char *const kAttributes[] = {"trusted.note", "user.note"};
+
+bool setAttribute(const QString &file)
+{
+    for (const char *const name : kAttributes) {
+        if (setxattr(QFile::encodeName(file).constData(), name, "kept", 4, 0) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool hasAttribute(const QString &file)
+{
+    for (const char *const name : kAttributes) {
+        if (getxattr(QFile::encodeName(file).constData(), name, nullptr, 0) == 4) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QString textOf(int size, char letter) { return QString(size, QLatin1Char(letter)); }
+
+QStringList filesIn(const QString &directory)
+{
+    return QDir(directory).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Name);
+}
 
 // One directory with a store's old file, and what its next save is to write.
 class Case
 {
 public:
-    Case(const Store &store, int before) : m_store(store), m_before(NoFile)
+    Case(const SavedStore &store, int before) : m_store(store), m_before(NoFile)
     {
         setFaultPlan({FaultPlan::None, 0, 0});
-        m_old = saved(text(50, 'o'));
-        m_new = saved(text(200, 'n'));
+        m_old = saved('o');
+        m_new = saved('n');
         restore(before);
         save();
         m_calls = watchedCalls();
@@ -197,7 +90,12 @@ public:
     void restore(int before)
     {
         setFaultPlan({FaultPlan::None, 0, 0});
+        m_before = before;
         QFile::remove(file());
+        QFile::remove(link());
+        if (before == LinkedFile) {
+            QVERIFY(QFile::link(utf8("behind.xml"), link()));
+        }
         writeFile(m_directory.file(kStale), "stale");
         if (before != NoFile) {
             writeFile(file(), m_old);
@@ -205,55 +103,81 @@ public:
         if (before == ForeignFile) {
             QCOMPARE(chown(QFile::encodeName(file()).constData(), kOtherUser, kOtherUser), 0);
         }
-        m_before = before;
+        if (before == AttributedFile) {
+            QVERIFY(setAttribute(file()));
+        }
     }
 
-    void save() { m_store.save(m_directory.path(), text(200, 'n')); }
+    void save() const { m_store.save(m_directory.path(), textOf(kNewSize, 'n')); }
 
     bool isWhole() const
     {
         if (!exists(file())) {
             return m_before == NoFile;
         }
-        const QByteArray content = readFile(file());
-        return hasItsOwner() && (content == m_new || (m_before != NoFile && content == m_old));
+        return isNew() || (m_before != NoFile && isOld());
     }
-    bool isOld() const { return m_before != NoFile ? readFile(file()) == m_old : !exists(file()); }
-    bool isNew() const { return exists(file()) && readFile(file()) == m_new && hasItsOwner(); }
+    bool isOld() const
+    {
+        return m_before != NoFile ? holds(m_old, textOf(kOldSize, 'o')) : !exists(file());
+    }
+    bool isNew() const { return exists(file()) && holds(m_new, textOf(kNewSize, 'n')); }
     QStringList leftOver() const
     {
-        QStringList names = QDir(m_directory.path()).entryList(QDir::Files | QDir::Hidden);
-        names.removeAll(utf8(m_store.fileName));
+        QStringList names = filesIn(m_directory.path());
+        names.removeAll(QFileInfo(file()).fileName());
         return names;
     }
     QString directory() const { return m_directory.path(); }
-    QString file() const { return m_directory.file(m_store.fileName); }
+    QString file() const
+    {
+        return m_before == LinkedFile ? m_directory.file("behind.xml") : link();
+    }
     QByteArray oldContent() const { return m_before != NoFile ? m_old : QByteArray(); }
     QByteArray newContent() const { return m_new; }
     QList<SystemCall> calls() const { return m_calls; }
 
 private:
-    static QString text(int size, char letter) { return QString(size, QLatin1Char(letter)); }
+    static const int kOldSize = 50;
+    static const int kNewSize = 200;
 
-    QByteArray saved(const QString &content)
+    // The name by which the store knows the file.
+    QString link() const { return m_directory.file(m_store.fileName); }
+
+    QByteArray saved(char letter)
     {
-        m_store.save(m_directory.path(), content);
+        m_store.save(m_directory.path(), textOf(letter == 'o' ? kOldSize : kNewSize, letter));
         return readFile(file());
     }
-    bool hasItsOwner() const
+    // To the byte, and for the store that loads it.
+    bool holds(const QByteArray &content, const QString &text) const
+    {
+        return readFile(file()) == content && m_store.load(m_directory.path()) == text
+               && keepsItsKind();
+    }
+    bool keepsItsKind() const
     {
         struct stat status = {};
         stat(QFile::encodeName(file()).constData(), &status);
-        return status.st_uid == (m_before == ForeignFile ? kOtherUser : getuid());
+        return status.st_uid == (m_before == ForeignFile ? kOtherUser : getuid())
+               && (m_before != AttributedFile || hasAttribute(file()))
+               && QFileInfo(link()).isSymLink() == (m_before == LinkedFile);
     }
 
-    const Store &m_store;
+    const SavedStore &m_store;
     TestDirectory m_directory;
     QByteArray m_old;
     QByteArray m_new;
     QList<SystemCall> m_calls;
     int m_before;
 };
+
+bool takesAttributes()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("probe"), "");
+    return setAttribute(directory.file("probe"));
+}
 
 void storeRows()
 {
@@ -263,10 +187,14 @@ void storeRows()
         const QByteArray name(kStores[i].name);
         QTest::newRow((name + ", for the first time").constData()) << i << int(NoFile);
         QTest::newRow((name + ", over an old file").constData()) << i << int(OwnFile);
-        if (getuid() == 0) {
-            QTest::newRow((name + ", over another user's file").constData())
-                << i << int(ForeignFile);
-        }
+    }
+    // What differs here does so below the stores, which all save alike.
+    QTest::newRow("over a file behind a link") << 0 << int(LinkedFile);
+    if (getuid() == 0) {
+        QTest::newRow("over another user's file") << 0 << int(ForeignFile);
+    }
+    if (takesAttributes()) {
+        QTest::newRow("over a file with attributes") << 0 << int(AttributedFile);
     }
 }
 
@@ -331,6 +259,13 @@ QList<QByteArray> possibleTargets(const QList<SystemCall> &calls, const QByteArr
     return contents;
 }
 
+// Calls that change nothing.
+bool isLook(const SystemCall &call)
+{
+    return call.name == "fstat" || call.name == "lstat" || call.name == "flistxattr"
+           || call.name == "fgetxattr";
+}
+
 QList<SystemCall> without(const QList<SystemCall> &calls, const QByteArray &name)
 {
     QList<SystemCall> left;
@@ -342,9 +277,9 @@ QList<SystemCall> without(const QList<SystemCall> &calls, const QByteArray &name
     return left;
 }
 
-int indexOf(const QList<SystemCall> &calls, const QByteArray &name)
+int indexOf(const QList<SystemCall> &calls, const QByteArray &name, int from = 0)
 {
-    for (int i = 0; i < calls.size(); ++i) {
+    for (int i = from; i < calls.size(); ++i) {
         if (calls.at(i).name == name) {
             return i;
         }
@@ -365,6 +300,57 @@ int inChild(Work work)
     }
     return status;
 }
+
+// Does its work up to a watched call, and then waits to be told.
+class StoppedProcess
+{
+public:
+    StoppedProcess(int call, const std::function<bool()> &work) : m_status(0), m_id(fork())
+    {
+        if (m_id == 0) {
+            int index = 0;
+            setCallProbe([&](const SystemCall &) {
+                if (index++ == call) {
+                    raise(SIGSTOP);
+                }
+            });
+            _exit(work() ? 0 : 1);
+        }
+        wait(WUNTRACED);
+    }
+    ~StoppedProcess()
+    {
+        if (isStopped()) {
+            dies();
+        }
+    }
+    StoppedProcess(const StoppedProcess &) = delete;
+    StoppedProcess &operator=(const StoppedProcess &) = delete;
+
+    bool isStopped() const { return WIFSTOPPED(m_status); }
+    bool finishes()
+    {
+        kill(m_id, SIGCONT);
+        wait(0);
+        return m_status == 0;
+    }
+    bool dies()
+    {
+        kill(m_id, SIGKILL);
+        wait(0);
+        return WIFSIGNALED(m_status);
+    }
+
+private:
+    void wait(int options)
+    {
+        while (waitpid(m_id, &m_status, options) < 0 && errno == EINTR) {
+        }
+    }
+
+    int m_status;
+    pid_t m_id;
+};
 
 QByteArray document(int fill)
 {
@@ -402,15 +388,16 @@ private slots:
     void save_survivesPowerCutAtEveryCall();
     void save_survivesAnotherSaverAtEveryCall_data() { storeRows(); }
     void save_survivesAnotherSaverAtEveryCall();
+    void save_survivesAnotherProcessAtEveryCall_data() { storeRows(); }
+    void save_survivesAnotherProcessAtEveryCall();
+    void save_survivesAnotherProcessInBetween();
     void save_holdsItsLockUntilRenamed_data() { storeRows(); }
     void save_holdsItsLockUntilRenamed();
     void powerCut_wouldShowAMissingSync();
-    void write_keepsOldFileAtFileSizeLimit();
-    void write_keepsOldFileOnFullDisk();
-    void write_isSeenWholeAtEveryMoment();
 
 private:
-    Counts m_counts[kStoreCount] = {};
+    int m_counts[kStoreCount][KindCount] = {};
+    int m_interleavings = 0;
 };
 
 void tst_Durability::cleanup()
@@ -422,19 +409,23 @@ void tst_Durability::cleanup()
 
 void tst_Durability::cleanupTestCase()
 {
-    Counts total = {0, 0, 0, 0};
-    printf("%-20s %8s %8s %12s %14s\n", "cases", "faults", "deaths", "power cuts", "other savers");
-    for (int i = 0; i < kStoreCount; ++i) {
-        const Counts &counts = m_counts[i];
-        printf("%-20s %8d %8d %12d %14d\n", kStores[i].name, counts.faults, counts.deaths,
-               counts.powerCuts, counts.otherSavers);
-        total.faults += counts.faults;
-        total.deaths += counts.deaths;
-        total.powerCuts += counts.powerCuts;
-        total.otherSavers += counts.otherSavers;
+    printf("%-20s", "cases");
+    for (const char *const kind : kKinds) {
+        printf(" %12s", kind);
     }
-    printf("%-20s %8d %8d %12d %14d\n", "total", total.faults, total.deaths, total.powerCuts,
-           total.otherSavers);
+    int total[KindCount] = {};
+    for (int i = 0; i < kStoreCount; ++i) {
+        printf("\n%-20s", kStores[i].name);
+        for (int kind = 0; kind < KindCount; ++kind) {
+            printf(" %12d", m_counts[i][kind]);
+            total[kind] += m_counts[i][kind];
+        }
+    }
+    printf("\n%-20s", "total");
+    for (const int cases : total) {
+        printf(" %12d", cases);
+    }
+    printf("\ninterleavings of two savers: %d\n", m_interleavings);
 }
 
 void tst_Durability::save_takesTheSafeSteps()
@@ -442,15 +433,15 @@ void tst_Durability::save_takesTheSafeSteps()
     QFETCH(int, row);
     QFETCH(int, before);
     const Case save(kStores[row], before);
-    // Looking at the file's status and attributes is no step.
-    const QList<SystemCall> calls = without(without(save.calls(), "fstat"), "flistxattr");
+    const QList<SystemCall> calls = save.calls();
     QList<QByteArray> steps;
     QByteArray temporary;
     for (const SystemCall &call : calls) {
         if (call.name == "create") {
             temporary = call.file;
             steps.append(call.name);
-        } else if (!temporary.isEmpty() && (call.file == temporary || call.name == "fsync")) {
+        } else if (!isLook(call) && !temporary.isEmpty()
+                   && (call.file == temporary || call.name == "fsync")) {
             steps.append(call.name);
         }
     }
@@ -459,6 +450,9 @@ void tst_Durability::save_takesTheSafeSteps()
              << "flock";
     if (before == ForeignFile) {
         expected << "fchown";
+    }
+    if (before == AttributedFile) {
+        expected << "fsetxattr";
     }
     if (before != NoFile) {
         expected << "fchmod";
@@ -504,9 +498,9 @@ void tst_Durability::save_survivesFailingCalls()
             setFaultPlan({fault.kind, k, fault.error});
             save.save();
             setFaultPlan({FaultPlan::None, 0, 0});
-            ++m_counts[row].faults;
-            QVERIFY2(save.isWhole(), where.constData());
             const bool refused = loggedText().contains(" error!\n");
+            ++m_counts[row][Faults];
+            QVERIFY2(save.isWhole(), where.constData());
             // Only a folder that cannot be synchronised is noticed after the renaming.
             const bool renamed = fault.kind == FaultPlan::FailFromHere || k > renaming;
             QVERIFY2(!refused || renamed || save.isOld(), where.constData());
@@ -527,15 +521,20 @@ void tst_Durability::save_survivesDeathAtEveryCall()
     QFETCH(int, before);
     Case save(kStores[row], before);
     const int calls = int(save.calls().size());
-    const FaultPlan::Kind kinds[] = {FaultPlan::KillBefore, FaultPlan::KillAfter};
+    // Dead after a call is dead before the next one, but for the last.
+    const FaultPlan::Kind kinds[] = {FaultPlan::KillBefore, FaultPlan::KillAmid,
+                                     FaultPlan::KillAfter};
     for (const FaultPlan::Kind kind : kinds) {
-        for (int k = 0; k < calls; ++k) {
+        for (int k = kind == FaultPlan::KillAfter ? calls - 1 : 0; k < calls; ++k) {
+            if (kind == FaultPlan::KillAmid && save.calls().at(k).name != "write") {
+                continue;
+            }
             save.restore(before);
             setFaultPlan({kind, k, 0});
             const int status = inChild([&] { save.save(); });
             setFaultPlan({FaultPlan::None, 0, 0});
             QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-            ++m_counts[row].deaths;
+            ++m_counts[row][Deaths];
             QVERIFY(save.isWhole());
             // One from before and one of its own.
             QVERIFY(save.leftOver().size() <= 2);
@@ -557,7 +556,7 @@ void tst_Durability::save_survivesPowerCutAtEveryCall()
         const QList<QByteArray> states = possibleTargets(save.calls().mid(0, k), old, target);
         QVERIFY(!states.isEmpty());
         for (const QByteArray &state : states) {
-            ++m_counts[row].powerCuts;
+            ++m_counts[row][PowerCuts];
             QVERIFY(state == old || state == save.newContent());
             QVERIFY(state.isNull() || readAndWritten(state) == state);
         }
@@ -578,6 +577,9 @@ void tst_Durability::save_survivesAnotherSaverAtEveryCall()
         for (int k = 0; k < save.calls().size(); ++k) {
             save.restore(before);
             takeLog();
+            // Whoever has the file open keeps what it held.
+            QFile reader(save.file());
+            QCOMPARE(reader.open(QIODevice::ReadOnly), before != NoFile);
             int index = 0;
             bool otherWritten = false;
             setCallProbe([&](const SystemCall &) {
@@ -587,15 +589,89 @@ void tst_Durability::save_survivesAnotherSaverAtEveryCall()
             });
             save.save();
             setCallProbe(nullptr);
-            ++m_counts[row].otherSavers;
+            ++m_counts[row][OtherSavers];
             const QByteArray where = save.calls().at(k).name;
             QVERIFY2(otherWritten, where.constData());
             QVERIFY2(!loggedText().contains(" error!\n"), where.constData());
             QVERIFY2(save.isNew() || (other == save.file() && readFile(other) == document(5)),
                      where.constData());
             QVERIFY2(other == save.file() || readFile(other) == document(5), where.constData());
+            QVERIFY2(before == NoFile || reader.readAll() == save.oldContent(), where.constData());
             QFile::remove(save.directory() + utf8("other.xml"));
             QCOMPARE(save.leftOver(), QStringList());
+        }
+    }
+}
+
+// This process saves another file of the folder, and so cleans up there, while the store's saver
+// stands still in front of a call: that one may then go on, or die there.
+void tst_Durability::save_survivesAnotherProcessAtEveryCall()
+{
+    QFETCH(int, row);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
+    const QString other = save.directory() + utf8("other.xml");
+    // It holds the lock of the stale file, which it removes, and then that of its own.
+    const int cleaning = indexOf(save.calls(), "flock");
+    const int cleaned = indexOf(save.calls(), "unlink");
+    const int saving = indexOf(save.calls(), "flock", cleaning + 1);
+    const int renaming = indexOf(save.calls(), "rename");
+    for (int k = 0; k < save.calls().size(); ++k) {
+        const QByteArray where = save.calls().at(k).name;
+        for (const bool dies : {false, true}) {
+            save.restore(before);
+            StoppedProcess saver(k, [&] {
+                takeLog();
+                save.save();
+                return !loggedText().contains(" error!\n") && save.isNew();
+            });
+            QVERIFY2(saver.isStopped(), where.constData());
+            QVERIFY2(writeTree(other, 5), where.constData());
+            QFile::remove(other);
+            const bool living = (k > cleaning && k <= cleaned) || (k > saving && k <= renaming);
+            QVERIFY2(save.leftOver().size() == (living ? 1 : 0), where.constData());
+            QVERIFY2(dies ? saver.dies() : saver.finishes(), where.constData());
+            QVERIFY2(writeTree(other, 5), where.constData());
+            QFile::remove(other);
+            QVERIFY2(save.isWhole(), where.constData());
+            QCOMPARE(save.leftOver(), QStringList());
+            ++m_counts[row][OtherProcesses];
+        }
+    }
+}
+
+// In front of each call of a save another process begins to save, stops in front of each of its own
+// calls until the first save is over, and goes on then.
+void tst_Durability::save_survivesAnotherProcessInBetween()
+{
+    Case save(kStores[0], OwnFile);
+    const QString other = save.directory() + utf8("other.xml");
+    for (int i = 0; i < save.calls().size(); ++i) {
+        bool stopped = true;
+        for (int k = 0; stopped; ++k) {
+            save.restore(OwnFile);
+            takeLog();
+            QScopedPointer<StoppedProcess> saver;
+            int index = 0;
+            setCallProbe([&](const SystemCall &) {
+                if (index++ == i) {
+                    saver.reset(new StoppedProcess(k, [&] {
+                        const WatchedCalls watched;
+                        return writeTree(other, 5);
+                    }));
+                }
+            });
+            save.save();
+            setCallProbe(nullptr);
+            stopped = saver->isStopped();
+            QVERIFY(!loggedText().contains(" error!\n"));
+            QVERIFY(save.isNew());
+            QVERIFY(!stopped || saver->finishes());
+            COMPARE_BYTES(readFile(other), document(5));
+            QFile::remove(other);
+            QVERIFY(save.isNew());
+            QCOMPARE(save.leftOver(), QStringList());
+            m_interleavings += stopped ? 1 : 0;
         }
     }
 }
@@ -642,80 +718,6 @@ void tst_Durability::powerCut_wouldShowAMissingSync()
     const QList<QByteArray> unnamed =
         possibleTargets(without(save.calls(), "fsync"), save.oldContent(), target);
     QVERIFY(unnamed.contains(save.oldContent()));
-}
-
-void tst_Durability::write_keepsOldFileAtFileSizeLimit()
-{
-    const TestDirectory directory;
-    const QString path = directory.file("limited.xml");
-    QVERIFY(writeTree(path, 10));
-    const int status = inChild([&] {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {4096, 4096};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        takeLog();
-        const bool written = writeTree(path, 100000);
-        const bool told = loggedText() == "2 VLMC_XMLWriter::write file write error!\n";
-        _exit(!written && told ? 0 : 1);
-    });
-    QCOMPARE(status, 0);
-    COMPARE_BYTES(readFile(path), document(10));
-    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-}
-
-void tst_Durability::write_keepsOldFileOnFullDisk()
-{
-    const TestDirectory directory;
-    const QByteArray folder = QFile::encodeName(directory.path());
-    if (mount("tmpfs", folder.constData(), "tmpfs", 0, "size=64k") != 0) {
-        QSKIP("mounting is not allowed here");
-    }
-    const QString path = directory.file("full.xml");
-    const bool first = writeTree(path, 10);
-    takeLog();
-    const bool second = writeTree(path, 200000);
-    const QByteArray log = loggedText();
-    const QByteArray content = readFile(path);
-    const int files = int(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size());
-    const bool third = writeTree(path, 1000);
-    const QByteArray last = readFile(path);
-    umount(folder.constData());
-    QVERIFY(first && !second && third);
-    COMPARE_BYTES(log, "2 VLMC_XMLWriter::write file write error!\n");
-    COMPARE_BYTES(content, document(10));
-    COMPARE_BYTES(last, document(1000));
-    QCOMPARE(files, 1);
-}
-
-void tst_Durability::write_isSeenWholeAtEveryMoment()
-{
-    const TestDirectory directory;
-    const QString path = directory.file("busy.xml");
-    QVERIFY(writeTree(path, 20000));
-    const pid_t reader = fork();
-    if (reader == 0) {
-        const QByteArray large = document(20000);
-        const QByteArray small = document(5);
-        for (;;) {
-            QFile file(path);
-            if (!file.open(QIODevice::ReadOnly)) {
-                _exit(1);
-            }
-            const QByteArray content = file.readAll();
-            if (content != large && content != small) {
-                _exit(2);
-            }
-        }
-    }
-    for (int i = 0; i < kSavesUnderReader; ++i) {
-        writeTree(path, i % 2 == 0 ? 5 : 20000);
-    }
-    int status = 0;
-    const bool stillReading = waitpid(reader, &status, WNOHANG) == 0;
-    kill(reader, SIGKILL);
-    waitpid(reader, &status, 0);
-    QVERIFY(stillReading);
-    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_Durability)

@@ -67,7 +67,7 @@ public:
     ~Step()
     {
         const int error = errno;
-        if (isDue(FaultPlan::KillAfter)) {
+        if (isDue(FaultPlan::KillAfter) || isDue(FaultPlan::KillAmid)) {
             die();
         }
         errno = error;
@@ -97,6 +97,23 @@ private:
 };
 
 QByteArray nameOf(int file) { return watching ? watch().names.value(file) : QByteArray(); }
+
+int opened(const char *function, const char *name, int flags, mode_t mode)
+{
+    const auto call = real<int (*)(const char *, int, ...)>(function);
+    if (!watching) {
+        return call(name, flags, mode);
+    }
+    const Step step((flags & O_CREAT) ? "create" : "open", name, QByteArray(), int(mode));
+    if (step.fails()) {
+        return -1;
+    }
+    const int file = call(name, flags, mode);
+    if (file >= 0) {
+        watch().names[file] = name;
+    }
+    return file;
+}
 } // namespace
 
 WatchedCalls::WatchedCalls()
@@ -120,19 +137,17 @@ INTERPOSED int open(const char *name, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = mode_t((flags & O_CREAT) ? va_arg(arguments, int) : 0);
     va_end(arguments);
-    static const auto call = real<int (*)(const char *, int, ...)>("open");
-    if (!watching) {
-        return call(name, flags, mode);
-    }
-    const Step step((flags & O_CREAT) ? "create" : "open", name, QByteArray(), int(mode));
-    if (step.fails()) {
-        return -1;
-    }
-    const int file = call(name, flags, mode);
-    if (file >= 0) {
-        watch().names[file] = name;
-    }
-    return file;
+    return opened("open", name, flags, mode);
+}
+
+// What Qt calls.
+INTERPOSED int open64(const char *name, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = mode_t((flags & O_CREAT) ? va_arg(arguments, int) : 0);
+    va_end(arguments);
+    return opened("open64", name, flags, mode);
 }
 
 INTERPOSED ssize_t write(int file, const void *data, size_t size)
@@ -145,7 +160,8 @@ INTERPOSED ssize_t write(int file, const void *data, size_t size)
     if (step.fails()) {
         return -1;
     }
-    return call(file, data, step.isDue(FaultPlan::ShortWrite) ? (size + 1) / 2 : size);
+    const bool halved = step.isDue(FaultPlan::ShortWrite) || step.isDue(FaultPlan::KillAmid);
+    return call(file, data, halved ? (size + 1) / 2 : size);
 }
 
 // The descriptor is gone whatever close() says.
@@ -216,6 +232,27 @@ INTERPOSED DIR *opendir(const char *name)
     return step.fails() ? nullptr : call(name);
 }
 
+INTERPOSED dirent *readdir(DIR *entries)
+{
+    static const auto call = real<dirent *(*)(DIR *)>("readdir");
+    const Step step("readdir", QByteArray());
+    return step.fails() ? nullptr : call(entries);
+}
+
+INTERPOSED int lstat(const char *name, struct stat *status) noexcept
+{
+    static const auto call = real<int (*)(const char *, struct stat *)>("lstat");
+    const Step step("lstat", name);
+    return step.fails() ? -1 : call(name, status);
+}
+
+INTERPOSED ssize_t readlink(const char *name, char *target, size_t size) noexcept
+{
+    static const auto call = real<ssize_t (*)(const char *, char *, size_t)>("readlink");
+    const Step step("readlink", name);
+    return step.fails() ? -1 : call(name, target, size);
+}
+
 INTERPOSED int fstat(int file, struct stat *status) noexcept
 {
     static const auto call = real<int (*)(int, struct stat *)>("fstat");
@@ -254,4 +291,20 @@ INTERPOSED ssize_t flistxattr(int file, char *names, size_t size) noexcept
     static const auto call = real<ssize_t (*)(int, char *, size_t)>("flistxattr");
     const Step step("flistxattr", nameOf(file));
     return step.fails() ? -1 : call(file, names, size);
+}
+
+INTERPOSED ssize_t fgetxattr(int file, const char *name, void *value, size_t size) noexcept
+{
+    static const auto call = real<ssize_t (*)(int, const char *, void *, size_t)>("fgetxattr");
+    const Step step("fgetxattr", nameOf(file));
+    return step.fails() ? -1 : call(file, name, value, size);
+}
+
+INTERPOSED int fsetxattr(int file, const char *name, const void *value, size_t size,
+                         int flags) noexcept
+{
+    static const auto call =
+        real<int (*)(int, const char *, const void *, size_t, int)>("fsetxattr");
+    const Step step("fsetxattr", nameOf(file));
+    return step.fails() ? -1 : call(file, name, value, size, flags);
 }

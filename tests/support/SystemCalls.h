@@ -22,7 +22,8 @@ struct SystemCall {
 
 /// What happens at which call, counted from 0; everything else runs as usual.
 struct FaultPlan {
-    enum Kind { None, Fail, FailFromHere, ShortWrite, KillBefore, KillAfter };
+    /// KillAmid kills half-way through a write.
+    enum Kind { None, Fail, FailFromHere, ShortWrite, KillBefore, KillAfter, KillAmid };
 
     Kind kind;
     int index;
