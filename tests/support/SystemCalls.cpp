@@ -67,7 +67,7 @@ public:
     ~Step()
     {
         const int error = errno;
-        if (isDue(FaultPlan::KillAfter) || isDue(FaultPlan::KillAmid)) {
+        if (isDue(FaultPlan::KillAfter)) {
             die();
         }
         errno = error;
@@ -98,13 +98,15 @@ private:
 
 QByteArray nameOf(int file) { return watching ? watch().names.value(file) : QByteArray(); }
 
+bool takesMode(int flags) { return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE; }
+
 int opened(const char *function, const char *name, int flags, mode_t mode)
 {
     const auto call = real<int (*)(const char *, int, ...)>(function);
     if (!watching) {
         return call(name, flags, mode);
     }
-    const Step step((flags & O_CREAT) ? "create" : "open", name, QByteArray(), int(mode));
+    const Step step(takesMode(flags) ? "create" : "open", name, QByteArray(), int(mode));
     if (step.fails()) {
         return -1;
     }
@@ -135,7 +137,7 @@ INTERPOSED int open(const char *name, int flags, ...)
 {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = mode_t((flags & O_CREAT) ? va_arg(arguments, int) : 0);
+    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
     return opened("open", name, flags, mode);
 }
@@ -145,7 +147,7 @@ INTERPOSED int open64(const char *name, int flags, ...)
 {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = mode_t((flags & O_CREAT) ? va_arg(arguments, int) : 0);
+    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
     return opened("open64", name, flags, mode);
 }
@@ -160,8 +162,13 @@ INTERPOSED ssize_t write(int file, const void *data, size_t size)
     if (step.fails()) {
         return -1;
     }
-    const bool halved = step.isDue(FaultPlan::ShortWrite) || step.isDue(FaultPlan::KillAmid);
-    return call(file, data, halved ? (size + 1) / 2 : size);
+    const bool dies = step.isDue(FaultPlan::KillAmid);
+    const bool halved = dies || step.isDue(FaultPlan::ShortWrite);
+    const ssize_t written = call(file, data, halved ? (size + 1) / 2 : size);
+    if (dies) {
+        die();
+    }
+    return written;
 }
 
 // The descriptor is gone whatever close() says.
@@ -181,6 +188,14 @@ INTERPOSED int rename(const char *from, const char *to) noexcept
     static const auto call = real<int (*)(const char *, const char *)>("rename");
     const Step step("rename", from, to);
     return step.fails() ? -1 : call(from, to);
+}
+
+INTERPOSED int linkat(int fromFolder, const char *from, int toFolder, const char *to,
+                      int flags) noexcept
+{
+    static const auto call = real<int (*)(int, const char *, int, const char *, int)>("linkat");
+    const Step step("linkat", from, to);
+    return step.fails() ? -1 : call(fromFolder, from, toFolder, to, flags);
 }
 
 INTERPOSED int unlink(const char *name) noexcept

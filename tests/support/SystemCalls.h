@@ -22,7 +22,7 @@ struct SystemCall {
 
 /// What happens at which call, counted from 0; everything else runs as usual.
 struct FaultPlan {
-    /// KillAmid kills half-way through a write.
+    /// ShortWrite and KillAmid take half of what a write is given, and leave other calls alone.
     enum Kind { None, Fail, FailFromHere, ShortWrite, KillBefore, KillAfter, KillAmid };
 
     Kind kind;
