@@ -56,7 +56,7 @@ public:
     {
         setFaultPlan({FaultPlan::None, 0, 0});
         m_old = saved(QString(50, QLatin1Char('o')));
-        m_new = saved(QString(300, QLatin1Char('n')));
+        m_new = saved(QString(250, QLatin1Char('n')));
         restore(hasOld);
         save();
         m_calls = watchedCalls();
@@ -73,7 +73,7 @@ public:
         m_hasOld = hasOld;
     }
 
-    void save() { m_store.save(m_directory.path(), QString(300, QLatin1Char('n'))); }
+    void save() { m_store.save(m_directory.path(), QString(250, QLatin1Char('n'))); }
 
     bool isWhole() const
     {
