@@ -98,7 +98,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getThumbNode(int &index)
         return nullptr;
     }
     index = qMax(index, 0);
-    QString name = QEXC_TextCodec::fromSJIS(kBookmark);
+    QString name = elementName(kBookmark);
     return childNamed(root->getChildByName(name, index), kThumbnail);
 }
 

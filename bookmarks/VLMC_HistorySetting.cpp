@@ -8,6 +8,8 @@
 #include "core/Utf8_p.h"
 #include "core/VLMG_Debug.h"
 
+#include <QtCore/QVector>
+
 #include <algorithm>
 #include <typeinfo>
 
@@ -71,7 +73,7 @@ struct Texts {
 // The visits that ids lead to. The log has a line for each id, as from getHistory.
 QVector<Visit> visitsNewestFirst(VLMC_XMLSetting &store)
 {
-    const QVector<VLMC_XMLNode *> entries = entriesById(store, store.getXMLNodeCnt());
+    const QList<VLMC_XMLNode *> entries = entriesById(store, store.getXMLNodeCnt());
     ClockOrder clock;
     QVector<Visit> visits;
     visits.reserve(int(entries.size()));
@@ -192,7 +194,7 @@ bool VLMC_HistorySetting::getHistory(int id, VLMS_History *out)
 int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
     const int count = getHistoryCnt();
-    const QVector<VLMC_XMLNode *> entries = entriesById(*this, count);
+    const QList<VLMC_XMLNode *> entries = entriesById(*this, count);
     const QString none;
     const QString *compared = &none;
     for (int id = 0; id < count; ++id) {

@@ -7,8 +7,6 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 
-#include <QtCore/QVector>
-
 using namespace vlm;
 
 namespace
@@ -90,7 +88,7 @@ void VLMC_CookieSetting::addCookieInfo(QNetworkCookie &cookie)
 QList<VLMS_CookieInfo> VLMC_CookieSetting::getAllCookieInfo()
 {
     QList<VLMS_CookieInfo> infos;
-    const QVector<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
+    const QList<VLMC_XMLNode *> entries = entriesById(*this, getXMLNodeCnt());
     for (VLMC_XMLNode *const entry : entries) {
         if (entry) {
             infos.append(infoOf(entry));

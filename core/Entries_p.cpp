@@ -9,6 +9,8 @@
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
 
+#include <algorithm>
+
 namespace
 {
 const char kDocInfo[] = "docInfo";
@@ -21,23 +23,14 @@ struct Names {
     QHash<QByteArray, QString> texts;
 };
 
-// One string for all nodes of a name, which is less to keep and less to look at in a walk.
-QString sharedName(const char *name)
-{
-    static Names *const names = new Names;
-    const QMutexLocker locker(&names->mutex);
-    QString &text = names->texts[QByteArray(name)];
-    if (text.isEmpty()) {
-        text = QEXC_TextCodec::fromSJIS(name);
-    }
-    return text;
-}
-
-// The lengths tell most names apart, without a call.
+// The lengths tell most names apart, and names are too short for a call of Qt's comparison.
 bool isNamed(const VLMC_XMLNode &node, QLatin1String name)
 {
     const QString &ofNode = vlm::NodeView::name(node);
-    return int(ofNode.size()) == int(name.size()) && ofNode == name;
+    const int size = int(name.size());
+    return int(ofNode.size()) == size
+           && std::equal(name.data(), name.data() + size, ofNode.constData(),
+                         [](char left, QChar right) { return QLatin1Char(left) == right; });
 }
 } // namespace
 
@@ -73,27 +66,37 @@ VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
     return root->getXMLNodeChildByID(id, attributeName);
 }
 
-QVector<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
+QList<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
 {
     VLMC_XMLNode *const root = store.getXMLRootNode();
-    return root ? childrenById(*root, usualIdentifier(), count)
-                : QVector<VLMC_XMLNode *>(qMax(count, 0), nullptr);
+    return root ? childrenById(*root, usualIdentifier(), count) : noNodes(count);
 }
 
 int vlm::countEntries(VLMC_XMLSetting &store, const char *name)
 {
     QString attributeName = usualIdentifier();
-    QString entryName = QEXC_TextCodec::fromSJIS(name);
+    QString entryName = elementName(name);
     return store.getXMLRootNodeChildCntByName(attributeName, entryName);
+}
+
+QString vlm::elementName(const char *name)
+{
+    static Names *const names = new Names;
+    const QMutexLocker locker(&names->mutex);
+    QString &text = names->texts[QByteArray(name)];
+    if (text.isEmpty()) {
+        text = QEXC_TextCodec::fromSJIS(name);
+    }
+    return text;
 }
 
 VLMC_XMLNode *vlm::addElement(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,
                               const QString &text, char textType, char place)
 {
-    QString elementName = sharedName(name);
+    QString nodeName = elementName(name);
     QString elementText = text;
     QXmlStreamAttributes attributes;
-    return store.addXMLChild(parent, elementName, elementText, textType, attributes, place);
+    return store.addXMLChild(parent, nodeName, elementText, textType, attributes, place);
 }
 
 void vlm::releaseUnattached(VLMC_XMLNode *node)

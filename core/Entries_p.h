@@ -3,8 +3,8 @@
 
 #include "core/TextKind_p.h"
 
+#include <QtCore/QList>
 #include <QtCore/QString>
-#include <QtCore/QVector>
 #include <QtCore/QXmlStreamAttributes>
 
 class VLMC_XMLNode;
@@ -30,10 +30,14 @@ inline VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name)
 VLMC_XMLNode *entryById(VLMC_XMLSetting &store, int id);
 
 // The first entry that carries each id from 0 up to count, or null, in one pass.
-QVector<VLMC_XMLNode *> entriesById(VLMC_XMLSetting &store, int count);
+QList<VLMC_XMLNode *> entriesById(VLMC_XMLSetting &store, int count);
 
 // The number of entries of this name that their ids lead to.
 int countEntries(VLMC_XMLSetting &store, const char *name);
+
+// The name of elements that stores add or look for: one string for all nodes, which is less to keep
+// and less to look at in a walk. May be called from any thread.
+QString elementName(const char *name);
 
 // Adds an element without attributes to parent. With a null parent the node belongs to the caller.
 VLMC_XMLNode *addElement(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,

@@ -100,15 +100,25 @@ bool vlm::isUsualIdentifier(const QXmlStreamAttributes &attributes, int number)
            && only.qualifiedName() == usualIdentifier() && !only.isDefault();
 }
 
-QVector<VLMC_XMLNode *> vlm::childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
-                                          int count)
+QList<VLMC_XMLNode *> vlm::noNodes(int count)
+{
+    QList<VLMC_XMLNode *> nodes;
+    nodes.reserve(qMax(count, 0));
+    for (int i = 0; i < count; ++i) {
+        nodes.append(nullptr);
+    }
+    return nodes;
+}
+
+QList<VLMC_XMLNode *> vlm::childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
+                                        int count)
 {
     const QList<VLMC_XMLNode *> &children = NodeView::children(parent);
     if (count == children.size() && count <= kMaxNumbered
         && NodeView::isNumbered(parent, attributeName)) {
-        return children.toVector();
+        return children;
     }
-    QVector<VLMC_XMLNode *> found(qMax(count, 0), nullptr);
+    QList<VLMC_XMLNode *> found = noNodes(count);
     for (VLMC_XMLNode *const child : children) {
         int number = 0;
         if (child && readIdentifier(NodeView::attributes(*child), attributeName, &number)

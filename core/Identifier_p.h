@@ -1,6 +1,7 @@
 #ifndef IDENTIFIER_P_H
 #define IDENTIFIER_P_H
 
+#include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamAttributes>
@@ -23,10 +24,13 @@ bool readIdentifier(const QXmlStreamAttributes &attributes, const QString &attri
 // True for a set that is no other than identifiers() has for this number under the usual name.
 bool isUsualIdentifier(const QXmlStreamAttributes &attributes, int number);
 
+// A list of this many nulls; an empty one for a negative count.
+QList<VLMC_XMLNode *> noNodes(int count);
+
 // For each number from 0 up to count the first child that carries it, or null: what a search for
 // each would find, in one pass.
-QVector<VLMC_XMLNode *> childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
-                                     int count);
+QList<VLMC_XMLNode *> childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
+                                   int count);
 
 // The attribute sets of the numbers from 0 up to count: one attribute each, its value as by "%03d".
 // Sets under the usual name are made once and shared. May be called from any thread.

@@ -12,6 +12,13 @@ namespace
 // Room for the fields of most entries, in one allocation.
 const int kUsualChildren = 4;
 
+// Not null. Never destroyed: nodes may be made while the process exits.
+const QString &emptyText()
+{
+    static const QString *const empty = new QString(QString::fromLatin1(""));
+    return *empty;
+}
+
 bool carriesIdentifier(const QXmlStreamAttributes &attributes, const QString &name, int id)
 {
     int number = 0;
@@ -25,8 +32,8 @@ VLMC_XMLNode::VLMC_XMLNode(VLMC_XMLNode *parent, char prepend)
       m_childrenLent(false),
       m_numbered(false),
       m_parent(nullptr),
-      m_name(QString::fromLatin1("")),
-      m_text(QString::fromLatin1(""))
+      m_name(emptyText()),
+      m_text(emptyText())
 {
     if (parent) {
         parent->addXMLNode(this, prepend);

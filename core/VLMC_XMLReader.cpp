@@ -43,8 +43,8 @@ private:
     int m_next = 0;
 };
 
-// Spares memory: the reader's set has room for many more attributes, and the entries of a store that
-// was saved carry their positions, as those of every other store do.
+// Spares memory: the reader's set has room for many more attributes, and the entries of a store
+// that was saved carry their positions, as those of every other store do.
 void share(QXmlStreamAttributes &attributes, int position)
 {
     if (vlm::isUsualIdentifier(attributes, position)) {
@@ -54,10 +54,10 @@ void share(QXmlStreamAttributes &attributes, int position)
     }
 }
 
-VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent, NamesSeen &names)
+VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes &attributes,
+                             VLMC_XMLNode *parent, NamesSeen &names)
 {
     VLMC_XMLNode *const node = new VLMC_XMLNode(parent, vlm::AtEnd);
-    QXmlStreamAttributes attributes = reader.attributes();
     if (!attributes.isEmpty()) {
         const int position = parent ? int(vlm::NodeView::children(*parent).size()) - 1 : 0;
         share(attributes, position);
@@ -68,11 +68,10 @@ VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, VLMC_XMLNode *parent,
     return node;
 }
 
-// Characters that the start tag read last has not from itself but from a declaration.
-int defaultedBy(const QXmlStreamReader &reader)
+// Characters that a start tag has not from itself but from a declaration.
+int defaultedIn(const QXmlStreamAttributes &attributes)
 {
     int defaulted = 0;
-    const QXmlStreamAttributes attributes = reader.attributes();
     for (const QXmlStreamAttribute &attribute : attributes) {
         if (attribute.isDefault()) {
             defaulted += int(attribute.qualifiedName().size() + attribute.value().size());
@@ -151,7 +150,8 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
 VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
 {
     NamesSeen names;
-    VLMC_XMLNode *const element = nodeOfStartTag(*this, parent, names);
+    QXmlStreamAttributes ofTag = attributes();
+    VLMC_XMLNode *const element = nodeOfStartTag(*this, ofTag, parent, names);
     VLMC_XMLNode *open = element;
     int defaulted = 0;
     while (!atEnd()) {
@@ -163,15 +163,18 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
             open = open->getXMLNodeParent();
             continue;
         }
-        readText(open);
+        if (token == Characters) {
+            readText(open);
+        }
         if (token == StartElement) {
+            ofTag = attributes();
             // One declaration would otherwise fill as much memory as there are elements.
-            defaulted += defaultedBy(*this);
+            defaulted += defaultedIn(ofTag);
             if (defaulted > kMaxDefaulted) {
                 raiseError();
                 break;
             }
-            open = nodeOfStartTag(*this, open, names);
+            open = nodeOfStartTag(*this, ofTag, open, names);
         }
     }
     return element;

@@ -7,8 +7,6 @@
 #include "core/VLMC_XMLWriter.h"
 #include "core/VLMG_Debug.h"
 
-#include <QtCore/QVector>
-
 namespace
 {
 // What "0x%X" prints of a pointer: on the device all of it, on a 64-bit host its lower half.
@@ -68,8 +66,7 @@ int VLMC_XMLSetting::getXMLRootNodeChildCntByName(QString &attributeName, QStrin
     if (!root) {
         return 0;
     }
-    const QVector<VLMC_XMLNode *> children =
-        vlm::childrenById(*root, attributeName, getXMLNodeCnt());
+    const QList<VLMC_XMLNode *> children = vlm::childrenById(*root, attributeName, getXMLNodeCnt());
     int found = 0;
     for (VLMC_XMLNode *const child : children) {
         if (child && vlm::NodeView::name(*child) == name) {

@@ -1,5 +1,6 @@
 #include "core/Entries_p.h"
 
+#include "core/Identifier_p.h"
 #include "core/VLMC_XMLSetting.h"
 #include "tests/support/Files.h"
 #include "tests/support/Nodes.h"
@@ -31,7 +32,7 @@ void tst_Entries::everything_worksWithoutRoot()
     QVERIFY(!entryById(store, 0));
     QCOMPARE(int(entriesById(store, 0).size()), 0);
     QCOMPARE(int(entriesById(store, -3).size()), 0);
-    QCOMPARE(entriesById(store, 2), QVector<VLMC_XMLNode *>(2, nullptr));
+    QCOMPARE(entriesById(store, 2), noNodes(2));
     QCOMPARE(countEntries(store, "a"), 0);
     numberEntries(store);
     removeEntry(store, 0);
@@ -87,7 +88,7 @@ void tst_Entries::entriesById_findsFirstOfEach()
         nodes.append(newNode(root, "e"));
         addAttribute(nodes.last(), "id", id);
     }
-    const QVector<VLMC_XMLNode *> found = entriesById(store, 5);
+    const QList<VLMC_XMLNode *> found = entriesById(store, 5);
     QCOMPARE(int(found.size()), 5);
     QCOMPARE(found.at(0), nodes.at(8));
     QCOMPARE(found.at(1), nodes.at(1));

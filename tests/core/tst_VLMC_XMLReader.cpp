@@ -29,6 +29,8 @@ private slots:
     void readDevice_startsAnewWithEachDevice();
     void readDevice_readsLongTextsWhole();
     void readDevice_needsNoStackForDepth();
+    void readDevice_readsEveryPosition();
+    void readDevice_keepsDocumentsApart();
     void readDevice_logsNothing();
     void readXMLNode_appendsToItsParent();
     void readXMLNode_readsOneElementAlone();
@@ -67,6 +69,12 @@ void tst_VLMC_XMLReader::readDevice_buildsTheTree_data()
     QTest::newRow("attributes in order")
         << QByteArray("<r z=\"1\" a=\"2\" m=\"\"><c b='&lt;&#x3042;'/></r>")
         << QByteArray("r{z=1}{a=2}{m=}[c{b=<\xe3\x81\x82}]");
+    QTest::newRow("positions, and what looks like them")
+        << QByteArray("<r id=\"000\"><a id=\"000\"/><a id=\"001\" b=\"1\"/><a id=\"000\"/>"
+                      "<a id=\"3\"/><a id=\"0004\"/><a id=\"+05\"/><a ID=\"006\"/>"
+                      "<a id=\"&#x30;07\"/></r>")
+        << QByteArray("r{id=000}[a{id=000} a{id=001}{b=1} a{id=000} a{id=3} a{id=0004} a{id=+05} "
+                      "a{ID=006} a{id=007}]");
     QTest::newRow("only whitespace between children")
         << QByteArray("<r>\n    <a> \t\r\n</a>\n    <b/>\n</r>") << QByteArray("r[a b]");
     QTest::newRow("blanks around a text are kept")
@@ -243,6 +251,30 @@ void tst_VLMC_XMLReader::readDevice_needsNoStackForDepth()
         QVERIFY(root);
         QCOMPARE(depthOf(root.data()), levels);
     });
+}
+
+void tst_VLMC_XMLReader::readDevice_readsEveryPosition()
+{
+    QByteArray document = "<r>";
+    QByteArray tree = "r[";
+    for (int i = 0; i < 1100; ++i) {
+        const QByteArray id = QByteArray::number(i).rightJustified(3, '0');
+        document += "<a id=\"" + id + "\"/>";
+        tree += (i ? " a{id=" : "a{id=") + id + '}';
+    }
+    const QScopedPointer<VLMC_XMLNode> root(readBytes(document + "</r>"));
+    QCOMPARE(described(root.data()), tree + ']');
+}
+
+void tst_VLMC_XMLReader::readDevice_keepsDocumentsApart()
+{
+    const QScopedPointer<VLMC_XMLNode> changed(readBytes("<r><a id=\"000\"/></r>"));
+    const QScopedPointer<VLMC_XMLNode> before(readBytes("<r><a id=\"000\"/></r>"));
+    addAttribute(changed->getXMLNodeChildren().first(), "b", "1");
+    const QScopedPointer<VLMC_XMLNode> after(readBytes("<r><a id=\"000\"/></r>"));
+    QCOMPARE(described(changed.data()), QByteArray("r[a{id=000}{b=1}]"));
+    QCOMPARE(described(before.data()), QByteArray("r[a{id=000}]"));
+    QCOMPARE(described(after.data()), QByteArray("r[a{id=000}]"));
 }
 
 void tst_VLMC_XMLReader::readDevice_logsNothing()

@@ -7,6 +7,7 @@
 #include "tests/support/SmallStack.h"
 
 #include <QtCore/QPointer>
+#include <QtCore/QThread>
 
 class tst_VLMC_XMLSetting : public QObject
 {
@@ -77,6 +78,8 @@ private slots:
     void deleteAllSetting_reportsNullEntries();
     void deleteAllSetting_withoutRootOnlyLogs();
     void deleteAllSetting_ofManyChildren();
+    void deleteAllSetting_leavesNodesToWhoDestroysThem();
+    void deleteAllSetting_leavesNodesToTheirThread();
 };
 
 namespace
@@ -935,6 +938,43 @@ void tst_VLMC_XMLSetting::deleteAllSetting_ofManyChildren()
     for (int i = 0; i < 1000; ++i) {
         QVERIFY(!children.at(i));
     }
+}
+
+void tst_VLMC_XMLSetting::deleteAllSetting_leavesNodesToWhoDestroysThem()
+{
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    VLMC_XMLNode *const first = root->getXMLNodeChildren().at(0);
+    VLMC_XMLNode *const second = root->getXMLNodeChildren().at(1);
+    QPointer<VLMC_XMLNode> third(root->getXMLNodeChildren().at(2));
+    // One that stands in the list twice is destroyed once.
+    root->getXMLNodeChildren().append(third);
+
+    store.deleteAllSetting();
+    delete first;
+    second->deleteLater();
+
+    QVERIFY(third);
+    runDeferredDeletes();
+    QVERIFY(!third);
+}
+
+void tst_VLMC_XMLSetting::deleteAllSetting_leavesNodesToTheirThread()
+{
+    VLMC_XMLSetting store;
+    QThread thread;
+    QPointer<VLMC_XMLNode> child(newNode(store.createXMLRootNode(), "a"));
+    child->moveToThread(&thread);
+
+    store.deleteAllSetting();
+    runDeferredDeletes();
+
+    QVERIFY(child);
+    // A thread runs the deferred deletions of its objects before it ends.
+    QObject::connect(&thread, SIGNAL(started()), &thread, SLOT(quit()), Qt::DirectConnection);
+    thread.start();
+    QVERIFY(thread.wait());
+    QVERIFY(!child);
 }
 
 QTEST_GUILESS_MAIN(tst_VLMC_XMLSetting)
