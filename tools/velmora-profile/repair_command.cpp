@@ -19,6 +19,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QSet>
 
 namespace
 {
@@ -107,6 +108,7 @@ QString keepCopy(const QString &file)
     for (int i = 2; QFile::exists(copy); ++i) {
         copy = text("%1.%2-%3.bak").arg(file, stamp).arg(i);
     }
+    const Uninterrupted uninterrupted;
     if (QFile::copy(text(kHere) + file, text(kHere) + copy)) {
         return copy;
     }
@@ -152,7 +154,8 @@ void tell(const QList<VLMC_XMLNode *> &kept, const QList<LostEntry> &lost, Repai
     }
     for (const LostEntry &entry : lost) {
         const QString what = entry.what.isEmpty() ? text("an entry") : entry.what;
-        repaired->lost.append(text("%1, line %2: %3").arg(what).arg(entry.line).arg(entry.reason));
+        repaired->lost.append(
+            text("%1, line %2: %3").arg(what, QString::number(entry.line), entry.reason));
     }
 }
 
@@ -162,8 +165,7 @@ QList<VLMC_XMLNode *> numbered(const QList<VLMC_XMLNode *> &entries, Repaired *r
     for (int i = kMaxEntries; i < entries.size(); ++i) {
         repaired->lost.append(text("%1: it stands behind the %2th, where the library cannot reach "
                                    "it")
-                                  .arg(labelOf(entries.at(i)))
-                                  .arg(kMaxEntries));
+                                  .arg(labelOf(entries.at(i)), QString::number(kMaxEntries)));
     }
     return entries.mid(0, kMaxEntries);
 }
@@ -210,7 +212,8 @@ void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &
 // Without what the damage is in: a last element that is not whole.
 QList<VLMC_XMLNode *> wholeGroups(const Document &document)
 {
-    const QList<VLMC_XMLNode *> whole = document.entries();
+    const QList<VLMC_XMLNode *> entries = document.entries();
+    const QSet<VLMC_XMLNode *> whole(entries.begin(), entries.end());
     QList<VLMC_XMLNode *> groups = document.children();
     for (VLMC_XMLNode *const group : qAsConst(groups)) {
         const QList<VLMC_XMLNode *> elements = group->getXMLNodeChildren();
@@ -327,6 +330,9 @@ int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
 int repairCookieFile(bool dryRun, QList<Repaired> *all)
 {
     const CookieFile file = readCookieFile(text(kHere));
+    if (file.state == Document::Unreadable) {
+        return fail(text("%1 cannot be read; see to its owner and mode").arg(text(kCookieIni)));
+    }
     if (file.state != Document::Damaged) {
         return Done;
     }
@@ -339,17 +345,13 @@ int repairCookieFile(bool dryRun, QList<Repaired> *all)
         repaired.kept.append(
             text("%1 of %2").arg(QString::fromUtf8(cookie.name()), cookie.domain()));
     }
+    int status = Done;
     if (!dryRun) {
         repaired.copy = keepCopy(text(kCookieIni));
-        if (repaired.copy.isEmpty()) {
-            return Failed;
-        }
-        const Uninterrupted uninterrupted;
-        QString directory = text(kHere);
-        VLMC_CookieSetting::getInstance()->saveCookieInfo(file.cookies, &directory, kMaxEntries);
+        status = repaired.copy.isEmpty() ? int(Failed) : writeCookieFile(file.cookies);
     }
     all->append(repaired);
-    return Done;
+    return status;
 }
 
 // Passwords and sessions are their owner's alone.
