@@ -52,8 +52,7 @@ QByteArray declarationOf(const QByteArray &content)
     return start < 0 || start > 3 || end < 0 ? QByteArray() : content.mid(start, end + 2 - start);
 }
 
-// The first plain text of an entry: what it is called, as far as that can be read. Encoded ones are
-// secrets.
+// The first plain text of an entry: what it is called, as far as that can be read.
 QString nameOf(VLMC_XMLNode *entry)
 {
     if (!entry) {
@@ -64,7 +63,7 @@ QString nameOf(VLMC_XMLNode *entry)
     }
     const QList<VLMC_XMLNode *> fields = entry->getXMLNodeChildren();
     for (VLMC_XMLNode *const field : fields) {
-        if (field->getTextType() == 0 && !field->getText().isEmpty()) {
+        if (profile::isLabel(field)) {
             return field->getText();
         }
     }
@@ -159,6 +158,9 @@ bool profile::Recovery::take(const Tag &tag, const Tag &next)
     const bool isClosed = reaches || tag.kind == Tag::Both;
     const int behind = reaches ? next.behind : isClosed ? tag.behind : next.start;
     QByteArray piece = m_declaration + m_content.mid(tag.start, behind - tag.start);
+    if (!isClosed) {
+        piece += '<'; // brings out the text that the entry breaks off in
+    }
     QBuffer buffer(&piece);
     buffer.open(QIODevice::ReadOnly);
     VLMC_XMLReader reader;

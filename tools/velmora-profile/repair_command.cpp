@@ -39,8 +39,7 @@ QString labelOf(VLMC_XMLNode *entry)
     QStringList texts;
     const QList<VLMC_XMLNode *> fields = entry->getXMLNodeChildren();
     for (VLMC_XMLNode *const field : fields) {
-        // Encoded ones say nothing, and are secrets.
-        if (field->getTextType() == 0 && !field->getText().isEmpty() && texts.size() < 2) {
+        if (isLabel(field) && texts.size() < 2) {
             texts.append(field->getText());
         }
     }
@@ -185,9 +184,10 @@ int repairEntries(const Document &document, bool dryRun, Repaired *repaired)
     return rewrite(document.type(), entries, dryRun, repaired);
 }
 
-// The preference in a group of its name, which is made where it is missing.
+// The preference in a group of its name, which is made where it is missing. What is made belongs to
+// the node made until it is written.
 void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &content,
-         QList<VLMC_XMLNode *> *groups)
+         VLMC_XMLNode *made, QList<VLMC_XMLNode *> *groups)
 {
     QString name = text(preference.name).section(QLatin1Char('.'), 0, 0);
     VLMC_XMLNode *group = nullptr;
@@ -196,7 +196,7 @@ void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &
     }
     char atEnd = 0;
     if (!group) {
-        group = new VLMC_XMLNode(nullptr, atEnd);
+        group = new VLMC_XMLNode(made, atEnd);
         group->setName(name);
         groups->append(group);
         // Without its version the group would be taken for one of old, and SSL 3.0 switched off.
@@ -241,6 +241,8 @@ QStringList namesIn(const Document &document)
 int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
 {
     QList<VLMC_XMLNode *> groups = wholeGroups(document);
+    char atEnd = 0;
+    VLMC_XMLNode made(nullptr, atEnd);
     const QStringList whole = namesIn(document);
     repaired->kept = whole;
     const QList<Preference> all = preferences();
@@ -251,7 +253,7 @@ int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
         }
         const Recovery recovery(document.content(), name.section(QLatin1Char('.'), 1));
         if (!recovery.kept().isEmpty()) {
-            put(preference, recovery.kept().last(), document.content(), &groups);
+            put(preference, recovery.kept().last(), document.content(), &made, &groups);
             repaired->kept.append(name);
         } else if (!recovery.lost().isEmpty()) {
             repaired->lost.append(text("%1, line %2: %3")
