@@ -20,19 +20,19 @@ const qint64 kMaxDocumentBytes = 256 * 1024 * 1024;
 class DocumentBuffer : public QBuffer
 {
 public:
-    DocumentBuffer() : m_tooLarge(false) { open(QIODevice::WriteOnly); }
+    DocumentBuffer() : m_room(kMaxDocumentBytes) { open(QIODevice::WriteOnly); }
 
-    bool isTooLarge() const { return m_tooLarge; }
+    bool isTooLarge() const { return m_room < 0; }
 
 protected:
     qint64 writeData(const char *data, qint64 bytes) override
     {
-        m_tooLarge = m_tooLarge || size() + bytes > kMaxDocumentBytes;
-        return m_tooLarge ? -1 : QBuffer::writeData(data, bytes);
+        m_room -= bytes;
+        return isTooLarge() ? -1 : QBuffer::writeData(data, bytes);
     }
 
 private:
-    bool m_tooLarge;
+    qint64 m_room;
 };
 
 // An element whose start tag is written and whose end tag is not.

@@ -411,6 +411,7 @@ private slots:
     void save_holdsItsLockUntilRenamed_data() { storeRows(); }
     void save_holdsItsLockUntilRenamed();
     void save_leavesASaverThatTookTheName();
+    void save_leavesAFileToAQuickerCleaner();
     void save_takesAFolderThatCannotBeSynchronised_data();
     void save_takesAFolderThatCannotBeSynchronised();
     void powerCut_wouldShowAMissingSync();
@@ -757,6 +758,33 @@ void tst_Durability::save_leavesASaverThatTookTheName()
     QVERIFY(save.isNew());
     COMPARE_BYTES(readFile(name), "living");
     close(saver);
+}
+
+// A cleaner may lock the temporary file before its saver does, and remove it at any time then.
+void tst_Durability::save_leavesAFileToAQuickerCleaner()
+{
+    const Case save(kStores[0], OwnFile);
+    int cleaner = -1;
+    QByteArray created;
+    QByteArray taken;
+    setCallProbe([&](const SystemCall &call) {
+        if (call.name == "create") {
+            created = call.file;
+        } else if (call.name == "flock" && call.file == created && cleaner < 0) {
+            taken = created;
+            cleaner = open(taken.constData(), O_WRONLY | O_CLOEXEC);
+            QCOMPARE(flock(cleaner, LOCK_EX | LOCK_NB), 0);
+        } else if (call.name == "write") {
+            QCOMPARE(unlink(taken.constData()), 0);
+        }
+    });
+    takeLog();
+    save.save();
+    setCallProbe(nullptr);
+    close(cleaner);
+    QVERIFY(!loggedText().contains(" error!\n"));
+    QVERIFY(save.isNew());
+    QCOMPARE(save.leftOver(), QStringList());
 }
 
 void tst_Durability::save_takesAFolderThatCannotBeSynchronised_data()
