@@ -14,7 +14,7 @@ namespace
 // More than any settings document comes to, and little enough to be held in memory. Indentation
 // lets a document grow with the square of its depth: without a bound a file of 175 KB, read and
 // saved again, takes all the memory there is.
-const qint64 kMaxDocumentBytes = 256 * 1024 * 1024;
+const qint64 kMaxDocumentBytes = qint64(256) * 1024 * 1024;
 
 // A document on its way to a file.
 class DocumentBuffer : public QBuffer
