@@ -10,12 +10,9 @@ void keepCredentials(QString directory)
     //! [credentials: keep]
     VLMC_AuthSetting *store = VLMC_AuthSetting::getInstance();
     store->loadAuthInfo(&directory, 10);
-    VLMS_AuthInfo info;
-    info.hostName = QString::fromUtf8("archive.example.com");
-    info.portNum = QString::fromUtf8("8080");
-    info.authType = 1; // digest
-    info.user = QByteArray("hanako");
-    info.passwd = QByteArray("sample");
+    const unsigned char digest = 1;
+    VLMS_AuthInfo info = {QString::fromUtf8("archive.example.com"), QString::fromUtf8("8080"),
+                          digest, QByteArray("hanako"), QByteArray("sample")};
     if (!store->setAuthInfo(&info)) {
         // A field is over its limit, and nothing was added.
     }
@@ -32,7 +29,8 @@ bool find(const QString &host, const QString &port, VLMS_AuthInfo *found)
     VLMC_AuthSetting *store = VLMC_AuthSetting::getInstance();
     const int count = store->getAuthInfoCnt();
     for (int id = 0; id < count; ++id) {
-        VLMS_AuthInfo info; // a fresh one each time: fields over their limit are left as they are
+        // A fresh one each time: fields over their limit are left as they are.
+        VLMS_AuthInfo info = {QString(), QString(), 0, QByteArray(), QByteArray()};
         if (store->getAuthInfo(id, &info) && info.hostName == host && info.portNum == port) {
             *found = info;
             return true;
@@ -64,7 +62,7 @@ void exampleOfCredentials(QString directory)
 {
     VLMC_AuthSetting *store = VLMC_AuthSetting::getInstance();
     keepCredentials(directory);
-    VLMS_AuthInfo info;
+    VLMS_AuthInfo info = {QString(), QString(), 0, QByteArray(), QByteArray()};
     EXPECT(find(utf8("archive.example.com"), utf8("8080"), &info));
     EXPECT(info.user == "hanako" && info.passwd == "sample" && info.authType == 1);
     EXPECT(!find(utf8("archive.example.com"), utf8("80"), &info));
