@@ -194,7 +194,7 @@ void tst_velmora_profile_corpus::longDamage_takesNoTime_data()
     QTest::newRow("starts and one end")
         << "<fontlist>" + QByteArray("<font>").repeated(count) + "</font>";
     QTest::newRow("starts that break off") << "<fontlist>" + QByteArray("<font ").repeated(count);
-    QTest::newRow("ends") << QByteArray("</font>\n").repeated(count);
+    QTest::newRow("ends") << QByteArray("</font>\n").repeated(3 * count);
     QTest::newRow("comments without end") << QByteArray("<!-- <font").repeated(count);
     QTest::newRow("sections without end") << QByteArray("<![CDATA[").repeated(count);
 }
