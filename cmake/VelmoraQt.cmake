@@ -1,5 +1,6 @@
 # The one place that knows the majors of Qt apart. Sets VELMORA_QT_CORE, _NETWORK, _GUI, _CODECS and
-# _TEST to the targets to link, and velmora_qt_packages to what a consumer has to look for.
+# _TEST to the targets to link, and velmora_qt_find, _pkgconfig and _debian to what a consumer has to
+# look for with CMake, with pkg-config and among Debian's packages.
 
 if(VELMORA_QT_MAJOR EQUAL 4)
   find_package(Qt4 4.8 REQUIRED QtCore QtNetwork QtGui)
@@ -19,6 +20,7 @@ elseif(VELMORA_QT_MAJOR EQUAL 5)
   set(VELMORA_QT_TEST Qt5::Test)
   set(velmora_qt_find "Qt5 5.15 COMPONENTS Core Network Gui")
   set(velmora_qt_pkgconfig "Qt5Core Qt5Network Qt5Gui")
+  set(velmora_qt_debian qtbase5-dev)
 elseif(VELMORA_QT_MAJOR EQUAL 6)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network Gui Core5Compat)
   set(VELMORA_QT_CORE Qt6::Core)
@@ -28,6 +30,7 @@ elseif(VELMORA_QT_MAJOR EQUAL 6)
   set(VELMORA_QT_TEST Qt6::Test)
   set(velmora_qt_find "Qt6 6.4 COMPONENTS Core Network Gui")
   set(velmora_qt_pkgconfig "Qt6Core Qt6Network Qt6Gui")
+  set(velmora_qt_debian qt6-base-dev)
 else()
   message(FATAL_ERROR
     "VELMORA_QT_MAJOR is '${VELMORA_QT_MAJOR}': set it to 4, 5 or 6.")

@@ -56,8 +56,8 @@ public:
     /// it is missing. The directory ends with "/". A null or empty one and a max below 1 are
     /// refused with a warning in the log; max limits nothing otherwise.
     QList<QNetworkCookie> loadCookieInfo(QString *dir, int max);
-    /// Replaces everything in the directory's "cookie.ini" by the cookies. Refuses what
-    /// loadCookieInfo refuses; max limits nothing otherwise.
+    /// Replaces everything in the directory's "cookie.ini" by the cookies. A file created anew is
+    /// its owner's alone. Refuses what loadCookieInfo refuses; max limits nothing otherwise.
     void saveCookieInfo(QList<QNetworkCookie> cookies, QString *dir, int max);
     /// Brings the XML file in line with the directory's "cookie.ini". Of the file's first 20
     /// entries those that equal a cookie stay and the others go; cookies without an equal entry are

@@ -2,7 +2,9 @@
 
 #include "cookies/VLMC_CookieSetting.h"
 
+#include "cookies/HarmlessIni_p.h"
 #include "core/Entries_p.h"
+#include "core/FileDescriptor_p.h"
 #include "core/OwnerOnlyFiles_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
@@ -11,13 +13,14 @@
 #include "core/VLMG_Debug.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QScopedPointer>
 #include <QtCore/QSettings>
 #include <QtCore/QVector>
 
-#include <cstring>
+#include <fcntl.h>
 
 using namespace vlm;
 
@@ -32,68 +35,6 @@ const char kIniKey[] = "cookies";
 // Entries of the XML file that a conversion looks at; those behind them stay untouched.
 const int kMaxEntries = 20;
 
-// True for a file that holds the one value as a byte array and nothing else, as QSettings writes
-// it.
-bool isOneByteArray(const QByteArray &file)
-{
-    const QByteArray start("[Cookie]\ncookies=");
-    const QByteArray value = file.mid(int(start.size())).trimmed();
-    const bool quoted = value.startsWith('"');
-    if (!file.startsWith(start) || !value.mid(quoted).startsWith("@ByteArray(")) {
-        return false;
-    }
-    for (int i = quoted; i < value.size(); ++i) {
-        const char byte = value.at(i);
-        if (byte == '\\') {
-            ++i;
-        } else if (byte == '"') {
-            return quoted && i == value.size() - 1;
-        } else if (byte == '\n' || byte == '\r' || (!quoted && (byte == ',' || byte == ';'))) {
-            return false;
-        }
-    }
-    return !quoted;
-}
-
-// The bytes with numeric escapes resolved and all that QSettings may pass over left out.
-QByteArray unescaped(const QByteArray &file)
-{
-    QByteArray bytes;
-    for (int i = 0; i < file.size(); ++i) {
-        if (file.at(i) != '\\') {
-            if (!strchr("\"\r\n", file.at(i))) {
-                bytes.append(file.at(i));
-            }
-            continue;
-        }
-        const bool hex = file.mid(i + 1, 1) == "x";
-        const char *const digits = hex ? "0123456789abcdefABCDEF" : "01234567";
-        const int start = i + 1 + hex;
-        int end = start;
-        while (end < file.size() && file.at(end) && strchr(digits, file.at(end))) {
-            ++end;
-        }
-        // In either base three digits hold the low byte.
-        const int from = qMax(start, end - 3);
-        if (end > start) {
-            bytes.append(char(file.mid(from, end - from).toUInt(nullptr, hex ? 16 : 8)));
-        }
-        i = end > start ? end - 1 : i + 1;
-    }
-    return bytes;
-}
-
-// False for a file that makes QSettings build whatever values it describes: a few bytes can claim
-// lists without end or of any depth, and Qt trusts them. The texts do no harm inside a byte array.
-bool isHarmless(const QByteArray &file)
-{
-    if (isOneByteArray(file)) {
-        return true;
-    }
-    const QByteArray bytes = unescaped(file);
-    return !bytes.contains("@Variant(") && !bytes.contains("@DateTime(");
-}
-
 QString iniPath(const QString &directory)
 {
     return directory + QEXC_TextCodec::fromSJIS(kIniFileName);
@@ -103,7 +44,7 @@ bool isHarmlessFile(const QString &path)
 {
     QFile file(path);
     return !QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)
-           || isHarmless(file.readAll());
+           || isHarmlessIni(file.readAll());
 }
 
 // Null for a pipe or the like, where QSettings would wait for the other end.
@@ -126,6 +67,21 @@ QByteArray readIni(const QString &path)
     const QByteArray bytes = settings->value(QEXC_TextCodec::fromSJIS(kIniKey)).toByteArray();
     settings->endGroup();
     return bytes;
+}
+
+// QSettings creates its files with the mode that the umask leaves, but gives those that replace an
+// existing one the mode of that. So an empty file comes first, which holds no cookies either; and
+// its folder, which QSettings would create as well.
+void createForOwnerAlone(const QString &path)
+{
+    const QFileInfo file(path);
+    if (file.exists()) {
+        return;
+    }
+    QDir().mkpath(file.absolutePath());
+    const FileDescriptor created(open(QFile::encodeName(path).constData(),
+                                      O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
+                                      0600));
 }
 
 void writeIni(QSettings *settings, const QByteArray &bytes)
@@ -243,6 +199,7 @@ void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *
     if (!isHarmlessFile(path)) {
         QFile::resize(path, 0);
     }
+    createForOwnerAlone(path);
     // Their end writes the file.
     const QScopedPointer<QSettings> settings(openIni(path));
     writeIni(settings.data(), bytesOf(cookies));

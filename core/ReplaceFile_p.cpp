@@ -25,6 +25,9 @@ const char kTemporaryPrefix[] = ".velmora-save-";
 
 // As many as the kernel follows.
 const int kMaxLinks = 40;
+// More than other savers make between two calls. A file that is reached in another way than by its
+// name takes that many tries, and is then written in place.
+const int kMaxReplacements = 20;
 // Names of the same number from another process space, or a cleaner that was quicker than we are.
 const int kMaxNames = 1000;
 
@@ -104,44 +107,66 @@ bool keepsOwner(int file, const struct stat &target)
     return same || fchown(file, target.st_uid, target.st_gid) == 0;
 }
 
-QList<QByteArray> attributeNames(int file)
+// True for a file system without attributes, too: there are none.
+bool readAttributeNames(int file, QList<QByteArray> *names)
 {
     const ssize_t size = flistxattr(file, nullptr, 0);
-    if (size <= 0) {
-        return QList<QByteArray>();
+    QByteArray bytes(int(qMax(size, ssize_t(0))), '\0');
+    const ssize_t filled = size > 0 ? flistxattr(file, bytes.data(), size_t(size)) : size;
+    if (filled < 0) {
+        return errno == ENOTSUP || errno == ENOSYS;
     }
-    QByteArray names(int(size), '\0');
-    const ssize_t filled = flistxattr(file, names.data(), size_t(size));
-    names.truncate(int(qMax(filled, ssize_t(0))));
-    QList<QByteArray> list = names.split('\0');
-    list.removeAll(QByteArray());
-    std::sort(list.begin(), list.end());
-    return list;
+    bytes.truncate(int(filled));
+    *names = bytes.split('\0');
+    names->removeAll(QByteArray());
+    std::sort(names->begin(), names->end());
+    return true;
 }
 
-QByteArray attributeValue(int file, const QByteArray &name)
+// Null for an attribute that the file does not have.
+bool readAttribute(int file, const QByteArray &name, QByteArray *value)
 {
     const ssize_t size = fgetxattr(file, name.constData(), nullptr, 0);
-    QByteArray value(int(qMax(size, ssize_t(0))), '\0');
-    const ssize_t filled = fgetxattr(file, name.constData(), value.data(), size_t(value.size()));
-    value.truncate(int(qMax(filled, ssize_t(0))));
-    return value;
+    QByteArray bytes(int(qMax(size, ssize_t(0))), '\0');
+    const ssize_t filled =
+        size > 0 ? fgetxattr(file, name.constData(), bytes.data(), size_t(size)) : size;
+    if (filled < 0) {
+        return errno == ENODATA;
+    }
+    bytes.truncate(int(filled));
+    *value = bytes;
+    return true;
+}
+
+bool keepsAttribute(int file, int target, const QByteArray &name)
+{
+    QByteArray value;
+    QByteArray present;
+    if (!readAttribute(target, name, &value) || !readAttribute(file, name, &present)) {
+        return false;
+    }
+    return (present == value && !present.isNull())
+           || fsetxattr(file, name.constData(), value.constData(), size_t(value.size()), 0) == 0;
 }
 
 // Access control lists and security labels are extended attributes too.
 bool keepsAttributes(int file, int target)
 {
-    const QList<QByteArray> names = attributeNames(target);
-    for (const QByteArray &name : names) {
-        const QByteArray value = attributeValue(target, name);
-        if (attributeValue(file, name) != value
-            && fsetxattr(file, name.constData(), value.constData(), size_t(value.size()), 0) != 0) {
+    QList<QByteArray> names;
+    QList<QByteArray> kept;
+    if (!readAttributeNames(target, &names)) {
+        return false;
+    }
+    for (const QByteArray &name : static_cast<const QList<QByteArray> &>(names)) {
+        if (!keepsAttribute(file, target, name)) {
             return false;
         }
     }
-    const bool same = attributeNames(file) == names;
+    if (!readAttributeNames(file, &kept)) {
+        return false;
+    }
     errno = ENOTSUP;
-    return same;
+    return kept == names;
 }
 
 bool writeAll(int file, const QByteArray &content)
@@ -210,15 +235,27 @@ bool vlm::ReplaceFile::open(const QString &path)
     if (name.isEmpty() || name.contains('\0')) {
         return false;
     }
+    for (int i = 0; i < kMaxReplacements; ++i) {
+        struct stat status = {};
+        if (!openStanding(name, &status)) {
+            return errno == ENOENT && openNew();
+        }
+        // Another saver may have replaced the file in between: what is open then is the old one,
+        // and has no name any more.
+        if (!S_ISREG(status.st_mode) || isFileAt(m_target, status)) {
+            return openExisting(status);
+        }
+    }
+    return true;
+}
+
+bool vlm::ReplaceFile::openStanding(const QByteArray &name, struct stat *status)
+{
     m_target = behindLinks(name);
     m_folder = folderPart(m_target);
     // Through the links, as the system follows them.
     m_existing.reset(openRetried(name, O_WRONLY | O_NONBLOCK | O_NOCTTY));
-    if (!m_existing.isOpen()) {
-        return errno == ENOENT && openNew();
-    }
-    struct stat status = {};
-    return fstat(m_existing.get(), &status) == 0 && openExisting(status);
+    return m_existing.isOpen() && fstat(m_existing.get(), status) == 0;
 }
 
 bool vlm::ReplaceFile::openNew()
@@ -233,7 +270,7 @@ bool vlm::ReplaceFile::openNew()
 // What is left without a temporary file here is written in place.
 bool vlm::ReplaceFile::openExisting(const struct stat &target)
 {
-    if (!S_ISREG(target.st_mode) || target.st_nlink != 1 || !isFileAt(m_target, target)) {
+    if (!S_ISREG(target.st_mode) || target.st_nlink != 1) {
         return true;
     }
     removeStaleFiles(m_folder);

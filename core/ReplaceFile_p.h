@@ -37,6 +37,7 @@ public:
     bool commit(const QByteArray &content);
 
 private:
+    bool openStanding(const QByteArray &name, struct stat *status);
     bool openNew();
     bool openExisting(const struct stat &target);
     bool createTemporary(int mode);

@@ -11,6 +11,30 @@
 
 namespace
 {
+// More than any settings document comes to, and little enough to be held in memory. Indentation
+// lets a document grow with the square of its depth: without a bound a file of 175 KB, read and
+// saved again, takes all the memory there is.
+const qint64 kMaxDocumentBytes = 256 * 1024 * 1024;
+
+// A document on its way to a file.
+class DocumentBuffer : public QBuffer
+{
+public:
+    DocumentBuffer() : m_tooLarge(false) { open(QIODevice::WriteOnly); }
+
+    bool isTooLarge() const { return m_tooLarge; }
+
+protected:
+    qint64 writeData(const char *data, qint64 bytes) override
+    {
+        m_tooLarge = m_tooLarge || size() + bytes > kMaxDocumentBytes;
+        return m_tooLarge ? -1 : QBuffer::writeData(data, bytes);
+    }
+
+private:
+    bool m_tooLarge;
+};
+
 // An element whose start tag is written and whose end tag is not.
 struct OpenElement {
     VLMC_XMLNode *node;
@@ -54,6 +78,34 @@ void writeStart(QXmlStreamWriter &writer, VLMC_XMLNode &node)
         writer.writeCDATA(vlm::xmlText(node.getText()));
     }
 }
+
+// Ends early when the buffer, if there is one, has no more room.
+bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const DocumentBuffer *buffer)
+{
+    QVector<OpenElement> open;
+    VLMC_XMLNode *next = node;
+    for (;;) {
+        if (!next) {
+            // The text names the reader; log readers know it so.
+            VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.");
+            return false;
+        }
+        if (buffer && buffer->isTooLarge()) {
+            return false;
+        }
+        writeStart(writer, *next);
+        open.append({next, 0});
+        while (open.last().nextChild == vlm::NodeView::children(*open.last().node).size()) {
+            writer.writeEndElement();
+            open.removeLast();
+            if (open.isEmpty()) {
+                return true;
+            }
+        }
+        OpenElement &parent = open.last();
+        next = vlm::NodeView::children(*parent.node).at(parent.nextChild++);
+    }
+}
 } // namespace
 
 VLMC_XMLWriter::VLMC_XMLWriter() { setAutoFormatting(true); }
@@ -68,10 +120,14 @@ bool VLMC_XMLWriter::write(QString &path, VLMC_XMLNode *root)
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file open error!");
         return false;
     }
-    QBuffer document;
-    document.open(QIODevice::WriteOnly);
-    const bool whole = write(document, root);
-    if (!file.commit(document.data())) {
+    DocumentBuffer document;
+    setDevice(&document);
+    writeStartDocument();
+    const bool whole = writeElements(*this, root, &document);
+    if (!document.isTooLarge()) {
+        writeEndDocument();
+    }
+    if (document.isTooLarge() || !file.commit(document.data())) {
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file write error!");
         return false;
     }
@@ -92,24 +148,5 @@ bool VLMC_XMLWriter::write(QIODevice &device, VLMC_XMLNode *root)
 
 bool VLMC_XMLWriter::writeXMLNode(VLMC_XMLNode *node)
 {
-    QVector<OpenElement> open;
-    VLMC_XMLNode *next = node;
-    for (;;) {
-        if (!next) {
-            // The text names the reader; log readers know it so.
-            VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.");
-            return false;
-        }
-        writeStart(*this, *next);
-        open.append({next, 0});
-        while (open.last().nextChild == vlm::NodeView::children(*open.last().node).size()) {
-            writeEndElement();
-            open.removeLast();
-            if (open.isEmpty()) {
-                return true;
-            }
-        }
-        OpenElement &parent = open.last();
-        next = vlm::NodeView::children(*parent.node).at(parent.nextChild++);
-    }
+    return writeElements(*this, node, nullptr);
 }

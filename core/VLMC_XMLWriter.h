@@ -21,12 +21,14 @@ public:
 
     /// Replaces the content of the file at path by the document under root; true on success. A
     /// crash, a power cut or a full disk at any moment leaves the old content or the new one, never
-    /// a part. Only a file that cannot be replaced (a device, one with several names, one in a
-    /// folder that takes no new file) is written in place instead, and errors while doing so are
-    /// not noticed. A null root gives false and leaves the file alone; with a null node among the
-    /// children the part before it is written, and the result is false.
+    /// a part. A document of more than 256 MiB is refused and the file left alone: no settings
+    /// come to that, but elements nested thousands deep do, by their indentation. Only a file that
+    /// cannot be replaced (a device, one with several names, one in a folder that takes no new
+    /// file) is written in place instead, and errors while doing so are not noticed. A null root
+    /// gives false and leaves the file alone; with a null node among the children the part before
+    /// it is written, and the result is false.
     bool write(QString &path, VLMC_XMLNode *root);
-    /// Writes the document under root to an open device; true on success.
+    /// Writes the document under root to an open device, whatever its size; true on success.
     bool write(QIODevice &device, VLMC_XMLNode *root);
     /// Writes one element with all it contains. At a null node, here or among the children, writing
     /// stops with the tags around it left open, and the result is false.

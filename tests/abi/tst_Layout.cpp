@@ -2,6 +2,7 @@
 
 #include "bookmarks/VLMC_BookmarksSetting.h"
 #include "bookmarks/VLMC_HistorySetting.h"
+#include "bookmarks/VLMC_ThumbnailConverter.h"
 #include "cookies/VLMC_AuthSetting.h"
 #include "cookies/VLMC_CookieSetting.h"
 #include "core/VLMC_XMLNode.h"
@@ -9,6 +10,8 @@
 #include "core/VLMC_XMLSetting.h"
 #include "core/VLMC_XMLWriter.h"
 #include "fonts/VLMC_FontListSetting.h"
+#include "preferences/VLMC_BrowserCommonSetting.h"
+#include "preferences/VLMC_BrowserUserSetting.h"
 #include "tests/support/Files.h"
 #include "tests/support/Nodes.h"
 
@@ -34,6 +37,10 @@ private slots:
     void readerAndWriter_addNoFields();
     void records_fieldsStandInOrder();
     void stores_addTheirFieldsBehindTheRoot();
+    void commonPreferences_fieldsStandInOrder();
+    void userPreferences_fieldsStandInOrder();
+    void stores_addNoSlot_data();
+    void stores_addNoSlot();
 };
 
 namespace
@@ -109,6 +116,15 @@ size_t offsetIn(const void *object, const void *field)
 size_t alignedBehind(size_t end, size_t alignment)
 {
     return (end + alignment - 1) / alignment * alignment;
+}
+
+// What stands in an object at this offset.
+template <typename Value>
+Value valueAt(const void *object, size_t offset)
+{
+    Value value;
+    memcpy(&value, static_cast<const char *>(object) + offset, sizeof value);
+    return value;
 }
 } // namespace
 
@@ -246,6 +262,7 @@ void tst_Layout::stores_addTheirFieldsBehindTheRoot()
 {
     const size_t withMax = alignedBehind(sizeof(VLMC_XMLSetting) + 4, alignof(void *));
     QCOMPARE(sizeof(VLMC_FontListSetting), sizeof(VLMC_XMLSetting));
+    QCOMPARE(sizeof(VLMC_ThumbnailConverter), sizeof(VLMC_XMLSetting));
     QCOMPARE(sizeof(VLMC_BookmarksSetting), withMax);
     QCOMPARE(sizeof(VLMC_HistorySetting), withMax);
     QCOMPARE(sizeof(VLMC_CookieSetting), withMax);
@@ -254,9 +271,68 @@ void tst_Layout::stores_addTheirFieldsBehindTheRoot()
     TestDirectory directory;
     VLMC_AuthSetting store;
     store.loadAuthInfo(directory.pathPointer(), 0x01020304);
-    qint32 max = 0;
-    memcpy(&max, reinterpret_cast<const char *>(&store) + sizeof(VLMC_XMLSetting), sizeof max);
-    QCOMPARE(max, 0x01020304);
+    QCOMPARE(valueAt<qint32>(&store, sizeof(VLMC_XMLSetting)), 0x01020304);
+}
+
+void tst_Layout::commonPreferences_fieldsStandInOrder()
+{
+    const size_t keyBoardType = sizeof(VLMC_XMLSetting);
+    QCOMPARE(sizeof(VLMC_BrowserCommonSetting), alignedBehind(keyBoardType + 1, alignof(void *)));
+    VLMC_BrowserCommonSetting store;
+    QCOMPARE(int(valueAt<char>(&store, keyBoardType)), 0);
+    store.setKeyBoardTypeInfo(42);
+    QCOMPARE(int(valueAt<char>(&store, keyBoardType)), 42);
+}
+
+void tst_Layout::userPreferences_fieldsStandInOrder()
+{
+    const size_t userType = sizeof(VLMC_XMLSetting);
+    const size_t cookieTiming = userType + sizeof(unsigned long);
+    const size_t certificateTiming = cookieTiming + 1;
+    const size_t startup = certificateTiming + 1;
+    const size_t homepage = alignedBehind(startup + 1, alignof(QString));
+    const size_t setting = homepage + sizeof(QString);
+    const size_t settingFlag = setting + 1;
+    QCOMPARE(sizeof(VLMC_BrowserUserSetting), alignedBehind(settingFlag + 1, alignof(void *)));
+
+    VLMC_BrowserUserSetting store;
+    QCOMPARE(valueAt<unsigned long>(&store, userType), 0ul);
+    QCOMPARE(int(valueAt<char>(&store, setting)), 1);
+    QCOMPARE(int(valueAt<char>(&store, settingFlag)), 0);
+    store.setUserType(0x01020304);
+    store.setBrwAdminCookieDeleteTiming(41);
+    store.setBrwAdminCertificateDeleteTiming(42);
+    store.setBrwAdminStartup(43);
+    store.setBrwAdminHomepage(utf8("home"));
+    store.setBrwAdminSetting(false);
+    store.setBrwSettingflag(true);
+    const char *const bytes = reinterpret_cast<const char *>(&store);
+    QCOMPARE(valueAt<unsigned long>(bytes, userType), 0x01020304ul);
+    QCOMPARE(int(bytes[cookieTiming]), 41);
+    QCOMPARE(int(bytes[certificateTiming]), 42);
+    QCOMPARE(int(bytes[startup]), 43);
+    QCOMPARE(*reinterpret_cast<const QString *>(bytes + homepage), utf8("home"));
+    QCOMPARE(int(bytes[setting]), 0);
+    QCOMPARE(int(bytes[settingFlag]), 1);
+}
+
+void tst_Layout::stores_addNoSlot_data()
+{
+    QTest::addColumn<QByteArray>("table");
+    QTest::newRow("common preferences") << QByteArray("_ZTV25VLMC_BrowserCommonSetting");
+    QTest::newRow("user preferences") << QByteArray("_ZTV23VLMC_BrowserUserSetting");
+    QTest::newRow("bookmarks") << QByteArray("_ZTV21VLMC_BookmarksSetting");
+    QTest::newRow("history") << QByteArray("_ZTV19VLMC_HistorySetting");
+    QTest::newRow("thumbnails") << QByteArray("_ZTV23VLMC_ThumbnailConverter");
+    QTest::newRow("cookies") << QByteArray("_ZTV18VLMC_CookieSetting");
+    QTest::newRow("credentials") << QByteArray("_ZTV16VLMC_AuthSetting");
+    QTest::newRow("fonts") << QByteArray("_ZTV20VLMC_FontListSetting");
+}
+
+void tst_Layout::stores_addNoSlot()
+{
+    QFETCH(QByteArray, table);
+    QCOMPARE(tableBytes(table.constData()), tableBytes("_ZTV15VLMC_XMLSetting"));
 }
 
 QTEST_GUILESS_MAIN(tst_Layout)

@@ -35,6 +35,21 @@ else()
   message(STATUS "qmake or pkg-config not found: consumers with qmake go untested")
 endif()
 
+# The same from the Debian packages, where they can be built and checked.
+find_program(LINTIAN lintian)
+find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
+if(TARGET velmora-profile AND LINTIAN AND DPKG_SHLIBDEPS AND VELMORA_QT_MAJOR EQUAL 5
+    AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  add_test(NAME packages
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/packages/unpacked.sh ${CMAKE_CPACK_COMMAND}
+      ${PROJECT_BINARY_DIR} ${CMAKE_INSTALL_LIBDIR} ${CMAKE_CURRENT_BINARY_DIR}/packages)
+  set_tests_properties(packages PROPERTIES
+    TIMEOUT 600
+    ENVIRONMENT "CMAKE=${CMAKE_COMMAND};CXX=${CMAKE_CXX_COMPILER};CXXFLAGS=${CMAKE_CXX_FLAGS};QMAKE=;STANDARD=${standard};LC_ALL=C.UTF-8;QT_QPA_PLATFORM=offscreen")
+else()
+  message(STATUS "The Debian packages go untested in this build")
+endif()
+
 # The project's own configuration, as a port uses it.
 add_test(NAME qt-major-refused
   COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumers/check-qt-major.sh ${CMAKE_COMMAND}

@@ -7,6 +7,7 @@
 #include "tests/support/Files.h"
 #include "tests/support/LogFile.h"
 #include "tests/support/PlatformRecorder.h"
+#include "tests/support/SavedDocuments.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QEventLoop>
@@ -381,6 +382,7 @@ void tst_AuthJourney::serversGetTheirOwnCredentials()
 void tst_AuthJourney::sinksHoldNoCredentials()
 {
     QFETCH(int, scheme);
+    const ForeignDocuments overTheLimit;
     TestDirectory directory;
     setLogFile(directory.localFile("log"));
     VLMG_DebugSetLogLevel(VLMG_LogTrace);

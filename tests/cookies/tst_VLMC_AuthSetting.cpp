@@ -4,6 +4,7 @@
 #include "tests/cookies/WatchedCredentials.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/SavedDocuments.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -1005,6 +1006,7 @@ void tst_VLMC_AuthSetting::setAuthInfo_copiesTheRecord()
 // What is over its limit is stored whole and skipped by whoever reads it.
 void tst_VLMC_AuthSetting::addAuthInfo_checksNothing()
 {
+    const ForeignDocuments overTheLimits;
     TestDirectory directory;
     VLMC_AuthSetting store;
     store.loadAuthInfo(directory.pathPointer(), 10);

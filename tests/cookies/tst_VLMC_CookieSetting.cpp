@@ -3,6 +3,7 @@
 #include "tests/cookies/WatchedCookies.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/SavedDocuments.h"
 
 #include <QtCore/QElapsedTimer>
 
@@ -155,6 +156,7 @@ void tst_VLMC_CookieSetting::constructor_startsWithoutMaximum()
 
 void tst_VLMC_CookieSetting::addCookieInfo_writesAllTexts()
 {
+    const ForeignDocuments withoutDocInfo;
     VLMC_CookieSetting cookies;
     cookies.createXMLRootNode();
     QString rootName = utf8("cookie");
@@ -181,6 +183,7 @@ void tst_VLMC_CookieSetting::addCookieInfo_writesAllTexts()
 
 void tst_VLMC_CookieSetting::addCookieInfo_writesSessionCookieWithoutExpiry()
 {
+    const ForeignDocuments withoutDocInfo;
     VLMC_CookieSetting cookies;
     cookies.createXMLRootNode();
     QString rootName = utf8("cookie");

@@ -5,15 +5,21 @@
 #include "tests/support/LogRecorder.h"
 
 #include <QtCore/QBuffer>
+#include <QtCore/QDir>
 #include <QtCore/QThread>
 
 #include <memory>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace
 {
 const int kDeepLevels = 100000;
 const int kSavedLevels = 2000;
+// The bound on a document, the tree, and what the sanitizers add.
+const long kSaveKilobytes = 1024 * 1024;
 const uint kSmallStackBytes = 256 * 1024;
 
 typedef std::unique_ptr<VLMC_XMLNode> Tree;
@@ -177,6 +183,8 @@ private slots:
     void read_takesDeclarationInTextAsText();
     void read_doesNotRecurse();
     void write_doesNotRecurse();
+    void write_boundsIndentation_data();
+    void write_boundsIndentation();
 };
 
 void tst_HostileFiles::read_survivesTruncationAnywhere()
@@ -444,6 +452,41 @@ void tst_HostileFiles::read_doesNotRecurse()
 void tst_HostileFiles::write_doesNotRecurse()
 {
     QVERIFY(SmallStackThread(saveDeepDocument).finishes());
+}
+
+void tst_HostileFiles::write_boundsIndentation_data()
+{
+    QTest::addColumn<int>("levels");
+    // 175 KB, which would come to 14 GB.
+    QTest::newRow("too large before the last start tag") << 58333;
+    QTest::newRow("too large behind it") << 9000;
+}
+
+// In a process of its own, for the memory it takes.
+void tst_HostileFiles::write_boundsIndentation()
+{
+    QFETCH(int, levels);
+    const TestDirectory directory;
+    const QString path = directory.file("deep.xml");
+    const QByteArray document = repeated("<a>", levels);
+    writeFile(path, document);
+    const pid_t child = fork();
+    if (child == 0) {
+        VLMC_XMLReader reader;
+        QString file = path;
+        VLMC_XMLNode *const root = reader.read(file);
+        VLMC_XMLWriter writer;
+        const bool refused = !writer.write(file, root);
+        const bool told = loggedText() == "2 VLMC_XMLWriter::write file write error!\n";
+        _exit(refused && told ? 0 : 1);
+    }
+    int status = 0;
+    struct rusage usage = {};
+    wait4(child, &status, 0, &usage);
+    QCOMPARE(status, 0);
+    QVERIFY(usage.ru_maxrss < kSaveKilobytes);
+    COMPARE_BYTES(readFile(path), document);
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_HostileFiles)

@@ -25,6 +25,8 @@ private slots:
     void readDevice_keepsWhatCameBeforeAnError();
     void readDevice_takesTheEncodingFromTheDocument_data();
     void readDevice_takesTheEncodingFromTheDocument();
+    void readDevice_countsEntitiesInUtf16();
+    void readDevice_endsAtAnEntityThatIsNoText();
     void readDevice_leavesTheDeviceOpen();
     void readDevice_startsAnewWithEachDevice();
     void readDevice_readsLongTextsWhole();
@@ -32,6 +34,7 @@ private slots:
     void readDevice_readsEveryPosition();
     void readDevice_keepsDocumentsApart();
     void readDevice_logsNothing();
+    void readPath_readsResources();
     void readXMLNode_appendsToItsParent();
     void readXMLNode_readsOneElementAlone();
     void readXMLNode_stopsBehindItsEndTag();
@@ -55,6 +58,23 @@ VLMC_XMLNode *readBytes(const QByteArray &bytes)
     buffer.open(QIODevice::ReadOnly);
     VLMC_XMLReader reader;
     return reader.read(buffer);
+}
+
+// With its mark, little end first.
+QByteArray utf16(const QByteArray &ascii)
+{
+    QByteArray bytes("\xff\xfe");
+    for (const char character : ascii) {
+        bytes += character;
+        bytes += '\0';
+    }
+    return bytes;
+}
+
+QByteArray declaring(const QByteArray &declaration, const QByteArray &value,
+                     const QByteArray &content)
+{
+    return declaration + "<!DOCTYPE r [<!ENTITY e \"" + value + "\">]><r>" + content + "</r>";
 }
 } // namespace
 
@@ -208,6 +228,32 @@ void tst_VLMC_XMLReader::readDevice_takesTheEncodingFromTheDocument()
     QCOMPARE(described(root.data()), QByteArray("r0'\xe3\x81\x82'"));
 }
 
+// What references come to is counted where the encoding is not declared to be another than UTF-8;
+// a byte order mark alone is no declaration.
+void tst_VLMC_XMLReader::readDevice_countsEntitiesInUtf16()
+{
+    const QByteArray use = "<a>&e;</a>";
+    const QScopedPointer<VLMC_XMLNode> few(readBytes(utf16(declaring("", "text", use))));
+    QCOMPARE(described(few.data()), QByteArray("r[a0'text']"));
+
+    const QByteArray most(4096, 'e');
+    const QScopedPointer<VLMC_XMLNode> last(readBytes(utf16(declaring("", most, use + "<b/>"))));
+    QCOMPARE(described(last.data()), "r[a0'" + most + "' b]");
+    const QScopedPointer<VLMC_XMLNode> tooMany(readBytes(utf16(declaring("", most, use + use))));
+    QCOMPARE(described(tooMany.data()), "r[a0'" + most + "' a]");
+
+    const QByteArray declared = "<?xml version=\"1.0\" encoding=\"UTF-16\"?>";
+    const QScopedPointer<VLMC_XMLNode> none(readBytes(utf16(declaring(declared, "text", use))));
+    QVERIFY(!none);
+}
+
+// Its value is "&e" without the ";" of a reference.
+void tst_VLMC_XMLReader::readDevice_endsAtAnEntityThatIsNoText()
+{
+    const QScopedPointer<VLMC_XMLNode> root(readBytes(declaring("", "&#38;e", "<a/>&e;<b/>")));
+    QCOMPARE(described(root.data()), QByteArray("r[a]"));
+}
+
 void tst_VLMC_XMLReader::readDevice_leavesTheDeviceOpen()
 {
     QByteArray document = "<r/>";
@@ -281,6 +327,16 @@ void tst_VLMC_XMLReader::readDevice_logsNothing()
 {
     delete readBytes("<r/>");
     delete readBytes("");
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+// A file of Qt's own kind, which the operating system does not know.
+void tst_VLMC_XMLReader::readPath_readsResources()
+{
+    QString path = utf8(":/documents/small.xml");
+    VLMC_XMLReader reader;
+    const QScopedPointer<VLMC_XMLNode> root(reader.read(path));
+    QCOMPARE(described(root.data()), QByteArray("r0'text'"));
     QCOMPARE(loggedText(), QByteArray());
 }
 

@@ -9,6 +9,9 @@
 #include <QtCore/QPointer>
 #include <QtCore/QThread>
 
+typedef void (*ChangeOfNode)(VLMC_XMLNode *root, VLMC_XMLNode *b);
+Q_DECLARE_METATYPE(ChangeOfNode)
+
 class tst_VLMC_XMLSetting : public QObject
 {
     Q_OBJECT
@@ -65,6 +68,8 @@ private slots:
     void setIDforChildren_takesAnyAttributeName();
     void setIDforChildren_stopsAt999_data();
     void setIDforChildren_stopsAt999();
+    void setIDforChildren_doesNotBindTheChildren_data();
+    void setIDforChildren_doesNotBindTheChildren();
     void setIDforChildren_reportsNullEntries();
     void setIDforChildren_needsARoot();
     void deleteXMLNodeByID_releasesTheFirstMatchLater();
@@ -80,6 +85,7 @@ private slots:
     void deleteAllSetting_ofManyChildren();
     void deleteAllSetting_leavesNodesToWhoDestroysThem();
     void deleteAllSetting_leavesNodesToTheirThread();
+    void deleteAllSetting_ofAnotherDocumentsChild();
 };
 
 namespace
@@ -755,6 +761,58 @@ void tst_VLMC_XMLSetting::setIDforChildren_stopsAt999()
     }
 }
 
+// Whatever happens to numbered children afterwards is seen at once.
+void tst_VLMC_XMLSetting::setIDforChildren_doesNotBindTheChildren_data()
+{
+    QTest::addColumn<ChangeOfNode>("change");
+    QTest::addColumn<QByteArray>("found");
+    const ChangeOfNode lend = [](VLMC_XMLNode *, VLMC_XMLNode *b) {
+        b->getAttribute() = attribute("id", "7");
+    };
+    const ChangeOfNode set = [](VLMC_XMLNode *, VLMC_XMLNode *b) {
+        QXmlStreamAttributes seven = attribute("id", "7");
+        b->setAttribute(seven);
+    };
+    const ChangeOfNode append = [](VLMC_XMLNode *root, VLMC_XMLNode *) { newNode(root, "d"); };
+    const ChangeOfNode prepend = [](VLMC_XMLNode *root, VLMC_XMLNode *) {
+        char front = 1;
+        root->addXMLNode(newNode(nullptr, "d"), front);
+    };
+    const ChangeOfNode remove = [](VLMC_XMLNode *root, VLMC_XMLNode *b) {
+        root->removeXMLNode(b);
+        b->deleteLater();
+    };
+    const ChangeOfNode move = [](VLMC_XMLNode *root, VLMC_XMLNode *b) {
+        char end = 0;
+        root->addXMLNode(b, end);
+    };
+    QTest::newRow("attributes by reference") << lend << QByteArray("a - c - b");
+    QTest::newRow("attributes set") << set << QByteArray("a - c - b");
+    QTest::newRow("child added at the end") << append << QByteArray("a b c - -");
+    QTest::newRow("child added in front") << prepend << QByteArray("a b c - -");
+    QTest::newRow("child removed") << remove << QByteArray("a - c - -");
+    QTest::newRow("child moved") << move << QByteArray("a b c - -");
+}
+
+void tst_VLMC_XMLSetting::setIDforChildren_doesNotBindTheChildren()
+{
+    QFETCH(ChangeOfNode, change);
+    QFETCH(QByteArray, found);
+    VLMC_XMLSetting store;
+    VLMC_XMLNode *const root = fill(store, "a b c");
+    QString attributeName = idName();
+    store.setIDforChildren(attributeName);
+    change(root, root->getXMLNodeChildByID(1, attributeName));
+
+    QList<QByteArray> names;
+    const int ids[] = {0, 1, 2, 3, 7};
+    for (const int id : ids) {
+        VLMC_XMLNode *const child = root->getXMLNodeChildByID(id, attributeName);
+        names.append(child ? child->getName().toUtf8() : "-");
+    }
+    QCOMPARE(names, found.split(' '));
+}
+
 void tst_VLMC_XMLSetting::setIDforChildren_reportsNullEntries()
 {
     VLMC_XMLSetting store;
@@ -975,6 +1033,31 @@ void tst_VLMC_XMLSetting::deleteAllSetting_leavesNodesToTheirThread()
     thread.start();
     QVERIFY(thread.wait());
     QVERIFY(!child);
+}
+
+// A child that another document numbered and a caller put here as well: it is released, and what
+// becomes of its number is still seen there.
+void tst_VLMC_XMLSetting::deleteAllSetting_ofAnotherDocumentsChild()
+{
+    VLMC_XMLSetting owner;
+    VLMC_XMLNode *const root = fill(owner, "a b");
+    QString attributeName = idName();
+    QString name = utf8("b");
+    owner.setIDforChildren(attributeName);
+    QPointer<VLMC_XMLNode> shared(root->getXMLNodeChildByName(name));
+    VLMC_XMLSetting store;
+    fill(store, "c")->getXMLNodeChildren().append(shared);
+
+    store.deleteAllSetting();
+
+    QVERIFY(shared && !shared->getXMLNodeParent());
+    QXmlStreamAttributes seven = attribute("id", "7");
+    shared->setAttribute(seven);
+    QVERIFY(!root->getXMLNodeChildByID(1, attributeName));
+    QCOMPARE(root->getXMLNodeChildByID(7, attributeName), shared.data());
+    root->removeXMLNode(shared);
+    runDeferredDeletes();
+    QVERIFY(!shared);
 }
 
 QTEST_GUILESS_MAIN(tst_VLMC_XMLSetting)

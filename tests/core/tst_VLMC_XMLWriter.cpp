@@ -33,6 +33,9 @@ private slots:
     void writeDevice_bringsBackWhatWasRead_data();
     void writeDevice_bringsBackWhatWasRead();
     void writeDevice_needsNoStackForDepth();
+    void writePath_refusesTooLargeDocument_data();
+    void writePath_refusesTooLargeDocument();
+    void writeDevice_takesAnySize();
     void writeXMLNode_writesOneElement();
     void writeXMLNode_refusesNull();
     void writeXMLNode_leavesTagsOpenAtANullChild();
@@ -54,6 +57,46 @@ QByteArray written(VLMC_XMLNode *root, bool expected = true)
 }
 
 VLMC_XMLNode *const noNode = nullptr;
+
+const int kMaxDocumentBytes = 256 * 1024 * 1024;
+
+// Takes everything and keeps nothing.
+class CountingDevice : public QIODevice
+{
+public:
+    CountingDevice() : m_bytes(0) { open(QIODevice::WriteOnly); }
+    qint64 bytes() const { return m_bytes; }
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+    qint64 writeData(const char *, qint64 bytes) override
+    {
+        m_bytes += bytes;
+        return bytes;
+    }
+
+private:
+    qint64 m_bytes;
+};
+
+// A tree that is written as a document of this size. Its texts are one in memory, but for the last.
+VLMC_XMLNode *newDocumentOf(int bytes)
+{
+    const int textBytes = 1024 * 1024;
+    const int elements = bytes / textBytes;
+    VLMC_XMLNode *const root = newNode(nullptr, "r");
+    for (int i = 0; i < elements; ++i) {
+        newNode(root, "e", "x")->setTextType(1);
+    }
+    const int tagBytes = int(written(root).size()) - elements;
+    QString text(textBytes, QLatin1Char('x'));
+    for (VLMC_XMLNode *const element : root->getXMLNodeChildren()) {
+        element->setText(text);
+    }
+    QString rest(bytes - tagBytes - (elements - 1) * textBytes, QLatin1Char('x'));
+    root->getXMLNodeChildren().last()->setText(rest);
+    return root;
+}
 } // namespace
 
 void tst_VLMC_XMLWriter::constructor_indents()
@@ -268,6 +311,35 @@ void tst_VLMC_XMLWriter::writeDevice_needsNoStackForDepth()
         QCOMPARE(int(document.count("<e/>")), 1);
         QCOMPARE(int(document.count("</e>")), levels - 1);
     });
+}
+
+void tst_VLMC_XMLWriter::writePath_refusesTooLargeDocument_data()
+{
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("256 MiB") << kMaxDocumentBytes << true;
+    QTest::newRow("256 MiB and a byte") << kMaxDocumentBytes + 1 << false;
+}
+
+// A device spares the disk; it is written in place, with the same bound.
+void tst_VLMC_XMLWriter::writePath_refusesTooLargeDocument()
+{
+    QFETCH(int, bytes);
+    QFETCH(bool, accepted);
+    const QScopedPointer<VLMC_XMLNode> root(newDocumentOf(bytes));
+    QString path = utf8("/dev/null");
+    VLMC_XMLWriter writer;
+    QCOMPARE(writer.write(path, root.data()), accepted);
+    COMPARE_BYTES(loggedText(), accepted ? "" : "2 VLMC_XMLWriter::write file write error!\n");
+}
+
+void tst_VLMC_XMLWriter::writeDevice_takesAnySize()
+{
+    const QScopedPointer<VLMC_XMLNode> root(newDocumentOf(kMaxDocumentBytes + 1));
+    CountingDevice device;
+    VLMC_XMLWriter writer;
+    QVERIFY(writer.write(device, root.data()));
+    QCOMPARE(device.bytes(), qint64(kMaxDocumentBytes + 1));
 }
 
 void tst_VLMC_XMLWriter::writeXMLNode_writesOneElement()

@@ -3,6 +3,7 @@
 
 #include "tests/differential/Hostile.h"
 #include "tests/support/Files.h"
+#include "tests/support/SavedDocuments.h"
 
 class VLMC_XMLSetting;
 
@@ -104,6 +105,8 @@ private:
     PlainStore &m_plain;
     const Sequence m_sequence;
     Hostile m_hostile;
+    // Sequences break limits and rename roots; every byte they save is compared with the models'.
+    ForeignDocuments m_foreign;
     TestDirectory m_directory;
     QByteArray m_history;
     QByteArray m_difference;

@@ -9,6 +9,7 @@
 #include "preferences/VLMC_BrowserCommonSetting.h"
 #include "preferences/VLMC_BrowserUserSetting.h"
 
+#include "tests/docs/FormatsPage.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 
@@ -21,28 +22,6 @@
 namespace
 {
 const int kMax = 20;
-
-// The part of the page under this heading.
-QByteArray section(const QByteArray &title)
-{
-    const QByteArray page = readFile(QString::fromUtf8(FILE_FORMATS_PAGE));
-    const int start = int(page.indexOf("\n## " + title + "\n"));
-    if (start < 0) {
-        return QByteArray();
-    }
-    const int end = int(page.indexOf("\n## ", start + 1));
-    return page.mid(start, end < 0 ? -1 : end - start);
-}
-
-// The one fenced block of the section.
-QByteArray sample(const QByteArray &title)
-{
-    const QByteArray text = section(title);
-    const int fence = int(text.indexOf("\n```"));
-    const int start = int(text.indexOf('\n', fence + 1)) + 1;
-    const int end = int(text.indexOf("\n```\n", start)) + 1;
-    return fence < 0 || end < start ? QByteArray() : text.mid(start, end - start);
-}
 
 // Has the store load its file from one folder and save it to another.
 typedef void (*Carry)(QString from, QString to);
@@ -158,7 +137,7 @@ void tst_FileFormats::init()
 
 void tst_FileFormats::page_hasOneSamplePerSection()
 {
-    const QByteArray page = readFile(QString::fromUtf8(FILE_FORMATS_PAGE));
+    const QByteArray page = formatsPage();
     const int formats = int(sizeof kFormats / sizeof kFormats[0]);
     QCOMPARE(int(page.count("\n## ")), formats);
     QCOMPARE(int(page.count("\n```")), 2 * formats);

@@ -1,24 +1,30 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
-#include "fonts/VLMC_FontListSetting.h"
+#include "tests/durability/SavedStores.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SystemCalls.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
+#include <QtCore/QScopedPointer>
 
 #include <cerrno>
 #include <csignal>
-#include <memory>
-#include <sys/mount.h>
-#include <sys/resource.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace
 {
-const int kSavesUnderReader = 10000;
+const uid_t kOtherUser = 65534;
+
+// What a crash has left in the folder, so that each save has something to clean up first.
+const char kStale[] = ".velmora-save-1-0";
 
 // Calls that a signal may break off and that are then made again, or need not be.
 const QList<QByteArray> kRepeatable = QList<QByteArray>() << "open"
@@ -26,100 +32,194 @@ const QList<QByteArray> kRepeatable = QList<QByteArray>() << "open"
                                                           << "write"
                                                           << "fdatasync"
                                                           << "close"
-                                                          << "fsync";
+                                                          << "fsync"
+                                                          << "ftruncate";
 
-// How each store comes to save one given text; the calls are watched from WatchedCalls on.
-void saveFontList(const QString &directory, const QString &text)
+// Calls without which the document is not on the disk, from the temporary file to the folder.
+const QList<QByteArray> kSteps = QList<QByteArray>() << "create"
+                                                     << "write"
+                                                     << "fdatasync"
+                                                     << "fcntl"
+                                                     << "close"
+                                                     << "rename"
+                                                     << "open"
+                                                     << "fsync";
+
+// The kinds of cases that each store's save goes through, and how they are printed.
+enum Kind { Faults, Deaths, PowerCuts, OtherSavers, OtherProcesses, KindCount };
+const char *const kKinds[] = {"faults", "deaths", "power cuts", "other savers", "processes"};
+
+// What stands in the file's place before the save.
+enum Before { NoFile, OwnFile, ForeignFile, LinkedFile, AttributedFile };
+
+// Root may set the first kind anywhere, others the second one where the file system has it.
+const char *const kAttributes[] = {"trusted.note", "user.note"};
+
+bool setAttribute(const QString &file)
 {
-    VLMC_FontListSetting fonts;
-    fonts.createXMLRootNode();
-    fonts.addFont(text);
-    const WatchedCalls watched;
-    fonts.saveFontList(directory);
+    for (const char *const name : kAttributes) {
+        if (setxattr(QFile::encodeName(file).constData(), name, "kept", 4, 0) == 0) {
+            return true;
+        }
+    }
+    return false;
 }
 
-struct Store {
-    const char *name;
-    const char *fileName;
-    void (*save)(const QString &directory, const QString &text);
-};
+bool hasAttribute(const QString &file)
+{
+    for (const char *const name : kAttributes) {
+        if (getxattr(QFile::encodeName(file).constData(), name, nullptr, 0) == 4) {
+            return true;
+        }
+    }
+    return false;
+}
 
-const Store kStores[] = {
-    {"font list", "fontlist.xml", saveFontList},
-};
+QString textOf(int size, char letter) { return QString(size, QLatin1Char(letter)); }
+
+QStringList filesIn(const QString &directory)
+{
+    return QDir(directory).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Name);
+}
 
 // One directory with a store's old file, and what its next save is to write.
 class Case
 {
 public:
-    Case(const Store &store, bool hasOld) : m_store(store)
+    Case(const SavedStore &store, int before) : m_store(store), m_before(NoFile)
     {
         setFaultPlan({FaultPlan::None, 0, 0});
-        m_old = saved(QString(50, QLatin1Char('o')));
-        m_new = saved(QString(300, QLatin1Char('n')));
-        restore(hasOld);
+        m_old = saved('o');
+        m_new = saved('n');
+        restore(before);
         save();
         m_calls = watchedCalls();
-        restore(hasOld);
+        restore(before);
     }
 
-    void restore(bool hasOld)
+    void restore(int before)
     {
         setFaultPlan({FaultPlan::None, 0, 0});
+        m_before = before;
         QFile::remove(file());
-        if (hasOld) {
+        QFile::remove(link());
+        if (before == LinkedFile) {
+            QVERIFY(QFile::link(utf8("behind.xml"), link()));
+        }
+        writeFile(m_directory.file(kStale), "stale");
+        if (before != NoFile) {
             writeFile(file(), m_old);
         }
-        m_hasOld = hasOld;
+        if (before == ForeignFile) {
+            QCOMPARE(chown(QFile::encodeName(file()).constData(), kOtherUser, kOtherUser), 0);
+        }
+        if (before == AttributedFile) {
+            QVERIFY(setAttribute(file()));
+        }
     }
 
-    void save() { m_store.save(m_directory.path(), QString(300, QLatin1Char('n'))); }
+    void save() const { m_store.save(m_directory.path(), textOf(kNewSize, 'n')); }
 
     bool isWhole() const
     {
         if (!exists(file())) {
-            return !m_hasOld;
+            return m_before == NoFile;
         }
-        const QByteArray content = readFile(file());
-        return content == m_new || (m_hasOld && content == m_old);
+        return isNew() || (m_before != NoFile && isOld());
     }
-    bool isOld() const { return m_hasOld ? readFile(file()) == m_old : !exists(file()); }
-    bool isNew() const { return exists(file()) && readFile(file()) == m_new; }
+    bool isOld() const
+    {
+        return m_before != NoFile ? holds(m_old, textOf(kOldSize, 'o')) : !exists(file());
+    }
+    bool isNew() const { return exists(file()) && holds(m_new, textOf(kNewSize, 'n')); }
     QStringList leftOver() const
     {
-        QStringList names = QDir(m_directory.path()).entryList(QDir::Files | QDir::Hidden);
-        names.removeAll(QString::fromLatin1(m_store.fileName));
+        QStringList names = filesIn(m_directory.path());
+        names.removeAll(QFileInfo(file()).fileName());
         return names;
     }
-    QString file() const { return m_directory.file(m_store.fileName); }
-    QByteArray oldContent() const { return m_old; }
+    QString directory() const { return m_directory.path(); }
+    QString file() const
+    {
+        return m_before == LinkedFile ? m_directory.file("behind.xml") : link();
+    }
+    QByteArray oldContent() const { return m_before != NoFile ? m_old : QByteArray(); }
     QByteArray newContent() const { return m_new; }
     QList<SystemCall> calls() const { return m_calls; }
 
 private:
-    QByteArray saved(const QString &text)
+    static const int kOldSize = 50;
+    static const int kNewSize = 200;
+
+    // The name by which the store knows the file.
+    QString link() const { return m_directory.file(m_store.fileName); }
+
+    QByteArray saved(char letter)
     {
-        m_store.save(m_directory.path(), text);
+        m_store.save(m_directory.path(), textOf(letter == 'o' ? kOldSize : kNewSize, letter));
         return readFile(file());
     }
+    // To the byte, and for the store that loads it.
+    bool holds(const QByteArray &content, const QString &text) const
+    {
+        return readFile(file()) == content && m_store.load(m_directory.path()) == text
+               && keepsItsKind();
+    }
+    bool keepsItsKind() const
+    {
+        struct stat status = {};
+        stat(QFile::encodeName(file()).constData(), &status);
+        return status.st_uid == (m_before == ForeignFile ? kOtherUser : getuid())
+               && (m_before != AttributedFile || hasAttribute(file()))
+               && QFileInfo(link()).isSymLink() == (m_before == LinkedFile);
+    }
 
-    const Store &m_store;
+    const SavedStore &m_store;
     TestDirectory m_directory;
     QByteArray m_old;
     QByteArray m_new;
     QList<SystemCall> m_calls;
-    bool m_hasOld;
+    int m_before;
 };
+
+bool takesAttributes()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("probe"), "");
+    return setAttribute(directory.file("probe"));
+}
 
 void storeRows()
 {
     QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("hasOld");
-    for (int i = 0; i < int(sizeof kStores / sizeof kStores[0]); ++i) {
+    QTest::addColumn<int>("before");
+    for (int i = 0; i < kStoreCount; ++i) {
         const QByteArray name(kStores[i].name);
-        QTest::newRow((name + ", over an old file").constData()) << i << true;
-        QTest::newRow((name + ", for the first time").constData()) << i << false;
+        QTest::newRow((name + ", for the first time").constData()) << i << int(NoFile);
+        QTest::newRow((name + ", over an old file").constData()) << i << int(OwnFile);
     }
+    // What differs here does so below the stores, which all save alike.
+    QTest::newRow("over a file behind a link") << 0 << int(LinkedFile);
+    if (getuid() == 0) {
+        QTest::newRow("over another user's file") << 0 << int(ForeignFile);
+    }
+    if (takesAttributes()) {
+        QTest::newRow("over a file with attributes") << 0 << int(AttributedFile);
+    }
+}
+
+// What a reader makes of the document, written again: the same bytes when it is whole.
+QByteArray readAndWritten(const QByteArray &content)
+{
+    QBuffer source;
+    source.setData(content);
+    source.open(QIODevice::ReadOnly);
+    VLMC_XMLReader reader;
+    const QScopedPointer<VLMC_XMLNode> root(reader.read(source));
+    QBuffer target;
+    target.open(QIODevice::WriteOnly);
+    VLMC_XMLWriter writer;
+    return writer.write(target, root.data()) ? target.data() : QByteArray();
 }
 
 // What the disk may hold of one file.
@@ -169,6 +269,13 @@ QList<QByteArray> possibleTargets(const QList<SystemCall> &calls, const QByteArr
     return contents;
 }
 
+// Calls that change nothing.
+bool isLook(const SystemCall &call)
+{
+    return call.name == "fstat" || call.name == "lstat" || call.name == "flistxattr"
+           || call.name == "fgetxattr";
+}
+
 QList<SystemCall> without(const QList<SystemCall> &calls, const QByteArray &name)
 {
     QList<SystemCall> left;
@@ -180,9 +287,9 @@ QList<SystemCall> without(const QList<SystemCall> &calls, const QByteArray &name
     return left;
 }
 
-int indexOf(const QList<SystemCall> &calls, const QByteArray &name)
+int indexOf(const QList<SystemCall> &calls, const QByteArray &name, int from = 0)
 {
-    for (int i = 0; i < calls.size(); ++i) {
+    for (int i = from; i < calls.size(); ++i) {
         if (calls.at(i).name == name) {
             return i;
         }
@@ -203,6 +310,57 @@ int inChild(Work work)
     }
     return status;
 }
+
+// Does its work up to a watched call, and then waits to be told.
+class StoppedProcess
+{
+public:
+    StoppedProcess(int call, const std::function<bool()> &work) : m_status(0), m_id(fork())
+    {
+        if (m_id == 0) {
+            int index = 0;
+            setCallProbe([&](const SystemCall &) {
+                if (index++ == call) {
+                    raise(SIGSTOP);
+                }
+            });
+            _exit(work() ? 0 : 1);
+        }
+        wait(WUNTRACED);
+    }
+    ~StoppedProcess()
+    {
+        if (isStopped()) {
+            dies();
+        }
+    }
+    StoppedProcess(const StoppedProcess &) = delete;
+    StoppedProcess &operator=(const StoppedProcess &) = delete;
+
+    bool isStopped() const { return WIFSTOPPED(m_status); }
+    bool finishes()
+    {
+        kill(m_id, SIGCONT);
+        wait(0);
+        return m_status == 0;
+    }
+    bool dies()
+    {
+        kill(m_id, SIGKILL);
+        wait(0);
+        return WIFSIGNALED(m_status);
+    }
+
+private:
+    void wait(int options)
+    {
+        while (waitpid(m_id, &m_status, options) < 0 && errno == EINTR) {
+        }
+    }
+
+    int m_status;
+    pid_t m_id;
+};
 
 QByteArray document(int fill)
 {
@@ -227,7 +385,7 @@ class tst_Durability : public QObject
 
 private slots:
     void init() { takeLog(); }
-    void cleanup() { runDeferredDeletes(); }
+    void cleanup();
     void cleanupTestCase();
 
     void save_takesTheSafeSteps_data() { storeRows(); }
@@ -238,27 +396,53 @@ private slots:
     void save_survivesDeathAtEveryCall();
     void save_survivesPowerCutAtEveryCall_data() { storeRows(); }
     void save_survivesPowerCutAtEveryCall();
+    void save_survivesAnotherSaverAtEveryCall_data() { storeRows(); }
+    void save_survivesAnotherSaverAtEveryCall();
+    void save_survivesAnotherProcessAtEveryCall_data() { storeRows(); }
+    void save_survivesAnotherProcessAtEveryCall();
+    void save_survivesAnotherProcessInBetween();
+    void save_holdsItsLockUntilRenamed_data() { storeRows(); }
+    void save_holdsItsLockUntilRenamed();
     void powerCut_wouldShowAMissingSync();
-    void write_keepsOldFileAtFileSizeLimit();
-    void write_keepsOldFileOnFullDisk();
-    void write_isSeenWholeAtEveryMoment();
 
 private:
-    int m_faults = 0;
-    int m_deaths = 0;
-    int m_powerCuts = 0;
+    int m_counts[kStoreCount][KindCount] = {};
+    int m_interleavings = 0;
 };
+
+void tst_Durability::cleanup()
+{
+    setFaultPlan({FaultPlan::None, 0, 0});
+    setCallProbe(nullptr);
+    runDeferredDeletes();
+}
 
 void tst_Durability::cleanupTestCase()
 {
-    printf("faults: %d, deaths: %d, power cuts: %d cases\n", m_faults, m_deaths, m_powerCuts);
+    printf("%-20s", "cases");
+    for (const char *const kind : kKinds) {
+        printf(" %12s", kind);
+    }
+    int total[KindCount] = {};
+    for (int i = 0; i < kStoreCount; ++i) {
+        printf("\n%-20s", kStores[i].name);
+        for (int kind = 0; kind < KindCount; ++kind) {
+            printf(" %12d", m_counts[i][kind]);
+            total[kind] += m_counts[i][kind];
+        }
+    }
+    printf("\n%-20s", "total");
+    for (const int cases : total) {
+        printf(" %12d", cases);
+    }
+    printf("\ninterleavings of two savers: %d\n", m_interleavings);
 }
 
 void tst_Durability::save_takesTheSafeSteps()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    const Case save(kStores[row], hasOld);
+    QFETCH(int, before);
+    const Case save(kStores[row], before);
     const QList<SystemCall> calls = save.calls();
     QList<QByteArray> steps;
     QByteArray temporary;
@@ -266,62 +450,81 @@ void tst_Durability::save_takesTheSafeSteps()
         if (call.name == "create") {
             temporary = call.file;
             steps.append(call.name);
-        } else if (!temporary.isEmpty() && (call.file == temporary || call.name == "fsync")) {
+        } else if (!isLook(call) && !temporary.isEmpty()
+                   && (call.file == temporary || call.name == "fsync")) {
             steps.append(call.name);
         }
     }
     QList<QByteArray> expected;
     expected << "create"
              << "flock";
-    if (hasOld) {
+    if (before == ForeignFile) {
+        expected << "fchown";
+    }
+    if (before == AttributedFile) {
+        expected << "fsetxattr";
+    }
+    if (before != NoFile) {
         expected << "fchmod";
     }
+    // The second descriptor keeps the lock when the first is closed.
     expected << "write"
              << "fdatasync"
+             << "fcntl"
              << "close"
              << "rename"
-             << "fsync";
+             << "fsync"
+             << "close";
     QCOMPARE(steps, expected);
 }
 
 void tst_Durability::save_survivesFailingCalls()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    Case save(kStores[row], hasOld);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
     const int calls = int(save.calls().size());
-    QVERIFY(calls > 8);
+    QVERIFY(calls > 12);
+    const int creating = indexOf(save.calls(), "create");
     const int renaming = indexOf(save.calls(), "rename");
-    const int errors[] = {ENOSPC, EIO, EINTR, EDQUOT, EMFILE};
-    const FaultPlan::Kind kinds[] = {FaultPlan::Fail, FaultPlan::FailFromHere,
-                                     FaultPlan::ShortWrite};
-    for (const FaultPlan::Kind kind : kinds) {
-        for (const int error : errors) {
-            // A signal at every call from now on would be no signal.
-            if (kind == FaultPlan::FailFromHere && error == EINTR) {
+    const int syncing = indexOf(save.calls(), "fsync");
+    // A signal at every call from some one on would be no signal.
+    const struct {
+        FaultPlan::Kind kind;
+        int error;
+    } faults[] = {
+        {FaultPlan::Fail, ENOSPC},         {FaultPlan::Fail, EIO},
+        {FaultPlan::Fail, EINTR},          {FaultPlan::Fail, EDQUOT},
+        {FaultPlan::Fail, EMFILE},         {FaultPlan::FailFromHere, ENOSPC},
+        {FaultPlan::FailFromHere, EIO},    {FaultPlan::FailFromHere, EDQUOT},
+        {FaultPlan::FailFromHere, EMFILE}, {FaultPlan::ShortWrite, 0},
+    };
+    for (const auto &fault : faults) {
+        for (int k = 0; k < calls; ++k) {
+            const QByteArray where = save.calls().at(k).name;
+            if (fault.kind == FaultPlan::ShortWrite && where != "write") {
                 continue;
             }
-            for (int k = 0; k < calls; ++k) {
-                save.restore(hasOld);
-                takeLog();
-                setFaultPlan({kind, k, error});
-                save.save();
-                setFaultPlan({FaultPlan::None, 0, 0});
-                ++m_faults;
-                const QByteArray where = save.calls().at(k).name;
-                QVERIFY2(save.isWhole(), where.constData());
-                const bool refused = loggedText().contains(" error!\n");
-                // Only a folder that cannot be synchronised is noticed after the renaming.
-                const bool renamed = kind == FaultPlan::FailFromHere || k > renaming;
-                QVERIFY2(!refused || renamed || save.isOld(), where.constData());
-                QVERIFY2(refused || save.isNew(), where.constData());
-                const bool harmless = kind == FaultPlan::ShortWrite
-                                      || (error == EINTR && kRepeatable.contains(where));
-                QVERIFY2(!harmless || !refused, where.constData());
-                save.save();
-                QVERIFY2(save.isNew(), where.constData());
-                QVERIFY2(save.leftOver().isEmpty(), where.constData());
-            }
+            save.restore(before);
+            takeLog();
+            setFaultPlan({fault.kind, k, fault.error});
+            save.save();
+            setFaultPlan({FaultPlan::None, 0, 0});
+            const bool refused = loggedText().contains(" error!\n");
+            ++m_counts[row][Faults];
+            QVERIFY2(save.isWhole(), where.constData());
+            // Only a folder that cannot be synchronised is noticed after the renaming.
+            const bool renamed = fault.kind == FaultPlan::FailFromHere || k > renaming;
+            QVERIFY2(!refused || renamed || save.isOld(), where.constData());
+            QVERIFY2(refused || save.isNew(), where.constData());
+            const bool harmless = fault.kind == FaultPlan::ShortWrite
+                                  || (fault.error == EINTR && kRepeatable.contains(where));
+            QVERIFY2(!harmless || !refused, where.constData());
+            const bool isStep = k >= creating && k <= syncing && kSteps.contains(where);
+            QVERIFY2(harmless || !isStep || refused, where.constData());
+            save.save();
+            QVERIFY2(save.isNew(), where.constData());
+            QVERIFY2(save.leftOver().isEmpty(), where.constData());
         }
     }
 }
@@ -329,20 +532,26 @@ void tst_Durability::save_survivesFailingCalls()
 void tst_Durability::save_survivesDeathAtEveryCall()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    Case save(kStores[row], hasOld);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
     const int calls = int(save.calls().size());
-    const FaultPlan::Kind kinds[] = {FaultPlan::KillBefore, FaultPlan::KillAfter};
+    // Dead after a call is dead before the next one, but for the last.
+    const FaultPlan::Kind kinds[] = {FaultPlan::KillBefore, FaultPlan::KillAmid,
+                                     FaultPlan::KillAfter};
     for (const FaultPlan::Kind kind : kinds) {
-        for (int k = 0; k < calls; ++k) {
-            save.restore(hasOld);
+        for (int k = kind == FaultPlan::KillAfter ? calls - 1 : 0; k < calls; ++k) {
+            if (kind == FaultPlan::KillAmid && save.calls().at(k).name != "write") {
+                continue;
+            }
+            save.restore(before);
             setFaultPlan({kind, k, 0});
             const int status = inChild([&] { save.save(); });
             setFaultPlan({FaultPlan::None, 0, 0});
             QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-            ++m_deaths;
+            ++m_counts[row][Deaths];
             QVERIFY(save.isWhole());
-            QVERIFY(save.leftOver().size() <= 1);
+            // One from before and one of its own.
+            QVERIFY(save.leftOver().size() <= 2);
             save.save();
             QVERIFY(save.isNew());
             QCOMPARE(save.leftOver(), QStringList());
@@ -353,25 +562,169 @@ void tst_Durability::save_survivesDeathAtEveryCall()
 void tst_Durability::save_survivesPowerCutAtEveryCall()
 {
     QFETCH(int, row);
-    QFETCH(bool, hasOld);
-    const Case save(kStores[row], hasOld);
-    const QByteArray old = hasOld ? save.oldContent() : QByteArray();
+    QFETCH(int, before);
+    const Case save(kStores[row], before);
+    const QByteArray old = save.oldContent();
     const QByteArray target = QFile::encodeName(save.file());
     for (int k = 0; k <= save.calls().size(); ++k) {
         const QList<QByteArray> states = possibleTargets(save.calls().mid(0, k), old, target);
         QVERIFY(!states.isEmpty());
         for (const QByteArray &state : states) {
-            ++m_powerCuts;
+            ++m_counts[row][PowerCuts];
             QVERIFY(state == old || state == save.newContent());
+            QVERIFY(state.isNull() || readAndWritten(state) == state);
         }
     }
     const QList<QByteArray> finished = possibleTargets(save.calls(), old, target);
     QCOMPARE(finished, QList<QByteArray>() << save.newContent());
 }
 
+// The other saver comes between two calls, once with another file of the folder, which it cleans
+// up, and once with the same one.
+void tst_Durability::save_survivesAnotherSaverAtEveryCall()
+{
+    QFETCH(int, row);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
+    const QString others[] = {save.directory() + utf8("other.xml"), save.file()};
+    for (const QString &other : others) {
+        for (int k = 0; k < save.calls().size(); ++k) {
+            save.restore(before);
+            takeLog();
+            // Whoever has the file open keeps what it held.
+            QFile reader(save.file());
+            QCOMPARE(reader.open(QIODevice::ReadOnly), before != NoFile);
+            int index = 0;
+            bool otherWritten = false;
+            setCallProbe([&](const SystemCall &) {
+                if (index++ == k) {
+                    otherWritten = writeTree(other, 5);
+                }
+            });
+            save.save();
+            setCallProbe(nullptr);
+            ++m_counts[row][OtherSavers];
+            const QByteArray where = save.calls().at(k).name;
+            QVERIFY2(otherWritten, where.constData());
+            QVERIFY2(!loggedText().contains(" error!\n"), where.constData());
+            QVERIFY2(save.isNew() || (other == save.file() && readFile(other) == document(5)),
+                     where.constData());
+            QVERIFY2(other == save.file() || readFile(other) == document(5), where.constData());
+            QVERIFY2(before == NoFile || reader.readAll() == save.oldContent(), where.constData());
+            QFile::remove(save.directory() + utf8("other.xml"));
+            QCOMPARE(save.leftOver(), QStringList());
+        }
+    }
+}
+
+// This process saves another file of the folder, and so cleans up there, while the store's saver
+// stands still in front of a call: that one may then go on, or die there.
+void tst_Durability::save_survivesAnotherProcessAtEveryCall()
+{
+    QFETCH(int, row);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
+    const QString other = save.directory() + utf8("other.xml");
+    // It holds the lock of the stale file, which it removes, and then that of its own.
+    const int cleaning = indexOf(save.calls(), "flock");
+    const int cleaned = indexOf(save.calls(), "unlink");
+    const int saving = indexOf(save.calls(), "flock", cleaning + 1);
+    const int renaming = indexOf(save.calls(), "rename");
+    for (int k = 0; k < save.calls().size(); ++k) {
+        const QByteArray where = save.calls().at(k).name;
+        for (const bool dies : {false, true}) {
+            save.restore(before);
+            StoppedProcess saver(k, [&] {
+                takeLog();
+                save.save();
+                return !loggedText().contains(" error!\n") && save.isNew();
+            });
+            QVERIFY2(saver.isStopped(), where.constData());
+            QVERIFY2(writeTree(other, 5), where.constData());
+            QFile::remove(other);
+            const bool living = (k > cleaning && k <= cleaned) || (k > saving && k <= renaming);
+            QVERIFY2(save.leftOver().size() == (living ? 1 : 0), where.constData());
+            QVERIFY2(dies ? saver.dies() : saver.finishes(), where.constData());
+            QVERIFY2(writeTree(other, 5), where.constData());
+            QFile::remove(other);
+            QVERIFY2(save.isWhole(), where.constData());
+            QCOMPARE(save.leftOver(), QStringList());
+            ++m_counts[row][OtherProcesses];
+        }
+    }
+}
+
+// In front of each call of a save another process begins to save, stops in front of each of its own
+// calls until the first save is over, and goes on then.
+void tst_Durability::save_survivesAnotherProcessInBetween()
+{
+    Case save(kStores[0], OwnFile);
+    const QString other = save.directory() + utf8("other.xml");
+    for (int i = 0; i < save.calls().size(); ++i) {
+        bool stopped = true;
+        for (int k = 0; stopped; ++k) {
+            save.restore(OwnFile);
+            takeLog();
+            QScopedPointer<StoppedProcess> saver;
+            int index = 0;
+            setCallProbe([&](const SystemCall &) {
+                if (index++ == i) {
+                    saver.reset(new StoppedProcess(k, [&] {
+                        const WatchedCalls watched;
+                        return writeTree(other, 5);
+                    }));
+                }
+            });
+            save.save();
+            setCallProbe(nullptr);
+            stopped = saver->isStopped();
+            QVERIFY(!loggedText().contains(" error!\n"));
+            QVERIFY(save.isNew());
+            QVERIFY(!stopped || saver->finishes());
+            COMPARE_BYTES(readFile(other), document(5));
+            QFile::remove(other);
+            QVERIFY(save.isNew());
+            QCOMPARE(save.leftOver(), QStringList());
+            m_interleavings += stopped ? 1 : 0;
+        }
+    }
+}
+
+void tst_Durability::save_holdsItsLockUntilRenamed()
+{
+    QFETCH(int, row);
+    QFETCH(int, before);
+    Case save(kStores[row], before);
+    QByteArray temporary;
+    QList<QByteArray> unlocked;
+    int looked = 0;
+    setCallProbe([&](const SystemCall &call) {
+        if (call.name == "flock" || temporary.isEmpty()) {
+            // The last lock before the writing is that of the file's own saver.
+            temporary = call.name == "flock" ? call.file : QByteArray();
+            return;
+        }
+        const int cleaner = open(temporary.constData(), O_WRONLY | O_CLOEXEC);
+        if (cleaner < 0) {
+            return;
+        }
+        ++looked;
+        if (flock(cleaner, LOCK_EX | LOCK_NB) == 0) {
+            unlocked.append(call.name);
+        }
+        close(cleaner);
+    });
+    save.save();
+    setCallProbe(nullptr);
+    // Writing, synchronising, duplicating, closing and renaming at the least.
+    QVERIFY(looked >= 5);
+    QCOMPARE(unlocked, QList<QByteArray>());
+    QVERIFY(save.isNew());
+}
+
 void tst_Durability::powerCut_wouldShowAMissingSync()
 {
-    const Case save(kStores[0], true);
+    const Case save(kStores[0], OwnFile);
     const QByteArray target = QFile::encodeName(save.file());
     const QList<QByteArray> unsynced =
         possibleTargets(without(save.calls(), "fdatasync"), save.oldContent(), target);
@@ -379,80 +732,6 @@ void tst_Durability::powerCut_wouldShowAMissingSync()
     const QList<QByteArray> unnamed =
         possibleTargets(without(save.calls(), "fsync"), save.oldContent(), target);
     QVERIFY(unnamed.contains(save.oldContent()));
-}
-
-void tst_Durability::write_keepsOldFileAtFileSizeLimit()
-{
-    const TestDirectory directory;
-    const QString path = directory.file("limited.xml");
-    QVERIFY(writeTree(path, 10));
-    const int status = inChild([&] {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {4096, 4096};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        takeLog();
-        const bool written = writeTree(path, 100000);
-        const bool told = loggedText() == "2 VLMC_XMLWriter::write file write error!\n";
-        _exit(!written && told ? 0 : 1);
-    });
-    QCOMPARE(status, 0);
-    COMPARE_BYTES(readFile(path), document(10));
-    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-}
-
-void tst_Durability::write_keepsOldFileOnFullDisk()
-{
-    const TestDirectory directory;
-    const QByteArray folder = QFile::encodeName(directory.path());
-    if (mount("tmpfs", folder.constData(), "tmpfs", 0, "size=64k") != 0) {
-        QSKIP("mounting is not allowed here");
-    }
-    const QString path = directory.file("full.xml");
-    const bool first = writeTree(path, 10);
-    takeLog();
-    const bool second = writeTree(path, 200000);
-    const QByteArray log = loggedText();
-    const QByteArray content = readFile(path);
-    const int files = int(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size());
-    const bool third = writeTree(path, 1000);
-    const QByteArray last = readFile(path);
-    umount(folder.constData());
-    QVERIFY(first && !second && third);
-    COMPARE_BYTES(log, "2 VLMC_XMLWriter::write file write error!\n");
-    COMPARE_BYTES(content, document(10));
-    COMPARE_BYTES(last, document(1000));
-    QCOMPARE(files, 1);
-}
-
-void tst_Durability::write_isSeenWholeAtEveryMoment()
-{
-    const TestDirectory directory;
-    const QString path = directory.file("busy.xml");
-    QVERIFY(writeTree(path, 20000));
-    const pid_t reader = fork();
-    if (reader == 0) {
-        const QByteArray large = document(20000);
-        const QByteArray small = document(5);
-        for (;;) {
-            QFile file(path);
-            if (!file.open(QIODevice::ReadOnly)) {
-                _exit(1);
-            }
-            const QByteArray content = file.readAll();
-            if (content != large && content != small) {
-                _exit(2);
-            }
-        }
-    }
-    for (int i = 0; i < kSavesUnderReader; ++i) {
-        writeTree(path, i % 2 == 0 ? 5 : 20000);
-    }
-    int status = 0;
-    const bool stillReading = waitpid(reader, &status, WNOHANG) == 0;
-    kill(reader, SIGKILL);
-    waitpid(reader, &status, 0);
-    QVERIFY(stillReading);
-    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_Durability)

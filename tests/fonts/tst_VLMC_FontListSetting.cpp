@@ -3,6 +3,7 @@
 #include "core/VLMC_XMLNode.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/SavedDocuments.h"
 
 class tst_VLMC_FontListSetting : public QObject
 {
@@ -158,6 +159,7 @@ void tst_VLMC_FontListSetting::getFont_limitsBytes()
 {
     QFETCH(QString, name);
     QFETCH(bool, given);
+    const ForeignDocuments overTheLimit;
     const TestDirectory directory;
     VLMC_FontListSetting fonts;
     fonts.loadFontList(directory.path());

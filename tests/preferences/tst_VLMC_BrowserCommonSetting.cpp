@@ -3,6 +3,7 @@
 #include "core/VLMC_XMLNode.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/SavedDocuments.h"
 
 namespace
 {
@@ -702,6 +703,7 @@ void tst_VLMC_BrowserCommonSetting::flagSetters_writeWords()
 void tst_VLMC_BrowserCommonSetting::flagSetters_addGroup()
 {
     QFETCH(int, row);
+    const ForeignDocuments underAnotherRoot;
     const Flag &flag = kFlags[row];
     Store store;
     QString name = utf8("r");

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #define INTERPOSED extern "C" __attribute__((visibility("default")))
@@ -19,6 +20,7 @@ namespace
 {
 struct Watch {
     FaultPlan plan;
+    CallProbe probe;
     QList<SystemCall> calls;
     QMap<int, QByteArray> names;
 };
@@ -26,7 +28,7 @@ struct Watch {
 Watch &watch()
 {
     // Never destroyed: files are closed while the process exits.
-    static Watch *const instance = new Watch{{FaultPlan::None, 0, 0}, {}, {}};
+    static Watch *const instance = new Watch{{FaultPlan::None, 0, 0}, {}, {}, {}};
     return *instance;
 }
 
@@ -44,13 +46,18 @@ void die() { kill(getpid(), SIGKILL); }
 class Step
 {
 public:
-    Step(const char *name, const QByteArray &file, const QByteArray &data = QByteArray())
+    Step(const char *name, const QByteArray &file, const QByteArray &data = QByteArray(),
+         int mode = 0)
         : m_watched(watching), m_index(int(watch().calls.size()))
     {
         if (m_watched) {
             // What recording itself calls is not watched.
             watching = false;
-            watch().calls.append({name, file, data});
+            const SystemCall call = {name, file, data, mode};
+            watch().calls.append(call);
+            if (watch().probe) {
+                watch().probe(call);
+            }
             watching = true;
         }
         if (isDue(FaultPlan::KillBefore)) {
@@ -90,6 +97,25 @@ private:
 };
 
 QByteArray nameOf(int file) { return watching ? watch().names.value(file) : QByteArray(); }
+
+bool takesMode(int flags) { return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE; }
+
+int opened(const char *function, const char *name, int flags, mode_t mode)
+{
+    const auto call = real<int (*)(const char *, int, ...)>(function);
+    if (!watching) {
+        return call(name, flags, mode);
+    }
+    const Step step(takesMode(flags) ? "create" : "open", name, QByteArray(), int(mode));
+    if (step.fails()) {
+        return -1;
+    }
+    const int file = call(name, flags, mode);
+    if (file >= 0) {
+        watch().names[file] = name;
+    }
+    return file;
+}
 } // namespace
 
 WatchedCalls::WatchedCalls()
@@ -103,27 +129,27 @@ WatchedCalls::~WatchedCalls() { watching = false; }
 
 void setFaultPlan(const FaultPlan &plan) { watch().plan = plan; }
 
+void setCallProbe(const CallProbe &probe) { watch().probe = probe; }
+
 QList<SystemCall> watchedCalls() { return watch().calls; }
 
 INTERPOSED int open(const char *name, int flags, ...)
 {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = mode_t((flags & O_CREAT) ? va_arg(arguments, int) : 0);
+    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
-    static const auto call = real<int (*)(const char *, int, ...)>("open");
-    if (!watching) {
-        return call(name, flags, mode);
-    }
-    const Step step((flags & O_CREAT) ? "create" : "open", name);
-    if (step.fails()) {
-        return -1;
-    }
-    const int file = call(name, flags, mode);
-    if (file >= 0) {
-        watch().names[file] = name;
-    }
-    return file;
+    return opened("open", name, flags, mode);
+}
+
+// What Qt calls.
+INTERPOSED int open64(const char *name, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
+    va_end(arguments);
+    return opened("open64", name, flags, mode);
 }
 
 INTERPOSED ssize_t write(int file, const void *data, size_t size)
@@ -136,7 +162,13 @@ INTERPOSED ssize_t write(int file, const void *data, size_t size)
     if (step.fails()) {
         return -1;
     }
-    return call(file, data, step.isDue(FaultPlan::ShortWrite) ? (size + 1) / 2 : size);
+    const bool dies = step.isDue(FaultPlan::KillAmid);
+    const bool halved = dies || step.isDue(FaultPlan::ShortWrite);
+    const ssize_t written = call(file, data, halved ? (size + 1) / 2 : size);
+    if (dies) {
+        die();
+    }
+    return written;
 }
 
 // The descriptor is gone whatever close() says.
@@ -156,6 +188,14 @@ INTERPOSED int rename(const char *from, const char *to) noexcept
     static const auto call = real<int (*)(const char *, const char *)>("rename");
     const Step step("rename", from, to);
     return step.fails() ? -1 : call(from, to);
+}
+
+INTERPOSED int linkat(int fromFolder, const char *from, int toFolder, const char *to,
+                      int flags) noexcept
+{
+    static const auto call = real<int (*)(int, const char *, int, const char *, int)>("linkat");
+    const Step step("linkat", from, to);
+    return step.fails() ? -1 : call(fromFolder, from, toFolder, to, flags);
 }
 
 INTERPOSED int unlink(const char *name) noexcept
@@ -205,4 +245,81 @@ INTERPOSED DIR *opendir(const char *name)
     static const auto call = real<DIR *(*)(const char *)>("opendir");
     const Step step("opendir", name);
     return step.fails() ? nullptr : call(name);
+}
+
+INTERPOSED dirent *readdir(DIR *entries)
+{
+    static const auto call = real<dirent *(*)(DIR *)>("readdir");
+    const Step step("readdir", QByteArray());
+    return step.fails() ? nullptr : call(entries);
+}
+
+INTERPOSED int lstat(const char *name, struct stat *status) noexcept
+{
+    static const auto call = real<int (*)(const char *, struct stat *)>("lstat");
+    const Step step("lstat", name);
+    return step.fails() ? -1 : call(name, status);
+}
+
+INTERPOSED ssize_t readlink(const char *name, char *target, size_t size) noexcept
+{
+    static const auto call = real<ssize_t (*)(const char *, char *, size_t)>("readlink");
+    const Step step("readlink", name);
+    return step.fails() ? -1 : call(name, target, size);
+}
+
+INTERPOSED int fstat(int file, struct stat *status) noexcept
+{
+    static const auto call = real<int (*)(int, struct stat *)>("fstat");
+    const Step step("fstat", nameOf(file));
+    return step.fails() ? -1 : call(file, status);
+}
+
+// Every command in use takes a number or nothing.
+INTERPOSED int fcntl(int file, int command, ...)
+{
+    va_list arguments;
+    va_start(arguments, command);
+    const long argument = va_arg(arguments, long);
+    va_end(arguments);
+    static const auto call = real<int (*)(int, int, ...)>("fcntl");
+    if (!watching) {
+        return call(file, command, argument);
+    }
+    const Step step("fcntl", nameOf(file));
+    const int result = step.fails() ? -1 : call(file, command, argument);
+    if (result >= 0 && command == F_DUPFD_CLOEXEC) {
+        watch().names[result] = watch().names.value(file);
+    }
+    return result;
+}
+
+INTERPOSED int ftruncate(int file, off_t size) noexcept
+{
+    static const auto call = real<int (*)(int, off_t)>("ftruncate");
+    const Step step("ftruncate", nameOf(file));
+    return step.fails() ? -1 : call(file, size);
+}
+
+INTERPOSED ssize_t flistxattr(int file, char *names, size_t size) noexcept
+{
+    static const auto call = real<ssize_t (*)(int, char *, size_t)>("flistxattr");
+    const Step step("flistxattr", nameOf(file));
+    return step.fails() ? -1 : call(file, names, size);
+}
+
+INTERPOSED ssize_t fgetxattr(int file, const char *name, void *value, size_t size) noexcept
+{
+    static const auto call = real<ssize_t (*)(int, const char *, void *, size_t)>("fgetxattr");
+    const Step step("fgetxattr", nameOf(file));
+    return step.fails() ? -1 : call(file, name, value, size);
+}
+
+INTERPOSED int fsetxattr(int file, const char *name, const void *value, size_t size,
+                         int flags) noexcept
+{
+    static const auto call =
+        real<int (*)(int, const char *, const void *, size_t, int)>("fsetxattr");
+    const Step step("fsetxattr", nameOf(file));
+    return step.fails() ? -1 : call(file, name, value, size, flags);
 }

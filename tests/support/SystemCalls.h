@@ -4,6 +4,8 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QList>
 
+#include <functional>
+
 /**
  * The system calls of a test program's saves. Linking this interposes the C library's functions by
  * which a file is replaced; outside of a WatchedCalls object they do what they always did.
@@ -14,11 +16,14 @@ struct SystemCall {
     QByteArray file;
     /// What was written, or the new name.
     QByteArray data;
+    /// The mode asked for when the file was created.
+    int mode;
 };
 
 /// What happens at which call, counted from 0; everything else runs as usual.
 struct FaultPlan {
-    enum Kind { None, Fail, FailFromHere, ShortWrite, KillBefore, KillAfter };
+    /// ShortWrite and KillAmid take half of what a write is given, and leave other calls alone.
+    enum Kind { None, Fail, FailFromHere, ShortWrite, KillBefore, KillAfter, KillAmid };
 
     Kind kind;
     int index;
@@ -37,6 +42,10 @@ public:
 };
 
 void setFaultPlan(const FaultPlan &plan);
+
+/// What is done just before each watched call, unwatched itself; null for nothing.
+typedef std::function<void(const SystemCall &call)> CallProbe;
+void setCallProbe(const CallProbe &probe);
 
 /// The calls of the last WatchedCalls.
 QList<SystemCall> watchedCalls();

@@ -15,6 +15,19 @@ namespace
 {
 const char kHead[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 const int kMilliseconds = 60000;
+const unsigned int kUnprivileged = 65534;
+
+// A sanitizer ends a program with a status that is one of the tool's own, but not without words.
+bool isOfTheTool(const QByteArray &errors)
+{
+    const QList<QByteArray> lines = errors.split('\n');
+    for (const QByteArray &line : lines) {
+        if (!line.isEmpty() && !line.startsWith("velmora-profile: ")) {
+            return false;
+        }
+    }
+    return true;
+}
 
 ToolRun run(const QString &program, const QStringList &arguments, const QByteArray &input)
 {
@@ -28,6 +41,9 @@ ToolRun run(const QString &program, const QStringList &arguments, const QByteArr
     }
     result.output = process.readAllStandardOutput();
     result.errors = process.readAllStandardError();
+    if (!isOfTheTool(result.errors)) {
+        result.status = -1;
+    }
     return result;
 }
 
@@ -97,10 +113,31 @@ ToolRun runUnprivileged(const QStringList &arguments)
     if (geteuid() != 0) {
         return runTool(arguments);
     }
-    QStringList all = {utf8("--reuid=65534"), utf8("--regid=65534"), utf8("--clear-groups"),
-                       toolPath()};
+    const QString id = QString::number(kUnprivileged);
+    QStringList all = {utf8("--reuid"),        id,        utf8("--regid"), id,
+                       utf8("--clear-groups"), toolPath()};
     all += arguments;
     return run(utf8("setpriv"), all, QByteArray());
+}
+
+bool canRunUnprivileged() { return runUnprivileged({utf8("--version")}).status == 0; }
+
+void giveToUnprivileged(const TestDirectory &directory)
+{
+    if (geteuid() != 0) {
+        return;
+    }
+    QStringList paths = {directory.path()};
+    QDirIterator iterator(directory.path(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                          QDirIterator::Subdirectories);
+    while (iterator.hasNext()) {
+        paths.append(iterator.next());
+    }
+    for (const QString &path : qAsConst(paths)) {
+        if (chown(QFile::encodeName(path).constData(), kUnprivileged, kUnprivileged) != 0) {
+            QTest::qFail("a file cannot be given away", __FILE__, __LINE__);
+        }
+    }
 }
 
 QJsonDocument jsonOf(const ToolRun &run)

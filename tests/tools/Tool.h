@@ -10,7 +10,7 @@
 
 /// What a run of velmora-profile gave.
 struct ToolRun {
-    int status; // -1 when it did not end by itself
+    int status; // -1 when it did not end by itself, or with words that are not the tool's
     QByteArray output;
     QByteArray errors;
 };
@@ -22,6 +22,10 @@ ToolRun runTool(const TestDirectory &directory, const char *arguments,
 ToolRun runTool(const QStringList &arguments, const QByteArray &input = QByteArray());
 /// Runs it without the rights of root, for what permissions refuse.
 ToolRun runUnprivileged(const QStringList &arguments);
+/// False where root cannot give up its rights, or nobody else can get at the tool.
+bool canRunUnprivileged();
+/// Makes whom runUnprivileged() runs as the owner of the directory and all in it.
+void giveToUnprivileged(const TestDirectory &directory);
 
 /// Runs it and interrupts it after so many milliseconds. False when it could not be started.
 bool interruptTool(const TestDirectory &directory, const char *arguments, int milliseconds);

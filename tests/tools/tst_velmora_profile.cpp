@@ -10,7 +10,8 @@
 
 namespace
 {
-// Every command with operands that a good profile takes.
+// Every command with operands that a good profile takes; those of the last list need more than an
+// empty one.
 const char *const kReading[] = {"show %",
                                 "show % --json",
                                 "check %",
@@ -35,6 +36,11 @@ const char *const kReading[] = {"show %",
                                 "thumbnails list %",
                                 "thumbnails list % --json"};
 
+const char *const kFinding[] = {"history find % http://a.example/",
+                                "history find % http://a.example/ --json",
+                                "history export % - --format json",
+                                "bookmarks export % - --format xbel", "thumbnails pack % -"};
+
 const char *const kWriting[] = {"repair %",
                                 "prefs set % pageInfo.Zoom 1.1",
                                 "bookmarks add % http://c.example/",
@@ -48,7 +54,23 @@ const char *const kWriting[] = {"repair %",
                                 "auth remove % 0",
                                 "cookies to-xml %",
                                 "cookies to-ini %",
-                                "thumbnails clean %"};
+                                "thumbnails clean %",
+                                "repair % --dry-run",
+                                "bookmarks import % %bookmarks.html",
+                                "cookies import % %cookies.txt",
+                                "thumbnails unpack % %packed.xml"};
+
+// What the importing ones of them import.
+void writeImports(const TestDirectory &directory)
+{
+    writeFile(directory.file("bookmarks.html"),
+              "<!DOCTYPE NETSCAPE-Bookmark-file-1>\n<DL><p><DT><A "
+              "HREF=\"http://c.example/\">C</A></DL>");
+    writeFile(directory.file("cookies.txt"),
+              "# Netscape HTTP Cookie File\nc.example\tFALSE\t/\tFALSE\t0\tn\tv\n");
+    writeFile(directory.file("packed.xml"),
+              "<thumbnail><image src=\"000003.PNG\"><![CDATA[iVBORw==]]></image></thumbnail>");
+}
 
 void addRows(const char *const *begin, const char *const *end)
 {
@@ -81,12 +103,17 @@ private slots:
     void readingCommand_changesNothing();
     void readingCommand_worksOnAnEmptyFolder_data();
     void readingCommand_worksOnAnEmptyFolder();
+    void writingCommand_endsWellOnAnEmptyFolder_data();
+    void writingCommand_endsWellOnAnEmptyFolder();
     void everyCommand_refusesAMissingFolder_data();
     void everyCommand_refusesAMissingFolder();
     void everyCommand_refusesAFile_data();
     void everyCommand_refusesAFile();
     void writingCommand_refusesAClosedFolder_data();
     void writingCommand_refusesAClosedFolder();
+    void readingCommand_worksOnAClosedFolder_data();
+    void readingCommand_worksOnAClosedFolder();
+    void everyCommand_refusesAFolderThatCannotBeRead();
     void writingCommand_refusesDamage_data();
     void writingCommand_refusesDamage();
     void usage_isOneLine_data();
@@ -145,6 +172,7 @@ void tst_velmora_profile::everyCommand_worksOnAGoodProfile_data()
 {
     QTest::addColumn<QByteArray>("command");
     addRows(std::begin(kReading), std::end(kReading));
+    addRows(std::begin(kFinding), std::end(kFinding));
     addRows(std::begin(kWriting), std::end(kWriting));
 }
 
@@ -153,6 +181,7 @@ void tst_velmora_profile::everyCommand_worksOnAGoodProfile()
     QFETCH(QByteArray, command);
     const TestDirectory directory;
     writeGoodProfile(directory);
+    writeImports(directory);
     QCOMPARE(runTool(directory, "cookies to-xml %").status, 0);
 
     const ToolRun run = runTool(directory, command.constData(), "secret\n");
@@ -201,10 +230,37 @@ void tst_velmora_profile::readingCommand_worksOnAnEmptyFolder()
     COMPARE_BYTES(contentsOf(directory.path()), "");
 }
 
+void tst_velmora_profile::writingCommand_endsWellOnAnEmptyFolder_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    addRows(std::begin(kFinding), std::end(kFinding));
+    addRows(std::begin(kWriting), std::end(kWriting));
+}
+
+// With what there is to do, or one line that says why there is nothing.
+void tst_velmora_profile::writingCommand_endsWellOnAnEmptyFolder()
+{
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeImports(directory);
+
+    const ToolRun run = runTool(directory, command.constData(), "secret\n");
+
+    if (run.status == 2) {
+        QVERIFY2(isOneLine(run.errors), run.errors.constData());
+    } else {
+        COMPARE_BYTES(run.errors, "");
+        QCOMPARE(run.status, command.startsWith("history find") ? 1 : 0);
+    }
+    const QByteArray shown = runTool(directory, "show %").output;
+    QVERIFY2(!shown.contains("damaged") && !shown.contains("unreadable"), shown.constData());
+}
+
 void tst_velmora_profile::everyCommand_refusesAMissingFolder_data()
 {
     QTest::addColumn<QByteArray>("command");
     addRows(std::begin(kReading), std::end(kReading));
+    addRows(std::begin(kFinding), std::end(kFinding));
     addRows(std::begin(kWriting), std::end(kWriting));
 }
 
@@ -243,6 +299,9 @@ void tst_velmora_profile::writingCommand_refusesAClosedFolder_data()
 void tst_velmora_profile::writingCommand_refusesAClosedFolder()
 {
     QFETCH(QByteArray, command);
+    if (!canRunUnprivileged()) {
+        QSKIP("root cannot give up its rights here, and nothing is closed to root");
+    }
     const TestDirectory directory;
     writeGoodProfile(directory);
     const QByteArray before = contentsOf(directory.path());
@@ -258,6 +317,47 @@ void tst_velmora_profile::writingCommand_refusesAClosedFolder()
                                     "for permission\n");
     QCOMPARE(run.status, 2);
     COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile::readingCommand_worksOnAClosedFolder_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    addRows(std::begin(kReading), std::end(kReading));
+    addRows(std::begin(kFinding), std::end(kFinding));
+}
+
+void tst_velmora_profile::readingCommand_worksOnAClosedFolder()
+{
+    QFETCH(QByteArray, command);
+    if (!canRunUnprivileged()) {
+        QSKIP("root cannot give up its rights here, and nothing is closed to root");
+    }
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    giveToUnprivileged(directory);
+    QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::ExeOwner);
+
+    const ToolRun run = runUnprivileged(argumentsFor(command, directory.path()));
+
+    QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    COMPARE_BYTES(run.errors, "");
+    QCOMPARE(run.status, 0);
+}
+
+void tst_velmora_profile::everyCommand_refusesAFolderThatCannotBeRead()
+{
+    if (!canRunUnprivileged()) {
+        QSKIP("root cannot give up its rights here, and nothing is closed to root");
+    }
+    const TestDirectory directory;
+    giveToUnprivileged(directory);
+    QFile::setPermissions(directory.path(), QFile::WriteOwner | QFile::ExeOwner);
+    for (const char *const command : {"show %", "repair %", "fonts sync %"}) {
+        COMPARE_RUN(runUnprivileged(argumentsFor(command, directory.path())), 2, "",
+                    "velmora-profile: '" + directory.path().toUtf8()
+                        + "' cannot be read; ask its owner for permission\n");
+    }
+    QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 void tst_velmora_profile::writingCommand_refusesDamage_data()
@@ -1171,7 +1271,7 @@ void tst_velmora_profile::interruptedSave_leavesTheFileWhole()
         entries += "<bookmark><href>http://x/</href><title/><thumbnail/></bookmark>";
     }
     writeFile(directory.file("bookmark.xml"), "<bookmarks>" + entries + "</bookmarks>");
-    for (int milliseconds = 0; milliseconds < 60; milliseconds += 3) {
+    for (int milliseconds = 0; milliseconds < 60; milliseconds += 6) {
         QCOMPARE(interruptTool(directory, "bookmarks add % http://y/ --front", milliseconds), true);
         const ToolRun run = runTool(directory, "show %");
         QVERIFY2(run.output.contains("\nbookmark.xml          whole    9"), run.output.constData());

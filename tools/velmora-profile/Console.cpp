@@ -2,6 +2,9 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <poll.h>
+#include <sys/signalfd.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -61,6 +64,52 @@ private:
     termios m_before;
     bool m_terminal;
 };
+
+// Tells whether an interruption waits for its moment.
+class Interruption
+{
+public:
+    Interruption() : m_signals(interruptions()), m_descriptor(signalfd(-1, &m_signals, SFD_CLOEXEC))
+    {
+    }
+    ~Interruption() { close(m_descriptor); }
+    Interruption(const Interruption &) = delete;
+    Interruption &operator=(const Interruption &) = delete;
+
+    int descriptor() const { return m_descriptor; }
+    bool waits() const
+    {
+        pollfd source = {m_descriptor, POLLIN, 0};
+        return poll(&source, 1, 0) == 1;
+    }
+
+private:
+    sigset_t m_signals;
+    int m_descriptor;
+};
+
+// The next byte of standard input; EOF at its end, and as soon as an interruption waits.
+int nextByte(const Interruption &interruption)
+{
+    pollfd sources[] = {{STDIN_FILENO, POLLIN, 0}, {interruption.descriptor(), POLLIN, 0}};
+    char byte = 0;
+    const bool isByte =
+        poll(sources, 2, -1) > 0 && sources[1].revents == 0 && read(STDIN_FILENO, &byte, 1) == 1;
+    return isByte ? static_cast<unsigned char>(byte) : EOF;
+}
+
+// A line without its end. False when an interruption came first, which ends the tool where it may.
+bool readLine(QByteArray *line)
+{
+    const profile::Uninterrupted uninterrupted;
+    const Interruption interruption;
+    const WithoutEcho silence;
+    int byte = 0;
+    while ((byte = nextByte(interruption)) != EOF && byte != '\n') {
+        line->append(char(byte));
+    }
+    return !interruption.waits();
+}
 } // namespace
 
 QString profile::text(const char *utf8) { return QString::fromUtf8(utf8); }
@@ -112,12 +161,9 @@ QByteArray profile::readSecret(const char *prompt)
     if (asks) {
         fprintf(stderr, "%s: ", prompt);
     }
-    const Uninterrupted uninterrupted;
-    const WithoutEcho silence;
     QByteArray secret;
-    int byte = 0;
-    while ((byte = fgetc(stdin)) != EOF && byte != '\n') {
-        secret.append(char(byte));
+    if (!readLine(&secret)) {
+        exit(Failed);
     }
     return secret;
 }
@@ -151,14 +197,10 @@ void profile::Progress::step()
     fflush(stderr);
 }
 
-profile::Uninterrupted::Uninterrupted()
+profile::Uninterrupted::Uninterrupted() : m_before()
 {
     const sigset_t waiting = interruptions();
-    sigprocmask(SIG_BLOCK, &waiting, nullptr);
+    sigprocmask(SIG_BLOCK, &waiting, &m_before);
 }
 
-profile::Uninterrupted::~Uninterrupted()
-{
-    const sigset_t waiting = interruptions();
-    sigprocmask(SIG_UNBLOCK, &waiting, nullptr);
-}
+profile::Uninterrupted::~Uninterrupted() { sigprocmask(SIG_SETMASK, &m_before, nullptr); }

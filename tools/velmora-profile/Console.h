@@ -4,6 +4,8 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QString>
 
+#include <csignal>
+
 // What the tool says. Output is UTF-8 whatever the locale is.
 namespace profile
 {
@@ -31,7 +33,8 @@ void warn(const QString &line);
 // warn(), and the exit status for it: return fail(...).
 int fail(const QString &line);
 
-// A password from standard input: its first line. A terminal is asked without echo.
+// A password from standard input: its first line. A terminal is asked without echo, and gets it
+// back also when Ctrl-C ends the tool meanwhile.
 QByteArray readSecret(const char *prompt);
 
 // How far long work has come, on a terminal only and from the second second on.
@@ -54,7 +57,8 @@ private:
     QElapsedTimer m_timer;
 };
 
-// While one lives, Ctrl-C and its like wait: a file that is being written is finished first.
+// While one lives, Ctrl-C and its like wait: a file that is being written is finished first. One
+// may live in another's time.
 class Uninterrupted
 {
 public:
@@ -62,6 +66,9 @@ public:
     ~Uninterrupted();
     Uninterrupted(const Uninterrupted &) = delete;
     Uninterrupted &operator=(const Uninterrupted &) = delete;
+
+private:
+    sigset_t m_before;
 };
 } // namespace profile
 

@@ -1,9 +1,11 @@
 #include "tools/velmora-profile/CookieFile.h"
 
+#include "cookies/HarmlessIni_p.h"
 #include "cookies/VLMC_CookieSetting.h"
 #include "tools/velmora-profile/Console.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSettings>
 
@@ -13,15 +15,14 @@ namespace
 {
 using namespace profile;
 
-QByteArray storedBytes(const QString &path, bool *isIni)
+bool isHarmless(const QString &path)
 {
-    const QSettings settings(path, QSettings::IniFormat);
-    *isIni = settings.status() == QSettings::NoError;
-    return settings.value(text("Cookie/cookies")).toByteArray();
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && vlm::isHarmlessIni(file.readAll());
 }
 
 // What keeps the engine from reading all that the bytes promise; empty when nothing does.
-QString damageOf(const QByteArray &bytes)
+QString damageOfBytes(const QByteArray &bytes)
 {
     if (bytes.isEmpty()) {
         return text("it holds no list of cookies");
@@ -49,6 +50,18 @@ QString damageOf(const QByteArray &bytes)
                ? QString()
                : text("%1 cannot be read").arg(counted(unreadable, "cookie", "cookies"));
 }
+
+// The library does not read what is harmful, and neither may anybody else.
+QString damageOf(const QString &path)
+{
+    if (!isHarmless(path)) {
+        return text("it describes values that no browser stores");
+    }
+    const QSettings settings(path, QSettings::IniFormat);
+    return settings.status() == QSettings::NoError
+               ? damageOfBytes(settings.value(text("Cookie/cookies")).toByteArray())
+               : text("it is no INI file");
+}
 } // namespace
 
 profile::CookieFile profile::readCookieFile(const QString &directory)
@@ -66,13 +79,24 @@ profile::CookieFile profile::readCookieFile(const QString &directory)
         cookieFile.state = Document::Empty;
         return cookieFile;
     }
-    bool isIni = false;
-    const QByteArray bytes = storedBytes(file.filePath(), &isIni);
-    cookieFile.damage = isIni ? damageOf(bytes) : text("it is no INI file");
+    cookieFile.damage = damageOf(file.filePath());
     cookieFile.state = cookieFile.damage.isEmpty() ? Document::Whole : Document::Damaged;
     QString folder = directory;
     cookieFile.cookies = VLMC_CookieSetting::getInstance()->loadCookieInfo(&folder, kMaxEntries);
     return cookieFile;
+}
+
+int profile::writeCookieFile(const QList<QNetworkCookie> &cookies)
+{
+    const Uninterrupted uninterrupted;
+    const OwnerOnly ownerOnly;
+    QString directory = text(kHere);
+    VLMC_CookieSetting::getInstance()->saveCookieInfo(cookies, &directory, kMaxEntries);
+    const CookieFile saved = readCookieFile(text(kHere));
+    return saved.state == Document::Whole && saved.cookies.size() == cookies.size()
+               ? Done
+               : fail(text("cookie.ini could not be written as it should be; look at the space and "
+                           "the permissions of the folder"));
 }
 
 profile::OwnerOnly::OwnerOnly() : m_before(umask(S_IRWXG | S_IRWXO)) {}

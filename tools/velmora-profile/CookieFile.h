@@ -19,6 +19,10 @@ struct CookieFile {
 // The file in the directory, which ends with "/".
 CookieFile readCookieFile(const QString &directory);
 
+// Has the library write the cookies, and looks whether the file then holds them: Failed, and said
+// so, when it does not.
+int writeCookieFile(const QList<QNetworkCookie> &cookies);
+
 // Files that this process creates while one lives are their owner's alone.
 class OwnerOnly
 {

@@ -203,6 +203,14 @@ QString profile::idOf(VLMC_XMLNode *entry)
     return entry->getAttribute().value(QLatin1String("id")).toString();
 }
 
+// Names and passwords are encoded, and a cookie's value is a session.
+bool profile::isLabel(VLMC_XMLNode *field)
+{
+    const QString name = field->getName();
+    return field->getTextType() == 0 && !field->getText().isEmpty() && name != text("user")
+           && name != text("passwd") && name != text("contents");
+}
+
 int profile::utf8Bytes(const QString &text) { return int(text.toUtf8().size()); }
 
 // A path without a name comes from an entry that was added without a thumbnail: a load puts the

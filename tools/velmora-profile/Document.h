@@ -91,6 +91,9 @@ VLMC_XMLNode *fieldOf(VLMC_XMLNode *entry, const char *name);
 QString fieldText(VLMC_XMLNode *entry, const char *name);
 QString idOf(VLMC_XMLNode *entry);
 
+// Whether a field of an entry can be said aloud: it has a text that is neither encoded nor secret.
+bool isLabel(VLMC_XMLNode *field);
+
 // Bytes of a text's UTF-8 form, by which all limits count.
 int utf8Bytes(const QString &text);
 

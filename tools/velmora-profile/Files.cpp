@@ -101,8 +101,7 @@ bool profile::readIds(const Call &call, int count, QList<int> *ids)
         const int id = operand.toInt(&isNumber);
         if (!isNumber || id < 0 || id >= count) {
             warn(text("'%1' is no id; there are %2, the first is 0, 'list' shows them")
-                     .arg(operand)
-                     .arg(count));
+                     .arg(operand, QString::number(count)));
             return false;
         }
         if (!ids->contains(id)) {

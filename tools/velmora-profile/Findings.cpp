@@ -262,9 +262,8 @@ void Search::lookAtLimits(const Document &document)
                 add(text(document.type().fileName),
                     text("%1: %2 has %3 bytes, over the limit of %4")
                         .arg(entryName(document, i),
-                             text(limit.field ? limit.field : document.type().entryName))
-                        .arg(size)
-                        .arg(limit.bytes),
+                             text(limit.field ? limit.field : document.type().entryName),
+                             QString::number(size), QString::number(limit.bytes)),
                     text(limit.meaning), text("shorten it in the file, or remove the entry"));
             }
         }

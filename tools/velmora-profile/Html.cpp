@@ -42,10 +42,11 @@ td:first-child { white-space: nowrap; width: 1%; padding-right: 1.5rem; }
 .nopicture { display: grid; place-items: center; color: var(--soft); }
 .fonts { columns: 16rem; padding: 0; list-style: none; }
 .fonts li { break-inside: avoid; font-size: 1.1rem; }
-svg { display: block; width: 100%; height: auto; max-height: 14rem; }
+svg { display: block; width: 100%; height: auto; max-height: 14rem; overflow: visible; }
 svg rect { fill: var(--bar); }
 svg text { fill: var(--soft); font: 10px system-ui, sans-serif; }
 svg line { stroke: var(--line); }
+@media (max-width: 40rem) { svg text { font-size: 17px; } }
 @media print { body { max-width: none; padding: 0; font-size: 10pt; }
   :root { --ink: #000; --paper: #fff; --card: #fff; --bar: #444; --warncard: #fff; }
   .scroll { overflow: visible; } a { color: inherit; } }

@@ -6,14 +6,43 @@
 #include <QtCore/QBuffer>
 
 #include <cctype>
+#include <cstring>
 #include <memory>
 
 namespace
 {
-const char kCommentStart[] = "<!--";
-const char kCommentEnd[] = "-->";
-const char kCDataStart[] = "<![CDATA[";
-const char kCDataEnd[] = "]]>";
+bool standsAt(const QByteArray &content, int position, const QByteArray &piece)
+{
+    return content.size() - position >= piece.size()
+           && memcmp(content.constData() + position, piece.constData(), size_t(piece.size())) == 0;
+}
+
+// Passes comments or CDATA sections: what looks like an entry in there is none. One without an end
+// is damage, and passes nothing; that there is no end is looked for once.
+class Passage
+{
+public:
+    Passage(const char *opening, const char *closing)
+        : m_opening(opening), m_closing(closing), m_isClosed(true)
+    {
+    }
+
+    // Behind what starts here, or the same position.
+    int behind(const QByteArray &content, int position)
+    {
+        if (!m_isClosed || !standsAt(content, position, m_opening)) {
+            return position;
+        }
+        const int end = int(content.indexOf(m_closing, position + int(m_opening.size())));
+        m_isClosed = end >= 0;
+        return m_isClosed ? end + int(m_closing.size()) : position;
+    }
+
+private:
+    QByteArray m_opening;
+    QByteArray m_closing;
+    bool m_isClosed;
+};
 
 // The declaration says how the bytes are encoded, so each piece is read behind it.
 QByteArray declarationOf(const QByteArray &content)
@@ -23,8 +52,7 @@ QByteArray declarationOf(const QByteArray &content)
     return start < 0 || start > 3 || end < 0 ? QByteArray() : content.mid(start, end + 2 - start);
 }
 
-// The first plain text of an entry: what it is called, as far as that can be read. Encoded ones are
-// secrets.
+// The first plain text of an entry: what it is called, as far as that can be read.
 QString nameOf(VLMC_XMLNode *entry)
 {
     if (!entry) {
@@ -35,7 +63,7 @@ QString nameOf(VLMC_XMLNode *entry)
     }
     const QList<VLMC_XMLNode *> fields = entry->getXMLNodeChildren();
     for (VLMC_XMLNode *const field : fields) {
-        if (field->getTextType() == 0 && !field->getText().isEmpty()) {
+        if (profile::isLabel(field)) {
             return field->getText();
         }
     }
@@ -48,10 +76,20 @@ bool profile::canBeScanned(const QByteArray &content)
     return !content.startsWith("\xfe\xff") && !content.startsWith("\xff\xfe");
 }
 
+// Entries do not hold each other: a start is whole when the next tag is its end.
 profile::Recovery::Recovery(const QByteArray &content, const QString &elementName)
-    : m_content(content), m_name(elementName.toUtf8()), m_declaration(declarationOf(content))
+    : m_content(content),
+      m_name(elementName.toUtf8()),
+      m_declaration(declarationOf(content)),
+      m_counted(0),
+      m_line(1)
 {
-    scan();
+    QList<Tag> all = tags();
+    const int end = int(content.size());
+    all.append({Tag::Start, end, end});
+    for (int i = 0; i + 1 < all.size(); ++i) {
+        i += take(all.at(i), all.at(i + 1)) ? 1 : 0;
+    }
 }
 
 profile::Recovery::~Recovery()
@@ -67,89 +105,79 @@ const QList<VLMC_XMLNode *> &profile::Recovery::kept() const { return m_kept; }
 
 const QList<profile::LostEntry> &profile::Recovery::lost() const { return m_lost; }
 
-void profile::Recovery::scan()
+QList<profile::Recovery::Tag> profile::Recovery::tags() const
 {
+    Passage comments("<!--", "-->");
+    Passage sections("<![CDATA[", "]]>");
+    QList<Tag> found;
     int position = int(m_content.indexOf('<'));
     while (position >= 0) {
-        int next = position + 1;
-        if (isTag(position, '<' + m_name)) {
-            next = take(position);
-        } else if (isTag(position, "</" + m_name)) {
-            lose(position, QString(), text("its start is damaged"));
-        } else {
-            next = skip(position);
+        int next = sections.behind(m_content, comments.behind(m_content, position));
+        if (isTag(position, '<' + m_name) || isTag(position, "</" + m_name)) {
+            found.append(tagAt(position));
+            next = found.last().behind;
         }
-        position = int(m_content.indexOf('<', next));
+        position = int(m_content.indexOf('<', qMax(next, position + 1)));
     }
-}
-
-// Behind a comment or a CDATA section: what looks like an entry in there is none. One without an
-// end is damage, not a comment.
-int profile::Recovery::skip(int start) const
-{
-    int end = -1;
-    if (m_content.mid(start, int(sizeof kCommentStart) - 1) == kCommentStart) {
-        end = int(m_content.indexOf(kCommentEnd, start));
-    } else if (m_content.mid(start, int(sizeof kCDataStart) - 1) == kCDataStart) {
-        end = int(m_content.indexOf(kCDataEnd, start));
-    }
-    return end < 0 ? start + 1 : end;
+    return found;
 }
 
 bool profile::Recovery::isTag(int start, const QByteArray &opening) const
 {
     const int behind = start + int(opening.size());
-    if (m_content.mid(start, int(opening.size())) != opening || behind >= m_content.size()) {
+    if (!standsAt(m_content, start, opening) || behind >= m_content.size()) {
         return false;
     }
     const char next = m_content.at(behind);
     return next == '>' || next == '/' || std::isspace(static_cast<unsigned char>(next)) != 0;
 }
 
-int profile::Recovery::nextStart(int from) const
+// What the document breaks off in ends right behind its "<".
+profile::Recovery::Tag profile::Recovery::tagAt(int start) const
 {
-    int start = int(m_content.indexOf('<' + m_name, from));
-    while (start >= 0 && !isTag(start, '<' + m_name)) {
-        start = int(m_content.indexOf('<' + m_name, start + 1));
+    const int opening = int(m_content.indexOf('<', start + 1));
+    const QByteArray tag = m_content.mid(start, opening < 0 ? -1 : opening - start);
+    const int closing = int(tag.indexOf('>'));
+    const int behind = closing < 0 ? start + 1 : start + closing + 1;
+    if (tag.startsWith("</")) {
+        return {Tag::End, start, behind};
     }
-    return start;
+    const bool isEmpty = closing > 0 && tag.at(closing - 1) == '/';
+    return {isEmpty ? Tag::Both : Tag::Start, start, behind};
 }
 
-// Behind the end tag that belongs to the start, or -1. An element without content ends with its
-// start tag.
-int profile::Recovery::endOf(int start) const
+// Keeps the entry that starts with the tag when it is whole. True when it reached to the next tag's
+// end.
+bool profile::Recovery::take(const Tag &tag, const Tag &next)
 {
-    const int tagEnd = int(m_content.indexOf('>', start));
-    if (tagEnd > 0 && m_content.at(tagEnd - 1) == '/'
-        && !m_content.mid(start + 1, tagEnd - start - 1).contains('<')) {
-        return tagEnd + 1;
+    if (tag.kind == Tag::End) {
+        lose(tag.start, QString(), text("its start is damaged"));
+        return false;
     }
-    const int closing = int(m_content.indexOf("</" + m_name, start));
-    const int end = closing < 0 ? -1 : int(m_content.indexOf('>', closing));
-    return end < 0 ? -1 : end + 1;
-}
-
-// Keeps the entry at start when it is whole; the result is where to look on.
-int profile::Recovery::take(int start)
-{
-    const int end = endOf(start);
-    const int next = nextStart(start + 1);
-    const int last = end >= 0 ? end : next >= 0 ? next : int(m_content.size());
-    QByteArray piece = m_declaration + m_content.mid(start, last - start);
+    const bool reaches = tag.kind == Tag::Start && next.kind == Tag::End;
+    const bool isClosed = reaches || tag.kind == Tag::Both;
+    const int behind = reaches ? next.behind : isClosed ? tag.behind : next.start;
+    QByteArray piece = m_declaration + m_content.mid(tag.start, behind - tag.start);
+    if (!isClosed) {
+        piece += '<'; // brings out the text that the entry breaks off in
+    }
     QBuffer buffer(&piece);
     buffer.open(QIODevice::ReadOnly);
     VLMC_XMLReader reader;
     std::unique_ptr<VLMC_XMLNode> entry(reader.read(buffer));
-    if (end >= 0 && entry && !reader.hasError()) {
+    if (isClosed && entry && !reader.hasError()) {
         m_kept.append(entry.release());
-        return end;
+    } else {
+        lose(tag.start, nameOf(entry.get()),
+             isClosed ? reader.errorString().trimmed() : text("its end is missing"));
     }
-    lose(start, nameOf(entry.get()),
-         end < 0 ? text("its end is missing") : reader.errorString().trimmed());
-    return next >= 0 ? qMin(next, last) : last;
+    return reaches;
 }
 
+// In the order of the document, so that each line is counted once.
 void profile::Recovery::lose(int start, const QString &what, const QString &reason)
 {
-    m_lost.append({int(m_content.left(start).count('\n')) + 1, what, reason});
+    m_line += int(m_content.mid(m_counted, start - m_counted).count('\n'));
+    m_counted = start;
+    m_lost.append({m_line, what, reason});
 }

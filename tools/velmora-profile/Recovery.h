@@ -26,12 +26,18 @@ public:
     const QList<LostEntry> &lost() const;
 
 private:
-    void scan();
-    int take(int start);
-    int skip(int start) const;
+    // A tag of the elements that are looked for.
+    struct Tag {
+        enum Kind { Start, End, Both };
+        Kind kind;
+        int start;
+        int behind;
+    };
+
+    QList<Tag> tags() const;
     bool isTag(int start, const QByteArray &opening) const;
-    int nextStart(int from) const;
-    int endOf(int start) const;
+    Tag tagAt(int start) const;
+    bool take(const Tag &tag, const Tag &next);
     void lose(int start, const QString &what, const QString &reason);
 
     QByteArray m_content;
@@ -39,6 +45,8 @@ private:
     QByteArray m_declaration;
     QList<VLMC_XMLNode *> m_kept;
     QList<LostEntry> m_lost;
+    int m_counted; // bytes whose lines are counted
+    int m_line;    // the line that they end in
 };
 
 // Whether the document is written in bytes that an entry's tags can be looked for in.

@@ -135,12 +135,9 @@ int profile::addCredentials(const Call &call)
     if (store().getXMLNodeCnt() >= kMaxEntries) {
         return fail(text("the list is full with %1; remove some first").arg(kMaxEntries));
     }
-    VLMS_AuthInfo info = VLMS_AuthInfo();
-    info.hostName = call.operands.at(0);
-    info.portNum = call.operands.at(1);
-    info.authType = static_cast<unsigned char>(scheme);
-    info.user = call.operands.at(3).toUtf8();
-    info.passwd = readSecret("Password");
+    VLMS_AuthInfo info = {call.operands.at(0), call.operands.at(1),
+                          static_cast<unsigned char>(scheme), call.operands.at(3).toUtf8(),
+                          readSecret("Password")};
     const QString refusal = refusalOf(info);
     if (!refusal.isEmpty() || !store().setAuthInfo(&info)) {
         return fail(text("%1; nothing was changed").arg(refusal));

@@ -51,20 +51,8 @@ bool isKeptByIni(const QNetworkCookie &cookie)
            == QList<QNetworkCookie>{cookie};
 }
 
-int saveIni(const QList<QNetworkCookie> &cookies)
-{
-    const Uninterrupted uninterrupted;
-    const OwnerOnly ownerOnly;
-    QString directory = text(kHere);
-    store().saveCookieInfo(cookies, &directory, kMaxEntries);
-    const CookieFile saved = readCookieFile(text(kHere));
-    return saved.state == Document::Whole && saved.cookies.size() == cookies.size()
-               ? Done
-               : fail(text("cookie.ini could not be written as it should be; look at the space and "
-                           "the permissions of the folder"));
-}
-
 // The conversions take local paths of Latin-1 alone, so they run in a folder of the tool's own.
+// Sessions pass through it: an interruption waits until it is gone.
 class Workshop
 {
 public:
@@ -77,6 +65,7 @@ public:
     QByteArray localDocument() const { return m_document.toLatin1(); }
 
 private:
+    Uninterrupted m_uninterrupted;
     QTemporaryDir m_folder;
     QString m_document;
 };
@@ -269,7 +258,7 @@ int profile::cookiesToIni(const Call &call)
     QByteArray document = workshop.localDocument();
     QByteArray folder = workshop.localFolder();
     store().convertCookieXMLToIni(document.data(), folder.data());
-    return saveIni(readCookieFile(workshop.folder()).cookies);
+    return writeCookieFile(readCookieFile(workshop.folder()).cookies);
 }
 
 int profile::importCookies(const Call &call)
@@ -291,7 +280,7 @@ int profile::importCookies(const Call &call)
         sayLosses(import.losses);
     }
     if (refuseLosses(call, import.losses) != Done
-        || (!call.has("dry-run") && saveIni(merged(file.cookies, kept)) != Done)) {
+        || (!call.has("dry-run") && writeCookieFile(merged(file.cookies, kept)) != Done)) {
         return Failed;
     }
     return sayImported(call, int(kept.size()), import.losses);

@@ -1,6 +1,7 @@
 // velmora-profile: see, check, repair and convert a profile.
 
 #include "tools/velmora-profile/Command.h"
+#include "tools/velmora-profile/Console.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
@@ -31,9 +32,11 @@ int main(int argc, char **argv)
     const int status = profile::runCommand(QCoreApplication::arguments().mid(1));
     // What the stores have put off is released while there is still an application.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    if (fflush(stdout) != 0) {
-        perror("velmora-profile: standard output");
-        return 2;
+    // Also what was refused before, in the middle of a long list.
+    if (fflush(stdout) != 0 || ferror(stdout) != 0) {
+        return profile::fail(
+            profile::text("standard output cannot be written to; look at the space "
+                          "of what it goes to"));
     }
     return status;
 }

@@ -19,6 +19,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QSet>
 
 namespace
 {
@@ -38,8 +39,7 @@ QString labelOf(VLMC_XMLNode *entry)
     QStringList texts;
     const QList<VLMC_XMLNode *> fields = entry->getXMLNodeChildren();
     for (VLMC_XMLNode *const field : fields) {
-        // Encoded ones say nothing, and are secrets.
-        if (field->getTextType() == 0 && !field->getText().isEmpty() && texts.size() < 2) {
+        if (isLabel(field) && texts.size() < 2) {
             texts.append(field->getText());
         }
     }
@@ -107,6 +107,7 @@ QString keepCopy(const QString &file)
     for (int i = 2; QFile::exists(copy); ++i) {
         copy = text("%1.%2-%3.bak").arg(file, stamp).arg(i);
     }
+    const Uninterrupted uninterrupted;
     if (QFile::copy(text(kHere) + file, text(kHere) + copy)) {
         return copy;
     }
@@ -152,7 +153,8 @@ void tell(const QList<VLMC_XMLNode *> &kept, const QList<LostEntry> &lost, Repai
     }
     for (const LostEntry &entry : lost) {
         const QString what = entry.what.isEmpty() ? text("an entry") : entry.what;
-        repaired->lost.append(text("%1, line %2: %3").arg(what).arg(entry.line).arg(entry.reason));
+        repaired->lost.append(
+            text("%1, line %2: %3").arg(what, QString::number(entry.line), entry.reason));
     }
 }
 
@@ -162,8 +164,7 @@ QList<VLMC_XMLNode *> numbered(const QList<VLMC_XMLNode *> &entries, Repaired *r
     for (int i = kMaxEntries; i < entries.size(); ++i) {
         repaired->lost.append(text("%1: it stands behind the %2th, where the library cannot reach "
                                    "it")
-                                  .arg(labelOf(entries.at(i)))
-                                  .arg(kMaxEntries));
+                                  .arg(labelOf(entries.at(i)), QString::number(kMaxEntries)));
     }
     return entries.mid(0, kMaxEntries);
 }
@@ -183,9 +184,10 @@ int repairEntries(const Document &document, bool dryRun, Repaired *repaired)
     return rewrite(document.type(), entries, dryRun, repaired);
 }
 
-// The preference in a group of its name, which is made where it is missing.
+// The preference in a group of its name, which is made where it is missing. What is made belongs to
+// the node made until it is written.
 void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &content,
-         QList<VLMC_XMLNode *> *groups)
+         VLMC_XMLNode *made, QList<VLMC_XMLNode *> *groups)
 {
     QString name = text(preference.name).section(QLatin1Char('.'), 0, 0);
     VLMC_XMLNode *group = nullptr;
@@ -194,7 +196,7 @@ void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &
     }
     char atEnd = 0;
     if (!group) {
-        group = new VLMC_XMLNode(nullptr, atEnd);
+        group = new VLMC_XMLNode(made, atEnd);
         group->setName(name);
         groups->append(group);
         // Without its version the group would be taken for one of old, and SSL 3.0 switched off.
@@ -210,7 +212,8 @@ void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &
 // Without what the damage is in: a last element that is not whole.
 QList<VLMC_XMLNode *> wholeGroups(const Document &document)
 {
-    const QList<VLMC_XMLNode *> whole = document.entries();
+    const QList<VLMC_XMLNode *> entries = document.entries();
+    const QSet<VLMC_XMLNode *> whole(entries.begin(), entries.end());
     QList<VLMC_XMLNode *> groups = document.children();
     for (VLMC_XMLNode *const group : qAsConst(groups)) {
         const QList<VLMC_XMLNode *> elements = group->getXMLNodeChildren();
@@ -238,6 +241,8 @@ QStringList namesIn(const Document &document)
 int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
 {
     QList<VLMC_XMLNode *> groups = wholeGroups(document);
+    char atEnd = 0;
+    VLMC_XMLNode made(nullptr, atEnd);
     const QStringList whole = namesIn(document);
     repaired->kept = whole;
     const QList<Preference> all = preferences();
@@ -248,7 +253,7 @@ int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
         }
         const Recovery recovery(document.content(), name.section(QLatin1Char('.'), 1));
         if (!recovery.kept().isEmpty()) {
-            put(preference, recovery.kept().last(), document.content(), &groups);
+            put(preference, recovery.kept().last(), document.content(), &made, &groups);
             repaired->kept.append(name);
         } else if (!recovery.lost().isEmpty()) {
             repaired->lost.append(text("%1, line %2: %3")
@@ -327,6 +332,9 @@ int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
 int repairCookieFile(bool dryRun, QList<Repaired> *all)
 {
     const CookieFile file = readCookieFile(text(kHere));
+    if (file.state == Document::Unreadable) {
+        return fail(text("%1 cannot be read; see to its owner and mode").arg(text(kCookieIni)));
+    }
     if (file.state != Document::Damaged) {
         return Done;
     }
@@ -339,17 +347,13 @@ int repairCookieFile(bool dryRun, QList<Repaired> *all)
         repaired.kept.append(
             text("%1 of %2").arg(QString::fromUtf8(cookie.name()), cookie.domain()));
     }
+    int status = Done;
     if (!dryRun) {
         repaired.copy = keepCopy(text(kCookieIni));
-        if (repaired.copy.isEmpty()) {
-            return Failed;
-        }
-        const Uninterrupted uninterrupted;
-        QString directory = text(kHere);
-        VLMC_CookieSetting::getInstance()->saveCookieInfo(file.cookies, &directory, kMaxEntries);
+        status = repaired.copy.isEmpty() ? int(Failed) : writeCookieFile(file.cookies);
     }
     all->append(repaired);
-    return Done;
+    return status;
 }
 
 // Passwords and sessions are their owner's alone.

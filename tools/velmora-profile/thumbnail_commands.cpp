@@ -50,7 +50,7 @@ bool isImage(VLMC_XMLNode *node, const QString &name)
 const DocumentType kPacked = {Bookmarks, "", "thumbnail", "image"};
 
 // Unpacks into a folder of the tool's own and has each file replace its namesake as a whole.
-int unpackInto(const QString &target, VLMC_XMLNode *image, const QString &scratch, bool dryRun)
+int unpackInto(const QString &target, VLMC_XMLNode *image, bool dryRun)
 {
     const QString name = image->getAttribute().value(QLatin1String("src")).toString();
     if (!isImage(image, name)) {
@@ -58,8 +58,11 @@ int unpackInto(const QString &target, VLMC_XMLNode *image, const QString &scratc
                     text("it is no packed image with a file name of its own")}});
         return Done;
     }
+    // An interruption waits until the folder is gone.
+    const Uninterrupted uninterrupted;
+    const QTemporaryDir scratch;
     QByteArray base64 = image->getText().toUtf8();
-    QString file = scratch + text("/image.png");
+    QString file = scratch.path() + text("/image.png");
     QByteArray content;
     if (!converter().decode_base64(base64, file) || !readFile(file, &content)) {
         return Failed;
@@ -93,7 +96,9 @@ int profile::packThumbnails(const Call &call)
         return fail(
             text("'%1' has no folder thumbnail; there is nothing to pack").arg(call.directory));
     }
-    // The library takes local paths of Latin-1 alone, and those of the tool's own folder are.
+    // The library takes local paths of Latin-1 alone, and those of the tool's own folder are. An
+    // interruption waits until that is gone.
+    const Uninterrupted uninterrupted;
     const QTemporaryDir scratch;
     const QString packed = scratch.path() + text("/packed.xml");
     QByteArray from = folder().toLatin1();
@@ -125,11 +130,10 @@ int profile::unpackThumbnails(const Call &call)
     if (!dryRun && !QDir().mkpath(folder())) {
         return fail(text("the folder thumbnail cannot be made; see to the permissions"));
     }
-    const QTemporaryDir scratch;
     const QList<VLMC_XMLNode *> images = packed.children();
     Progress progress("thumbnail", images.size());
     for (VLMC_XMLNode *const image : images) {
-        if (unpackInto(folder(), image, scratch.path(), dryRun) != Done) {
+        if (unpackInto(folder(), image, dryRun) != Done) {
             return Failed;
         }
         progress.step();

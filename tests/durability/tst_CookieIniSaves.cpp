@@ -1,0 +1,230 @@
+// "cookie.ini" is QSettings' to write. What its ways cost when something goes wrong, and that the
+// document from which it is made is never touched, so that nothing is lost for good.
+
+#include "cookies/VLMC_CookieSetting.h"
+#include "tests/support/CookieIni.h"
+#include "tests/support/Files.h"
+#include "tests/support/LogRecorder.h"
+#include "tests/support/SystemCalls.h"
+
+#include <QtCore/QDir>
+
+#include <cerrno>
+#include <csignal>
+#include <functional>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+const char kIni[] = "cookie.ini";
+const char kDocument[] = "cookies.xml";
+const QStringList kLeftOver = QStringList(utf8("cookie.ini.*"));
+
+// Longer than any conversion takes, shorter than QSettings waits for a lock.
+const uint kSecondsToConvert = 20;
+
+QByteArray iniWith(char letter)
+{
+    const QByteArray cookie = "n=" + QByteArray(200, letter) + "; domain=x.com; path=/";
+    return cookieIniOf(QList<QByteArray>() << cookie);
+}
+
+// QSettings complains of the lock files that it cannot write or remove.
+void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+// Each conversion is made by a process of its own: QSettings remembers what it read and wrote.
+int inChild(const std::function<void()> &work)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        qInstallMessageHandler(ignoreMessage);
+        alarm(kSecondsToConvert);
+        work();
+        _exit(0);
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+// A directory with a document, and the "cookie.ini" of an earlier one or none.
+class Conversion
+{
+public:
+    explicit Conversion(bool overOldFile)
+    {
+        m_old = converted('o');
+        m_new = converted('n');
+        m_document = readFile(m_directory.file(kDocument));
+        if (!overOldFile) {
+            m_old = QByteArray();
+        }
+        restore();
+    }
+
+    void restore()
+    {
+        removeLeftOver();
+        QFile::remove(ini());
+        if (!m_old.isNull()) {
+            writeFile(ini(), m_old);
+        }
+    }
+
+    // The exit status: 1 when the conversion ended before the plan's call.
+    int convert(const FaultPlan &plan)
+    {
+        char *const from = m_directory.localFile(kDocument);
+        char *const to = m_directory.localFile();
+        return inChild([&] {
+            setFaultPlan(plan);
+            VLMC_CookieSetting cookies;
+            {
+                const WatchedCalls watched;
+                cookies.convertCookieXMLToIni(from, to);
+            }
+            _exit(plan.index < watchedCalls().size() ? 0 : 1);
+        });
+    }
+
+    // As the next start would. Locks and temporary files of the dead are out of the way: the one
+    // may hold it up for half a minute, the others take the names that it comes to, as processes of
+    // one parent draw the same random numbers.
+    bool canBeRepeated()
+    {
+        removeLeftOver();
+        return convert({FaultPlan::None, 0, 0}) == 0 && isNew();
+    }
+    bool isOld() const { return exists(ini()) ? readFile(ini()) == m_old : m_old.isNull(); }
+    bool isNew() const { return exists(ini()) && readFile(ini()) == m_new; }
+    bool documentIsWhole() const { return readFile(m_directory.file(kDocument)) == m_document; }
+    int leftOver() const { return int(QDir(m_directory.path()).entryList(kLeftOver).size()); }
+
+private:
+    QString ini() const { return m_directory.file(kIni); }
+
+    void removeLeftOver()
+    {
+        QDir directory(m_directory.path());
+        for (const QString &name : directory.entryList(kLeftOver)) {
+            directory.remove(name);
+        }
+    }
+
+    // The file that QSettings makes of a cookie, and the document that leads to it.
+    QByteArray converted(char letter)
+    {
+        writeFile(ini(), iniWith(letter));
+        char *const directory = m_directory.localFile();
+        char *const document = m_directory.localFile(kDocument);
+        inChild([&] {
+            VLMC_CookieSetting cookies;
+            cookies.convertCookieIniToXML(directory, document);
+        });
+        QFile::remove(ini());
+        convert({FaultPlan::None, 0, 0});
+        return readFile(ini());
+    }
+
+    TestDirectory m_directory;
+    QByteArray m_old;
+    QByteArray m_new;
+    QByteArray m_document;
+};
+} // namespace
+
+class tst_CookieIniSaves : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { takeLog(); }
+    void cleanup();
+    void cleanupTestCase();
+
+    void conversion_survivesDeathAtEveryCall_data() { rows(); }
+    void conversion_survivesDeathAtEveryCall();
+    void conversion_canBeRepeatedAfterFailingCalls_data() { rows(); }
+    void conversion_canBeRepeatedAfterFailingCalls();
+
+private:
+    void rows();
+
+    int m_deaths = 0;
+    int m_leftOver = 0;
+    int m_faults = 0;
+    int m_damaged = 0;
+};
+
+void tst_CookieIniSaves::cleanup() { runDeferredDeletes(); }
+
+void tst_CookieIniSaves::cleanupTestCase()
+{
+    printf(
+        "cookie.ini: %d deaths, %d of which left other files; %d faults, %d of which left neither"
+        " the old cookies nor the new\n",
+        m_deaths, m_leftOver, m_faults, m_damaged);
+}
+
+void tst_CookieIniSaves::rows()
+{
+    QTest::addColumn<bool>("overOldFile");
+    QTest::newRow("for the first time") << false;
+    QTest::newRow("over an old file") << true;
+}
+
+void tst_CookieIniSaves::conversion_survivesDeathAtEveryCall()
+{
+    QFETCH(bool, overOldFile);
+    Conversion conversion(overOldFile);
+    const FaultPlan::Kind kinds[] = {FaultPlan::KillBefore, FaultPlan::KillAmid};
+    for (const FaultPlan::Kind kind : kinds) {
+        int status = 0;
+        for (int k = 0; status == 0 || WIFSIGNALED(status); ++k) {
+            const QByteArray where = "call " + QByteArray::number(k);
+            conversion.restore();
+            status = conversion.convert({kind, k, 0});
+            QVERIFY2(WIFEXITED(status) || WTERMSIG(status) == SIGKILL, where.constData());
+            QVERIFY2(conversion.isOld() || conversion.isNew(), where.constData());
+            QVERIFY2(conversion.documentIsWhole(), where.constData());
+            m_deaths += WIFSIGNALED(status) ? 1 : 0;
+            m_leftOver += conversion.leftOver() > 0 ? 1 : 0;
+            QVERIFY2(conversion.canBeRepeated(), where.constData());
+        }
+    }
+}
+
+// The file may be cut short or without cookies; QSettings does not notice.
+void tst_CookieIniSaves::conversion_canBeRepeatedAfterFailingCalls()
+{
+    QFETCH(bool, overOldFile);
+    Conversion conversion(overOldFile);
+    const struct {
+        FaultPlan::Kind kind;
+        int error;
+    } faults[] = {
+        {FaultPlan::Fail, ENOSPC},         {FaultPlan::Fail, EIO},
+        {FaultPlan::Fail, EINTR},          {FaultPlan::ShortWrite, 0},
+        {FaultPlan::FailFromHere, ENOSPC}, {FaultPlan::FailFromHere, EIO},
+    };
+    for (const auto &fault : faults) {
+        int status = 0;
+        for (int k = 0; status == 0; ++k) {
+            const QByteArray where = "call " + QByteArray::number(k);
+            conversion.restore();
+            status = conversion.convert({fault.kind, k, fault.error});
+            QVERIFY2(WIFEXITED(status), where.constData());
+            QVERIFY2(conversion.documentIsWhole(), where.constData());
+            const bool whole = conversion.isOld() || conversion.isNew();
+            QVERIFY2(whole || fault.kind != FaultPlan::ShortWrite, where.constData());
+            m_faults += status == 0 ? 1 : 0;
+            m_damaged += whole ? 0 : 1;
+            QVERIFY2(conversion.canBeRepeated(), where.constData());
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_CookieIniSaves)
+#include "tst_CookieIniSaves.moc"
