@@ -4,6 +4,7 @@
 
 #include <QtCore/QUrl>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QPainter>
 
 namespace
 {
@@ -17,6 +18,11 @@ QIcon pictureOf(VLMS_Bookmark &bookmark)
         image = QImage(kPictureSize, QImage::Format_RGB32);
         image.fill(Qt::lightGray);
     }
+    // Most pages are white, as the list is.
+    QPainter painter(&image);
+    painter.setPen(Qt::gray);
+    painter.drawRect(image.rect().adjusted(0, 0, -1, -1));
+    painter.end();
     return QIcon(QPixmap::fromImage(image));
 }
 } // namespace

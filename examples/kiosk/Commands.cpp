@@ -59,7 +59,6 @@ Commands::Commands(const QStringList &lines, Window &window)
         }
         info.user = m_credentials.takeFirst().toUtf8();
         info.passwd = m_credentials.takeFirst().toUtf8();
-        m_loading = true; // the page is loaded again
         return true;
     });
 }
@@ -199,6 +198,7 @@ void Commands::state(const QString &)
     shown[text("zoom")] = view.zoomFactor();
     shown[text("font")] = m_window.font();
     shown[text("local")] = m_window.isLocal(view.url());
+    shown[text("mark")] = m_window.mark();
     printf("%s\n", QJsonDocument(shown).toJson(QJsonDocument::Compact).constData());
     fflush(stdout);
     goOn();

@@ -4,7 +4,9 @@
 #include "examples/kiosk/Preferences.h"
 #include "examples/kiosk/Text.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QStringList>
 
 namespace
 {
@@ -56,8 +58,13 @@ void CookieJar::stop()
 
 void CookieJar::takeOverFromKilledRun()
 {
-    // The lock of a process that was killed while it wrote; only one browser uses a profile.
-    QFile::remove(m_directory + text(kEngineFile) + text(".lock"));
+    // A lock, or a file half written; only one browser uses a profile.
+    QDir folder(m_directory);
+    const QStringList leftovers =
+        folder.entryList(QStringList(text(kEngineFile) + text(".*")), QDir::Files);
+    for (const QString &name : leftovers) {
+        folder.remove(name);
+    }
     // No cookie in it: perhaps its writing was cut off, so that the document knows more.
     VLMC_CookieSetting *const store = VLMC_CookieSetting::getInstance();
     if (QFile::exists(m_directory + text(kEngineFile))

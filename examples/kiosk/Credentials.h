@@ -32,7 +32,8 @@ public:
     void clear();
 
 signals:
-    /// The user has entered something for a page that was refused: load it again.
+    /// The user has entered something for a page that was refused. It comes before the engine is
+    /// told how the page ended: load it again after that.
     void entered();
 
 private:

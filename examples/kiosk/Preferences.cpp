@@ -35,8 +35,8 @@ QSsl::SslProtocol protocol()
     if (device().getUseTLS10()) {
         return QSsl::TlsV1_0;
     }
-    // Without any, a connection is refused before a byte of it is sent.
-    return device().getUseSSL30() ? QSsl::SslV3 : QSsl::UnknownProtocol;
+    // With none at all the version that Qt refuses to speak: no byte is sent then.
+    return device().getUseSSL30() ? QSsl::SslV3 : QSsl::SslV2;
 }
 } // namespace
 

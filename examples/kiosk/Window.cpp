@@ -6,6 +6,7 @@
 #include "preferences/VLMC_BrowserCommonSetting.h"
 #include "preferences/VLMC_BrowserUserSetting.h"
 
+#include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWebKit/QWebHistory>
 #include <QtWebKitWidgets/QWebFrame>
@@ -45,6 +46,7 @@ Window::Window(const QString &directory, const QByteArray &localHost)
       m_visits(directory),
       m_bookmarks(directory),
       m_localHost(localHost),
+      m_refused(false),
       m_pages(new QStackedWidget(this)),
       m_view(new QWebView(m_pages)),
       m_bookmarksPage(new BookmarksPage(m_pages)),
@@ -81,6 +83,8 @@ bool Window::isLocal(const QUrl &url) const
     QByteArray host = m_localHost; // which is only read
     return VLMC_OlpUrl::IsOlpContents(url, kOneHost, nullptr, host.data());
 }
+
+QString Window::mark() const { return m_mark->text(); }
 
 QString Window::font() const { return m_view->settings()->fontFamily(QWebSettings::StandardFont); }
 
@@ -192,8 +196,7 @@ void Window::connectView()
         m_address->setText(url.toDisplayString(QUrl::RemoveUserInfo));
         markLocal(url);
     });
-    // Once the engine is done with the page that was refused.
-    connect(&m_credentials, &Credentials::entered, m_view, &QWebView::reload, Qt::QueuedConnection);
+    connect(&m_credentials, &Credentials::entered, this, [this] { m_refused = true; });
 }
 
 void Window::applyPreferences()
@@ -202,10 +205,16 @@ void Window::applyPreferences()
     m_network.forgetConnections();
 }
 
-// The visit: title and address are those behind all redirections.
+// The visit: title and address are those behind all redirections. A page that was refused, and for
+// which the user has entered something meanwhile, is no visit yet.
 void Window::takeNote(bool wentWell)
 {
     const QUrl url = m_view->url();
+    if (m_refused) {
+        m_refused = false;
+        QTimer::singleShot(0, m_view, SLOT(reload()));
+        return;
+    }
     if (!wentWell) {
         statusBar()->showMessage(tr("The page could not be loaded"), kMessageMilliseconds);
     } else if (isWebPage(url)) {

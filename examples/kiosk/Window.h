@@ -35,6 +35,8 @@ public:
     QWebView &view();
     /// Whether the page is the device's own.
     bool isLocal(const QUrl &url) const;
+    /// What tells the user so.
+    QString mark() const;
     QString font() const;
 
 public slots:
@@ -70,6 +72,7 @@ private:
     Visits m_visits;
     Bookmarks m_bookmarks;
     QByteArray m_localHost;
+    bool m_refused; // the page that is being loaded, until the user's answer to that
 
     QStackedWidget *m_pages;
     QWebView *m_view;
