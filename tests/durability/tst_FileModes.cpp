@@ -9,6 +9,7 @@
 #include "tests/support/FileModes.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/SavedDocuments.h"
 
 #include <QtCore/QDir>
 
@@ -20,6 +21,7 @@ namespace
 {
 void savePreferences(TestDirectory &directory)
 {
+    const ForeignDocuments withoutName;
     VLMC_BrowserCommonSetting store;
     store.createXMLRootNode();
     store.setProxyPasswordStr("secret");
