@@ -9,7 +9,6 @@
 #include "tests/support/FileModes.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/SavedDocuments.h"
 
 #include <QtCore/QDir>
 
@@ -21,9 +20,8 @@ namespace
 {
 void savePreferences(TestDirectory &directory)
 {
-    const ForeignDocuments withoutName;
     VLMC_BrowserCommonSetting store;
-    store.createXMLRootNode();
+    store.loadSetting(directory.pathPointer());
     store.setProxyPasswordStr("secret");
     const WatchedModes watched;
     store.saveSetting(directory.pathPointer());

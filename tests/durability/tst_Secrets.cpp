@@ -325,7 +325,7 @@ void tst_Secrets::userPreferences_areSilent()
 
 void tst_Secrets::bookmarks_areSilent()
 {
-    const ForeignDocuments overTheLimit;
+    const ForeignDocuments overLongTitles;
     VLMC_BookmarksSetting store;
     int lastNumber = 0;
     VLMS_Bookmark bookmark = {utf8(overLong(kUser)), credentialsUrl(), utf8(kPasswd)};
@@ -380,7 +380,7 @@ void tst_Secrets::history_isSilent()
 
 void tst_Secrets::fonts_areSilent()
 {
-    const ForeignDocuments overTheLimit;
+    const ForeignDocuments overLongNames;
     VLMC_FontListSetting store;
     store.loadFontList(m_directory->path());
     store.addFont(utf8(kUser));

@@ -1,0 +1,26 @@
+#ifndef KIOSK_NETWORK_H
+#define KIOSK_NETWORK_H
+
+#include <QtNetwork/QNetworkAccessManager>
+
+class Preferences;
+
+/// The engine's way to the network: cache, proxy, SSL and TLS as the preferences have it.
+class Network : public QNetworkAccessManager
+{
+public:
+    Network(const QString &directory, const Preferences &preferences);
+
+    /// Lets go of connections and answers to challenges that stand from older preferences.
+    void forgetConnections();
+    void clearDiskCache();
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &original,
+                                 QIODevice *data) override;
+
+private:
+    const Preferences &m_preferences;
+};
+
+#endif

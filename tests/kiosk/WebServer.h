@@ -1,0 +1,65 @@
+#ifndef WEBSERVER_H
+#define WEBSERVER_H
+
+#include <QtCore/QHash>
+#include <QtNetwork/QTcpServer>
+
+class QTcpSocket;
+
+/**
+ * The web of the tests: a server on the loopback interface, which answers as a proxy as well. One
+ * request per connection.
+ *
+ *     /page?N        a page titled "Page N", with a picture
+ *     /titles?N      pages with odd titles, see title()
+ *     /red           a page that is red from edge to edge
+ *     /redirect      leads to /page?redirected
+ *     /cookies       sets "session" for the session and "user" for a year
+ *     /counter?N     sets "count" to N
+ *     /many-cookies  sets thirty
+ *     /changing      has another title each time
+ *     /basic, /digest   let in who knows kUser and kPassword
+ *     /cached        may be kept for an hour
+ *     /script        a page whose script gives it the title "scripted"
+ */
+class WebServer : public QTcpServer
+{
+    Q_OBJECT
+
+public:
+    WebServer();
+
+    /// The address of a page here.
+    QString url(const char *path) const;
+    /// The requests so far for pages below this path, as they came.
+    QList<QByteArray> requests(const char *path) const;
+    /// How long an answer takes, so that a browser can be killed while it waits.
+    void setDelay(int milliseconds);
+    /// From now on a proxy asks for an account.
+    void askForProxyAccount();
+
+    static QString title(int number);
+    static int titles();
+
+signals:
+    void asked();
+
+private:
+    void take();
+    void read(QTcpSocket *socket);
+    QByteArray answer(const QByteArray &request, const QByteArray &path) const;
+
+    QList<QByteArray> m_requests;
+    int m_delay;
+    bool m_asksForAccount;
+};
+
+const char kUser[] = "hanako";
+const char kPassword[] = "correct-horse";
+const char kProxyAccount[] = "kiosk";
+const char kProxyPassword[] = "7";
+
+/// The value of a request's header, empty when there is none.
+QByteArray headerOf(const QByteArray &request, const QByteArray &name);
+
+#endif
