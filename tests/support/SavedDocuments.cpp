@@ -78,7 +78,7 @@ QByteArray contentOf(const QString &path)
     }
     QByteArray content;
     struct stat status = {};
-    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+    if (syscall(SYS_fstat, file, &status) == 0 && S_ISREG(status.st_mode)) {
         char part[16384];
         long size = 0;
         while ((size = syscall(SYS_read, file, part, sizeof part)) > 0) {
