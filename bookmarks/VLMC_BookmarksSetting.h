@@ -7,7 +7,9 @@ class QImage;
 
 /// One bookmark, as it crosses the interface.
 struct VLMS_Bookmark {
+    /// The page's title, for which a bookmark has room for 100 bytes of UTF-8.
     QString title;
+    /// The page's address, at most 256 bytes of UTF-8.
     QString url;
     /// The thumbnail's whole path: the folder of the bookmarks, "thumbnail/" and the file name.
     QString thumbnailPath;

@@ -8,7 +8,9 @@
 
 /// One visit of a page.
 struct VLM_EXPORT VLMS_History {
+    /// The page's title.
     QString title;
+    /// The page's address.
     QString url;
     /// Local time; the file keeps it to the minute.
     QDateTime dateTime;

@@ -69,6 +69,7 @@ public:
     void convertCookieXMLToIni(char *xmlPath, char *iniDir);
 
 protected:
+    /// The max of the last loadCookieInfo, kept as a record only; 0 at first.
     int loadMax;
 };
 

@@ -40,17 +40,23 @@ public:
     /// it was no child of this node. Null is ignored.
     void removeXMLNode(VLMC_XMLNode *child);
 
+    /// The node whose child this one is, or null.
     VLMC_XMLNode *getXMLNodeParent();
+    /// The children in document order. Whoever puts nodes into the list, or takes some out, sees to
+    /// their parents.
     QList<VLMC_XMLNode *> &getXMLNodeChildren();
 
+    /// The attributes, in their order.
     QXmlStreamAttributes &getAttribute();
     /// Replaces all attributes by a copy of the given ones.
     void setAttribute(QXmlStreamAttributes &attributes);
     /// True when an attribute has this qualified name and a value that is not a null string.
     bool isAttribute(QString name);
 
+    /// The element's name; empty at first, and to be set before the node is written.
     void setName(QString &name);
     QString &getName();
+    /// The text before the first child; empty for none.
     void setText(QString &text);
     QString &getText();
     /// 0: plain text, 1: CDATA section; a text of any other type is not written.

@@ -70,6 +70,7 @@ private:
     Q_DISABLE_COPY(VLMC_XMLSetting)
 
 protected:
+    /// The document, or null: the store's own.
     VLMC_XMLNode *root;
 };
 

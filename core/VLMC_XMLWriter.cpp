@@ -14,25 +14,25 @@ namespace
 // More than any settings document comes to, and little enough to be held in memory. Indentation
 // lets a document grow with the square of its depth: without a bound a file of 175 KB, read and
 // saved again, takes all the memory there is.
-const qint64 kMaxDocumentBytes = 256 * 1024 * 1024;
+const qint64 kMaxDocumentBytes = qint64(256) * 1024 * 1024;
 
 // A document on its way to a file.
 class DocumentBuffer : public QBuffer
 {
 public:
-    DocumentBuffer() : m_tooLarge(false) { open(QIODevice::WriteOnly); }
+    DocumentBuffer() : m_room(kMaxDocumentBytes) { open(QIODevice::WriteOnly); }
 
-    bool isTooLarge() const { return m_tooLarge; }
+    bool isTooLarge() const { return m_room < 0; }
 
 protected:
     qint64 writeData(const char *data, qint64 bytes) override
     {
-        m_tooLarge = m_tooLarge || size() + bytes > kMaxDocumentBytes;
-        return m_tooLarge ? -1 : QBuffer::writeData(data, bytes);
+        m_room -= bytes;
+        return isTooLarge() ? -1 : QBuffer::writeData(data, bytes);
     }
 
 private:
-    bool m_tooLarge;
+    qint64 m_room;
 };
 
 // An element whose start tag is written and whose end tag is not.

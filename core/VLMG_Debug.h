@@ -4,6 +4,7 @@
 #include "core/VLM_Export.h"
 
 /**
+ * @file
  * The diagnostics log. Every class of the library reports to it; the browser may do so too.
  *
  * A message goes to two sinks. The log file /ata07/Velmora/tmp/brwlog.log gets the messages that

@@ -198,12 +198,12 @@ QString loadThumbnails(QString directory)
 } // namespace
 
 const SavedStore kStores[kStoreCount] = {
-    {"common preferences", "repostry.xml", saveCommonPreferences, loadCommonPreferences},
-    {"user preferences", "repostry_private.xml", saveUserPreferences, loadUserPreferences},
-    {"bookmarks", "bookmark.xml", saveBookmarks, loadBookmarks},
-    {"packed thumbnails", "thumbnails.xml", saveThumbnails, loadThumbnails},
-    {"history", "visit.xml", saveHistory, loadHistory},
-    {"cookies", "cookies.xml", saveCookies, loadCookies},
-    {"credentials", "authinfo.xml", saveCredentials, loadCredentials},
-    {"font list", "fontlist.xml", saveFontList, loadFontList},
+    {"common preferences", "repostry.xml", 0600, saveCommonPreferences, loadCommonPreferences},
+    {"user preferences", "repostry_private.xml", 0666, saveUserPreferences, loadUserPreferences},
+    {"bookmarks", "bookmark.xml", 0666, saveBookmarks, loadBookmarks},
+    {"packed thumbnails", "thumbnails.xml", 0666, saveThumbnails, loadThumbnails},
+    {"history", "visit.xml", 0666, saveHistory, loadHistory},
+    {"cookies", "cookies.xml", 0600, saveCookies, loadCookies},
+    {"credentials", "authinfo.xml", 0600, saveCredentials, loadCredentials},
+    {"font list", "fontlist.xml", 0666, saveFontList, loadFontList},
 };

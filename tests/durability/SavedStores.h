@@ -8,6 +8,8 @@
 struct SavedStore {
     const char *name;
     const char *fileName;
+    /// The mode, less the umask, of a new file.
+    int mode;
     /// Saves a document with this text and no other into the directory, under fileName. The system
     /// calls of the save are watched, and nothing else.
     void (*save)(QString directory, const QString &text);

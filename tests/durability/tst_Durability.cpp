@@ -21,6 +21,13 @@
 
 namespace
 {
+// A process takes its time to divide under the sanitizers.
+#ifdef __SANITIZE_ADDRESS__
+const int kInterleavedStep = 8;
+#else
+const int kInterleavedStep = 1;
+#endif
+
 const uid_t kOtherUser = 65534;
 
 // What a crash has left in the folder, so that each save has something to clean up first.
@@ -189,11 +196,11 @@ bool takesAttributes()
     return setAttribute(directory.file("probe"));
 }
 
-void storeRows()
+void storeRows(int stores = kStoreCount)
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<int>("before");
-    for (int i = 0; i < kStoreCount; ++i) {
+    for (int i = 0; i < stores; ++i) {
         const QByteArray name(kStores[i].name);
         QTest::newRow((name + ", for the first time").constData()) << i << int(NoFile);
         QTest::newRow((name + ", over an old file").constData()) << i << int(OwnFile);
@@ -398,11 +405,15 @@ private slots:
     void save_survivesPowerCutAtEveryCall();
     void save_survivesAnotherSaverAtEveryCall_data() { storeRows(); }
     void save_survivesAnotherSaverAtEveryCall();
-    void save_survivesAnotherProcessAtEveryCall_data() { storeRows(); }
+    void save_survivesAnotherProcessAtEveryCall_data() { storeRows(1); }
     void save_survivesAnotherProcessAtEveryCall();
     void save_survivesAnotherProcessInBetween();
     void save_holdsItsLockUntilRenamed_data() { storeRows(); }
     void save_holdsItsLockUntilRenamed();
+    void save_leavesASaverThatTookTheName();
+    void save_leavesAFileToAQuickerCleaner();
+    void save_takesAFolderThatCannotBeSynchronised_data();
+    void save_takesAFolderThatCannotBeSynchronised();
     void powerCut_wouldShowAMissingSync();
 
 private:
@@ -447,7 +458,10 @@ void tst_Durability::save_takesTheSafeSteps()
     QList<QByteArray> steps;
     QByteArray temporary;
     for (const SystemCall &call : calls) {
+        QVERIFY(!call.flags || (call.flags & O_CLOEXEC));
         if (call.name == "create") {
+            QVERIFY(call.flags & O_EXCL);
+            QCOMPARE(call.mode, before == NoFile ? kStores[row].mode : 0600);
             temporary = call.file;
             steps.append(call.name);
         } else if (!isLook(call) && !temporary.isEmpty()
@@ -522,6 +536,8 @@ void tst_Durability::save_survivesFailingCalls()
             QVERIFY2(!harmless || !refused, where.constData());
             const bool isStep = k >= creating && k <= syncing && kSteps.contains(where);
             QVERIFY2(harmless || !isStep || refused, where.constData());
+            const bool cleansUp = isStep && k > creating && fault.kind == FaultPlan::Fail;
+            QVERIFY2(!cleansUp || save.leftOver().isEmpty(), where.constData());
             save.save();
             QVERIFY2(save.isNew(), where.constData());
             QVERIFY2(save.leftOver().isEmpty(), where.constData());
@@ -660,7 +676,7 @@ void tst_Durability::save_survivesAnotherProcessInBetween()
 {
     Case save(kStores[0], OwnFile);
     const QString other = save.directory() + utf8("other.xml");
-    for (int i = 0; i < save.calls().size(); ++i) {
+    for (int i = 0; i < save.calls().size(); i += kInterleavedStep) {
         bool stopped = true;
         for (int k = 0; stopped; ++k) {
             save.restore(OwnFile);
@@ -719,6 +735,80 @@ void tst_Durability::save_holdsItsLockUntilRenamed()
     // Writing, synchronising, duplicating, closing and renaming at the least.
     QVERIFY(looked >= 5);
     QCOMPARE(unlocked, QList<QByteArray>());
+    QVERIFY(save.isNew());
+}
+
+// Between the opening of a stale file and its lock, another one may get its name, where processes
+// of the same number share a folder.
+void tst_Durability::save_leavesASaverThatTookTheName()
+{
+    const Case save(kStores[0], OwnFile);
+    const QString name = save.directory() + utf8(kStale);
+    int saver = -1;
+    setCallProbe([&](const SystemCall &call) {
+        if (call.name == "flock" && saver < 0) {
+            QFile::remove(name);
+            writeFile(name, "living");
+            saver = open(QFile::encodeName(name).constData(), O_WRONLY | O_CLOEXEC);
+            QCOMPARE(flock(saver, LOCK_EX | LOCK_NB), 0);
+        }
+    });
+    save.save();
+    setCallProbe(nullptr);
+    QVERIFY(save.isNew());
+    COMPARE_BYTES(readFile(name), "living");
+    close(saver);
+}
+
+// A cleaner may lock the temporary file before its saver does, and remove it at any time then.
+void tst_Durability::save_leavesAFileToAQuickerCleaner()
+{
+    const Case save(kStores[0], OwnFile);
+    int cleaner = -1;
+    QByteArray created;
+    QByteArray taken;
+    setCallProbe([&](const SystemCall &call) {
+        if (call.name == "create") {
+            created = call.file;
+        } else if (call.name == "flock" && call.file == created && cleaner < 0) {
+            taken = created;
+            cleaner = open(taken.constData(), O_WRONLY | O_CLOEXEC);
+            QCOMPARE(flock(cleaner, LOCK_EX | LOCK_NB), 0);
+        } else if (call.name == "write") {
+            QCOMPARE(unlink(taken.constData()), 0);
+        }
+    });
+    takeLog();
+    save.save();
+    setCallProbe(nullptr);
+    close(cleaner);
+    QVERIFY(!loggedText().contains(" error!\n"));
+    QVERIFY(save.isNew());
+    QCOMPARE(save.leftOver(), QStringList());
+}
+
+void tst_Durability::save_takesAFolderThatCannotBeSynchronised_data()
+{
+    QTest::addColumn<QByteArray>("call");
+    QTest::addColumn<int>("error");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("not readable") << QByteArray("open") << EACCES << true;
+    QTest::newRow("not openable") << QByteArray("open") << EIO << false;
+    QTest::newRow("no such operation") << QByteArray("fsync") << EINVAL << true;
+    QTest::newRow("failing") << QByteArray("fsync") << EIO << false;
+}
+
+void tst_Durability::save_takesAFolderThatCannotBeSynchronised()
+{
+    QFETCH(QByteArray, call);
+    QFETCH(int, error);
+    QFETCH(bool, accepted);
+    const Case save(kStores[0], OwnFile);
+    const int index = indexOf(save.calls(), call, indexOf(save.calls(), "rename"));
+    takeLog();
+    setFaultPlan({FaultPlan::Fail, index, error});
+    save.save();
+    QCOMPARE(!loggedText().contains("write error!\n"), accepted);
     QVERIFY(save.isNew());
 }
 

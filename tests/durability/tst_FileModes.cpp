@@ -21,7 +21,7 @@ namespace
 void savePreferences(TestDirectory &directory)
 {
     VLMC_BrowserCommonSetting store;
-    store.createXMLRootNode();
+    store.loadSetting(directory.pathPointer());
     store.setProxyPasswordStr("secret");
     const WatchedModes watched;
     store.saveSetting(directory.pathPointer());

@@ -15,6 +15,7 @@
 #include "tests/support/Files.h"
 #include "tests/support/LogFile.h"
 #include "tests/support/PlatformRecorder.h"
+#include "tests/support/SavedDocuments.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QScopedPointer>
@@ -324,6 +325,7 @@ void tst_Secrets::userPreferences_areSilent()
 
 void tst_Secrets::bookmarks_areSilent()
 {
+    const ForeignDocuments overLongTitles;
     VLMC_BookmarksSetting store;
     int lastNumber = 0;
     VLMS_Bookmark bookmark = {utf8(overLong(kUser)), credentialsUrl(), utf8(kPasswd)};
@@ -378,6 +380,7 @@ void tst_Secrets::history_isSilent()
 
 void tst_Secrets::fonts_areSilent()
 {
+    const ForeignDocuments overLongNames;
     VLMC_FontListSetting store;
     store.loadFontList(m_directory->path());
     store.addFont(utf8(kUser));

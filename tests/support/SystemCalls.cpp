@@ -47,13 +47,13 @@ class Step
 {
 public:
     Step(const char *name, const QByteArray &file, const QByteArray &data = QByteArray(),
-         int mode = 0)
+         int flags = 0, int mode = 0)
         : m_watched(watching), m_index(int(watch().calls.size()))
     {
         if (m_watched) {
             // What recording itself calls is not watched.
             watching = false;
-            const SystemCall call = {name, file, data, mode};
+            const SystemCall call = {name, file, data, flags, mode};
             watch().calls.append(call);
             if (watch().probe) {
                 watch().probe(call);
@@ -106,7 +106,7 @@ int opened(const char *function, const char *name, int flags, mode_t mode)
     if (!watching) {
         return call(name, flags, mode);
     }
-    const Step step(takesMode(flags) ? "create" : "open", name, QByteArray(), int(mode));
+    const Step step(takesMode(flags) ? "create" : "open", name, QByteArray(), flags, int(mode));
     if (step.fails()) {
         return -1;
     }

@@ -16,7 +16,8 @@ struct SystemCall {
     QByteArray file;
     /// What was written, or the new name.
     QByteArray data;
-    /// The mode asked for when the file was created.
+    /// What a file was opened with, and the mode asked for when it was created.
+    int flags;
     int mode;
 };
 

@@ -120,7 +120,11 @@ ToolRun runUnprivileged(const QStringList &arguments)
     return run(utf8("setpriv"), all, QByteArray());
 }
 
-bool canRunUnprivileged() { return runUnprivileged({utf8("--version")}).status == 0; }
+bool canRunUnprivileged()
+{
+    static const bool can = runUnprivileged({utf8("--version")}).status == 0;
+    return can;
+}
 
 void giveToUnprivileged(const TestDirectory &directory)
 {
