@@ -6,6 +6,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtWebKit/QWebHistory>
 #include <QtWebKitWidgets/QWebFrame>
 #include <QtWebKitWidgets/QWebView>
 
@@ -197,6 +198,8 @@ void Commands::state(const QString &)
     shown[text("text")] = view.page()->mainFrame()->toPlainText();
     shown[text("zoom")] = view.zoomFactor();
     shown[text("font")] = m_window.font();
+    shown[text("plug-ins")] = view.settings()->testAttribute(QWebSettings::PluginsEnabled);
+    shown[text("way back")] = view.history()->canGoBack();
     shown[text("local")] = m_window.isLocal(view.url());
     shown[text("mark")] = m_window.mark();
     printf("%s\n", QJsonDocument(shown).toJson(QJsonDocument::Compact).constData());

@@ -47,6 +47,7 @@ Window::Window(const QString &directory, const QByteArray &localHost)
       m_bookmarks(directory),
       m_localHost(localHost),
       m_refused(false),
+      m_userChanged(false),
       m_pages(new QStackedWidget(this)),
       m_view(new QWebView(m_pages)),
       m_bookmarksPage(new BookmarksPage(m_pages)),
@@ -157,8 +158,8 @@ void Window::changeUser()
         QWebSettings::clearMemoryCaches();
     }
     m_network.forgetConnections();
+    m_userChanged = true;
     open(m_preferences.homePage());
-    m_view->history()->clear();
 }
 
 void Window::buildTools()
@@ -214,6 +215,10 @@ void Window::takeNote(bool wentWell)
         m_refused = false;
         QTimer::singleShot(0, m_view, SLOT(reload()));
         return;
+    }
+    if (wentWell && m_userChanged) {
+        m_userChanged = false;
+        m_view->history()->clear(); // which keeps the page that is shown
     }
     if (!wentWell) {
         statusBar()->showMessage(tr("The page could not be loaded"), kMessageMilliseconds);

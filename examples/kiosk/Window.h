@@ -72,7 +72,8 @@ private:
     Visits m_visits;
     Bookmarks m_bookmarks;
     QByteArray m_localHost;
-    bool m_refused; // the page that is being loaded, until the user's answer to that
+    bool m_refused;     // the page that is being loaded, until the user's answer to that
+    bool m_userChanged; // until the first page of the next one is there
 
     QStackedWidget *m_pages;
     QWebView *m_view;

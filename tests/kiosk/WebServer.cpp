@@ -182,6 +182,9 @@ QByteArray WebServer::answer(const QByteArray &request, const QByteArray &path) 
     if (path == "/changing") {
         return shown(page(utf8("Visit %1").arg(requests("/changing").size()), "text"));
     }
+    if (path == "/bell") {
+        return shown(page(utf8("bell\x07 and start\x01"), "text"));
+    }
     if (path == "/red") {
         return shown(page(utf8("Red"), "<style>html{background:#ff0000}</style>"));
     }

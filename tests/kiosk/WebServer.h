@@ -12,6 +12,7 @@ class QTcpSocket;
  *
  *     /page?N        a page titled "Page N", with a picture
  *     /titles?N      pages with odd titles, see title()
+ *     /bell          a page whose title has characters that XML cannot carry
  *     /red           a page that is red from edge to edge
  *     /redirect      leads to /page?redirected
  *     /cookies       sets "session" for the session and "user" for a year

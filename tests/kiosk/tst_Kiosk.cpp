@@ -224,10 +224,13 @@ private slots:
     void font_isOneOfTheList();
     void scripts_runAsSwitched_data();
     void scripts_runAsSwitched();
+    void plugins_playAsSwitched_data();
+    void plugins_playAsSwitched();
     void cache_servesAsSwitched_data();
     void cache_servesAsSwitched();
     void proxy_isAskedAsSwitched_data();
     void proxy_isAskedAsSwitched();
+    void proxy_hasAPortOfItsOwnForHttps();
     void proxy_isGivenTheAccount();
     void security_offersWhatIsSwitchedOn_data();
     void security_offersWhatIsSwitchedOn();
@@ -235,6 +238,7 @@ private slots:
     void localContent_isMarked();
 
     void visits_keepAnyTitle();
+    void visits_surviveATitleThatXmlCannotCarry();
     void visits_followRedirections();
     void visits_renewAKnownPage();
     void visits_leaveOutPagesThatFail();
@@ -253,6 +257,7 @@ private slots:
     void credentials_areReplacedWhenOutdated();
     void userChange_obeysTheTimings_data();
     void userChange_obeysTheTimings();
+    void userChange_showsTheHomePageWithoutAWayBack();
 
     void restart_knowsEverything();
     void kill_leavesTheProfileWhole();
@@ -458,6 +463,24 @@ void tst_Kiosk::scripts_runAsSwitched()
     QCOMPARE(titlesIn(profile), QStringList(title));
 }
 
+void tst_Kiosk::plugins_playAsSwitched_data()
+{
+    QTest::addColumn<char>("code");
+    QTest::newRow("on") << char(1);
+    QTest::newRow("off") << char(0);
+}
+
+void tst_Kiosk::plugins_playAsSwitched()
+{
+    QFETCH(char, code);
+    TestDirectory profile;
+    changeDevice(profile,
+                 [code](VLMC_BrowserCommonSetting &device) { device.setPlayFlashInfo(code); });
+    Kiosk kiosk(profile.path());
+    QCOMPARE(kiosk.play(Commands{utf8("state")}), 0);
+    QCOMPARE(kiosk.state().value(utf8("plug-ins")).toBool(), code == 1);
+}
+
 void tst_Kiosk::cache_servesAsSwitched_data()
 {
     QTest::addColumn<char>("code");
@@ -508,6 +531,22 @@ void tst_Kiosk::proxy_isAskedAsSwitched()
                             utf8(isAsked ? "wait" : "wait-failure")};
     QCOMPARE(kiosk.play(commands), 0);
     QCOMPARE(proxy.requests("/page").size(), isAsked ? 1 : 0);
+}
+
+void tst_Kiosk::proxy_hasAPortOfItsOwnForHttps()
+{
+    TestDirectory profile;
+    const WebServer proxy;
+    const WebServer proxyForHttps;
+    useProxy(profile, proxy);
+    changeDevice(profile, [&proxyForHttps](VLMC_BrowserCommonSetting &device) {
+        device.setProxyHttpsPortStr(QString::number(proxyForHttps.serverPort()));
+    });
+    Kiosk kiosk(profile.path());
+    const Commands commands{utf8("open https://kiosk.invalid/page?1"), utf8("wait-failure")};
+    QCOMPARE(kiosk.play(commands), 0);
+    QCOMPARE(proxy.requests("").size(), 0);
+    QCOMPARE(proxyForHttps.requests("").value(0).left(25), QByteArray("CONNECT kiosk.invalid:443"));
 }
 
 void tst_Kiosk::proxy_isGivenTheAccount()
@@ -606,6 +645,17 @@ void tst_Kiosk::visits_keepAnyTitle()
     Kiosk kiosk(profile.path());
     QCOMPARE(kiosk.play(commands), 0);
     QCOMPARE(titlesIn(profile), expected);
+}
+
+void tst_Kiosk::visits_surviveATitleThatXmlCannotCarry()
+{
+    TestDirectory profile;
+    const WebServer server;
+    Kiosk kiosk(profile.path());
+    const Commands commands = visit(server.url("/page?1")) + visit(server.url("/bell"));
+    QCOMPARE(kiosk.play(commands), 0);
+    QCOMPARE(titlesIn(profile), QStringList() << utf8("bell and start") << utf8("Page 1"));
+    QCOMPARE(findingsIn(profile), QStringList());
 }
 
 void tst_Kiosk::visits_followRedirections()
@@ -872,6 +922,24 @@ void tst_Kiosk::userChange_obeysTheTimings()
     QCOMPARE(server.requests("/cached").size(), requests);
     QCOMPARE(kiosk.play(visit(server.url("/basic")) << utf8("state")), 0);
     QCOMPARE(kiosk.state().value(utf8("title")).toString(), utf8(left ? "Inside" : "Outside"));
+}
+
+void tst_Kiosk::userChange_showsTheHomePageWithoutAWayBack()
+{
+    TestDirectory profile;
+    const WebServer server;
+    changeUser(profile, [&](VLMC_BrowserUserSetting &user) {
+        user.setHomePage(server.url("/page?home"));
+        user.setStartUp(1);
+    });
+    Kiosk kiosk(profile.path());
+    const Commands commands =
+        visit(server.url("/page?1")) + visit(server.url("/page?2"))
+        + Commands{utf8("state"), utf8("change-user"), utf8("wait"), utf8("state")};
+    QCOMPARE(kiosk.play(commands), 0);
+    QCOMPARE(kiosk.state(0).value(utf8("way back")).toBool(), true);
+    QCOMPARE(kiosk.state(1).value(utf8("way back")).toBool(), false);
+    QCOMPARE(kiosk.state(1).value(utf8("title")).toString(), utf8("Page home"));
 }
 
 void tst_Kiosk::restart_knowsEverything()
