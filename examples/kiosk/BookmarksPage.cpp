@@ -9,7 +9,8 @@
 namespace
 {
 const QSize kPictureSize(160, 120);
-const QSize kCellSize(200, 170);
+const QSize kCellSize(200, 190); // two lines of title below the picture
+const int kGap = 10;
 
 QIcon pictureOf(VLMS_Bookmark &bookmark)
 {
@@ -34,7 +35,6 @@ BookmarksPage::BookmarksPage(QWidget *parent) : QListWidget(parent)
     setGridSize(kCellSize);
     setMovement(QListView::Static);
     setResizeMode(QListView::Adjust);
-    setUniformItemSizes(true);
     setWordWrap(true);
     connect(this, &QListWidget::itemActivated, this,
             [this](QListWidgetItem *item) { emit chosen(item->data(Qt::UserRole).toUrl()); });
@@ -51,6 +51,7 @@ void BookmarksPage::refresh()
                 new QListWidgetItem(pictureOf(bookmark), bookmark.title, this);
             item->setData(Qt::UserRole, QUrl(bookmark.url));
             item->setToolTip(bookmark.url);
+            item->setSizeHint(kCellSize - QSize(kGap, kGap));
         }
     }
 }

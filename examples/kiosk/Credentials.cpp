@@ -65,7 +65,8 @@ void Credentials::answer(QNetworkReply *reply, QAuthenticator *authenticator)
     if (reply->property(kAnswered).toBool()) {
         return;
     }
-    VLMS_AuthInfo info = m_entered.value(originOf(reply->url()), VLMS_AuthInfo());
+    const VLMS_AuthInfo none = {};
+    VLMS_AuthInfo info = m_entered.value(originOf(reply->url()), none);
     const int id = find(reply->url().host(), portOf(reply->url()));
     if (info.hostName.isEmpty() && !VLMC_AuthSetting::getInstance()->getAuthInfo(id, &info)) {
         return;
@@ -82,13 +83,14 @@ void Credentials::lookAtOutcome(QNetworkReply *reply)
         m_entered.remove(origin);
         ask(reply);
     } else if (reply->property(kAnswered).toBool() && m_entered.contains(origin)) {
-        keep(m_entered.take(origin));
+        keep(*m_entered.constFind(origin));
+        m_entered.remove(origin);
     }
 }
 
 void Credentials::ask(QNetworkReply *reply)
 {
-    VLMS_AuthInfo info = VLMS_AuthInfo();
+    VLMS_AuthInfo info = {};
     info.hostName = reply->url().host();
     info.portNum = portOf(reply->url());
     info.authType = schemeOf(reply);
@@ -117,7 +119,7 @@ int Credentials::find(const QString &host, const QString &port) const
 {
     VLMC_AuthSetting *const store = VLMC_AuthSetting::getInstance();
     for (int id = 0; id < store->getAuthInfoCnt(); ++id) {
-        VLMS_AuthInfo info = VLMS_AuthInfo();
+        VLMS_AuthInfo info = {};
         if (store->getAuthInfo(id, &info) && info.hostName == host && info.portNum == port) {
             return id;
         }
