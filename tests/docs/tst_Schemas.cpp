@@ -86,7 +86,7 @@ void saveBookmarks(QString directory)
     int lastNumber = 0;
     store.loadBookmark(&directory, kMax, lastNumber);
     for (int i = 0; i < kEntries; ++i) {
-        VLMS_Bookmark bookmark = {fullOfKana(300), full(256), full(256)};
+        VLMS_Bookmark bookmark = {i % 2 ? full(300) : fullOfKana(300), full(256), full(256)};
         store.setBookmark(&bookmark, char(i % 2));
     }
     VLMS_Bookmark empty;
@@ -305,6 +305,7 @@ void addWrongBookmarks()
           letters(257));
     wrong(title, "a title of 101 characters", "地図", letters(101));
     wrong(title, "a whole thumbnail path", "000002.PNG", "thumbnail/000002.PNG");
+    wrong(title, "a thumbnail with seven digits", "000002.PNG", "1000002.PNG");
     wrong(title, "no thumbnail", "<thumbnail>000002.PNG</thumbnail>", "");
     wrong(title, "two titles", "<title>", "<title>a</title><title>");
     wrong(title, "an entry of another name", "<bookmark id=\"000\">",
@@ -342,6 +343,7 @@ void addWrongCookies()
     const char *const title = "Cookie XML";
     wrong(title, "a negative id", "id=\"000\"", "id=\"-01\"");
     wrong(title, "another word for secure", "true", "yes");
+    wrong(title, "a word with a blank", ">true<", "> true<");
     wrong(title, "an empty secure", "<secure>true</secure>", "<secure/>");
     wrong(title, "an expiry without seconds", "07:28:00", "07:28");
     wrong(title, "an expiry with a zone", "07:28:00", "07:28:00Z");
