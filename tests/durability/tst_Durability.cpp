@@ -4,7 +4,6 @@
 #include "tests/durability/SavedStores.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/SavedDocuments.h"
 #include "tests/support/SystemCalls.h"
 
 #include <QtCore/QBuffer>
@@ -600,7 +599,6 @@ void tst_Durability::save_survivesPowerCutAtEveryCall()
 // up, and once with the same one.
 void tst_Durability::save_survivesAnotherSaverAtEveryCall()
 {
-    const ForeignDocuments ofTheOtherSaver;
     QFETCH(int, row);
     QFETCH(int, before);
     Case save(kStores[row], before);
