@@ -8,6 +8,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QFileInfo>
+#include <QtCore/QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -37,7 +38,7 @@ void changeOne(VLMC_HistorySetting &store, int round)
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
+    QCoreApplication application(argc, argv);
     g_uc_SystemLogLevel = 0;
     Profile profile;
     writeHistory(profile, kEntries);
@@ -51,18 +52,27 @@ int main(int argc, char **argv)
     const qint64 settled = heapInUse() - before;
 
     qint64 afterFirst = 0;
-    for (int round = 0; round < kRounds; ++round) {
-        store.loadHistory(profile.pathPointer(), kEntries);
-        changeOne(store, round);
-        store.saveHistory(profile.pathPointer(), kEntries);
-        runDeferredDeletes();
+    int round = 0;
+    QTimer idle;
+    QObject::connect(&idle, &QTimer::timeout, [&]() {
+        // What the round before let go of is gone by now.
         if (round == kRounds / 10) {
             afterFirst = heapInUse();
         }
-    }
+        if (round == kRounds) {
+            application.quit();
+            return;
+        }
+        store.loadHistory(profile.pathPointer(), kEntries);
+        changeOne(store, round);
+        store.saveHistory(profile.pathPointer(), kEntries);
+        ++round;
+    });
+    idle.start(0);
+    application.exec();
     printf("{\"fileBytes\": %lld, \"loadedBytes\": %lld, \"settledBytes\": %lld, "
-           "\"growthBytes\": %lld}\n",
+           "\"growthBytes\": %lld, \"rounds\": %d}\n",
            (long long)fileSize, (long long)loaded, (long long)settled,
-           (long long)(heapInUse() - afterFirst));
+           (long long)(heapInUse() - afterFirst), kRounds - kRounds / 10);
     return 0;
 }

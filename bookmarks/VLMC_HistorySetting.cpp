@@ -34,15 +34,10 @@ void setText(VLMC_XMLNode *node, const QString &text)
     }
 }
 
-bool isNamed(const VLMC_XMLNode *node, const char *name)
-{
-    return NodeView::name(*node) == QLatin1String(name);
-}
-
 // True for an element of this name without attributes and children whose text, if any, is plain.
 bool isPlainField(VLMC_XMLNode *node, const char *name)
 {
-    return isNamed(node, name) && node->getTextType() == PlainText
+    return NodeView::isNamed(*node, QLatin1String(name)) && node->getTextType() == PlainText
            && NodeView::children(*node).isEmpty() && NodeView::attributes(*node).isEmpty();
 }
 
@@ -50,7 +45,7 @@ bool isPlainField(VLMC_XMLNode *node, const char *name)
 bool isPlainEntry(VLMC_XMLNode *entry, bool hasTime)
 {
     const QList<VLMC_XMLNode *> &fields = NodeView::children(*entry);
-    return isNamed(entry, kPageInfo) && entry->getText().isEmpty()
+    return NodeView::isNamed(*entry, QLatin1String(kPageInfo)) && entry->getText().isEmpty()
            && entry->getTextType() == PlainText && fields.size() == 3
            && isPlainField(fields.at(0), kTitle) && isPlainField(fields.at(1), kUrl)
            && isPlainField(fields.at(2), kDateTime)

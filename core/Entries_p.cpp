@@ -9,8 +9,6 @@
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
 
-#include <algorithm>
-
 namespace
 {
 const char kDocInfo[] = "docInfo";
@@ -22,16 +20,6 @@ struct Names {
     QMutex mutex;
     QHash<QByteArray, QString> texts;
 };
-
-// The lengths tell most names apart, and names are too short for a call of Qt's comparison.
-bool isNamed(const VLMC_XMLNode &node, QLatin1String name)
-{
-    const QString &ofNode = vlm::NodeView::name(node);
-    const int size = int(name.size());
-    return int(ofNode.size()) == size
-           && std::equal(name.data(), name.data() + size, ofNode.constData(),
-                         [](char left, QChar right) { return QLatin1Char(left) == right; });
-}
 } // namespace
 
 QXmlStreamAttributes vlm::oneAttribute(const char *name, const QString &value)
@@ -41,7 +29,6 @@ QXmlStreamAttributes vlm::oneAttribute(const char *name, const QString &value)
     return attributes;
 }
 
-// Names are ASCII, and so the same in Latin-1, which compares without a conversion.
 VLMC_XMLNode *vlm::childNamed(VLMC_XMLNode *parent, QLatin1String name)
 {
     if (!parent) {
@@ -49,7 +36,7 @@ VLMC_XMLNode *vlm::childNamed(VLMC_XMLNode *parent, QLatin1String name)
     }
     const QList<VLMC_XMLNode *> &children = NodeView::children(*parent);
     for (VLMC_XMLNode *const child : children) {
-        if (child && isNamed(*child, name)) {
+        if (child && NodeView::isNamed(*child, name)) {
             return child;
         }
     }

@@ -3,6 +3,8 @@
 
 #include "core/VLMC_XMLNode.h"
 
+#include <algorithm>
+
 namespace vlm
 {
 // What the library reads of a node. The node's own accessors lend out references that callers may
@@ -17,6 +19,17 @@ public:
     }
 
     static const QString &name(const VLMC_XMLNode &node) { return node.m_name; }
+
+    // Names are ASCII, and so the same in Latin-1, which compares without a conversion. The lengths
+    // tell most names apart, and names are too short for a call of Qt's comparison.
+    static bool isNamed(const VLMC_XMLNode &node, QLatin1String name)
+    {
+        const QString &ofNode = node.m_name;
+        const int size = int(name.size());
+        return int(ofNode.size()) == size
+               && std::equal(name.data(), name.data() + size, ofNode.constData(),
+                             [](char left, QChar right) { return QLatin1Char(left) == right; });
+    }
 
     static const QXmlStreamAttributes &attributes(const VLMC_XMLNode &node)
     {

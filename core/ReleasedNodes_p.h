@@ -16,6 +16,8 @@ public:
     ReleasedNodes() {}
     ~ReleasedNodes() override;
 
+    void reserve(int nodes) { m_nodes.reserve(nodes); }
+
     // As node's own deleteLater(), once this object's deleteLater() was called.
     void add(VLMC_XMLNode *node);
 

@@ -8,7 +8,8 @@ const char *patternOf(vlm::TimeText form)
 }
 
 // Qt's own parser takes a one-digit hour on one of its versions, so every place is checked here: a
-// letter of the pattern stands for an ASCII digit, anything else for itself.
+// letter of the pattern, which ASCII has behind its other characters, stands for a digit, anything
+// else for itself.
 bool matches(const QString &text, const char *pattern)
 {
     if (text.size() != int(qstrlen(pattern))) {
@@ -16,8 +17,7 @@ bool matches(const QString &text, const char *pattern)
     }
     for (int i = 0; pattern[i]; ++i) {
         const ushort unit = text.at(i).unicode();
-        const bool wantsDigit = QChar::fromLatin1(pattern[i]).isLetter();
-        if (wantsDigit ? unit < '0' || unit > '9' : unit != static_cast<uchar>(pattern[i])) {
+        if (pattern[i] >= 'A' ? unit < '0' || unit > '9' : unit != static_cast<uchar>(pattern[i])) {
             return false;
         }
     }
@@ -57,6 +57,18 @@ bool isStraight(const QDate &date)
     return start.isValid() && end.isValid() && start.secsTo(end) == secondsOfDay;
 }
 
+// yyyyMMdd
+int dayIn(const QString &text)
+{
+    return numberAt(text, 0, 4) * 10000 + numberAt(text, 5, 2) * 100 + numberAt(text, 8, 2);
+}
+
+// yyyyMMddhhmm
+qint64 digitsIn(const QString &text)
+{
+    return dayIn(text) * 10000LL + numberAt(text, 11, 2) * 100 + numberAt(text, 14, 2);
+}
+
 QDate dateIn(const QString &text)
 {
     return QDate(numberAt(text, 0, 4), numberAt(text, 5, 2), numberAt(text, 8, 2));
@@ -91,24 +103,24 @@ QDateTime vlm::timeOfText(const QString &text, TimeText form)
 // do. A time in a gap counts as what the clock showed instead.
 qint64 vlm::ClockOrder::of(const QString &text)
 {
-    if (!matches(text, patternOf(ToMinute)) || !dateIn(text).isValid()
-        || !timeIn(text, ToMinute).isValid()) {
+    if (!matches(text, patternOf(ToMinute)) || !timeIn(text, ToMinute).isValid()) {
         return NoTime;
     }
-    const QString shown =
-        mayHaveGap(dateIn(text))
-            ? textOfTime(timeOfText(text, ToMinute).toUTC().toLocalTime(), ToMinute)
-            : text;
-    return numberAt(shown, 0, 4) * 100000000LL + numberAt(shown, 5, 2) * 1000000LL
-           + numberAt(shown, 8, 2) * 10000LL + numberAt(shown, 11, 2) * 100LL
-           + numberAt(shown, 14, 2);
+    const int day = dayIn(text);
+    if (day != m_day) {
+        m_day = day;
+        lookAt(dateIn(text));
+    }
+    if (!m_isValid) {
+        return NoTime;
+    }
+    return m_mayHaveGap
+               ? digitsIn(textOfTime(timeOfText(text, ToMinute).toUTC().toLocalTime(), ToMinute))
+               : digitsIn(text);
 }
 
-bool vlm::ClockOrder::mayHaveGap(const QDate &date)
+void vlm::ClockOrder::lookAt(const QDate &date)
 {
-    if (date != m_date) {
-        m_date = date;
-        m_mayHaveGap = !isStraight(date);
-    }
-    return m_mayHaveGap;
+    m_isValid = date.isValid();
+    m_mayHaveGap = m_isValid && !isStraight(date);
 }

@@ -30,9 +30,10 @@ public:
     qint64 of(const QString &text);
 
 private:
-    bool mayHaveGap(const QDate &date);
+    void lookAt(const QDate &date);
 
-    QDate m_date;
+    int m_day = 0; // its digits, yyyyMMdd
+    bool m_isValid = false;
     bool m_mayHaveGap = false;
 };
 } // namespace vlm

@@ -129,6 +129,7 @@ int VLMC_XMLNode::releaseChildren()
     m_numbered = false;
     vlm::ReleasedNodes *const released = new vlm::ReleasedNodes;
     released->deleteLater();
+    released->reserve(int(children.size()));
     for (VLMC_XMLNode *const child : children) {
         if (!child) {
             m_children.append(child);

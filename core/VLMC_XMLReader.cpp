@@ -20,27 +20,29 @@ const int kMaxDefaulted = 4096;
 
 VLMC_XMLNode *emptyNode() { return new VLMC_XMLNode(nullptr, vlm::AtEnd); }
 
-// A document repeats a handful of element names; nodes share them.
+// A document repeats a handful of element names, mostly in the same order; nodes share them.
 class NamesSeen
 {
 public:
     template <typename Name>
     QString shared(const Name &name)
     {
-        for (const QString &seen : m_names) {
-            if (seen == name) {
-                return seen;
+        for (int i = 0; i < m_count; ++i) {
+            m_last = m_last + 1 < m_count ? m_last + 1 : 0;
+            if (m_names[m_last] == name) {
+                return m_names[m_last];
             }
         }
-        m_next = (m_next + 1) % kNames;
-        m_names[m_next] = name.toString();
-        return m_names[m_next];
+        m_last = m_count < kNames ? m_count++ : (m_last + 1) % kNames;
+        m_names[m_last] = name.toString();
+        return m_names[m_last];
     }
 
 private:
     static const int kNames = 8;
     QString m_names[kNames];
-    int m_next = 0;
+    int m_count = 0;
+    int m_last = -1;
 };
 
 // Spares memory: the reader's set has room for many more attributes, and the entries of a store
@@ -54,7 +56,9 @@ void share(QXmlStreamAttributes &attributes, int position)
     }
 }
 
-VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes &attributes,
+// Keeps no hold on the reader's set of attributes, which it would then have to make anew for the
+// next tag.
+VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes attributes,
                              VLMC_XMLNode *parent, NamesSeen &names)
 {
     VLMC_XMLNode *const node = new VLMC_XMLNode(parent, vlm::AtEnd);
@@ -150,8 +154,7 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
 VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
 {
     NamesSeen names;
-    QXmlStreamAttributes ofTag = attributes();
-    VLMC_XMLNode *const element = nodeOfStartTag(*this, ofTag, parent, names);
+    VLMC_XMLNode *const element = nodeOfStartTag(*this, attributes(), parent, names);
     VLMC_XMLNode *open = element;
     int defaulted = 0;
     while (!atEnd()) {
@@ -167,14 +170,13 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
             readText(open);
         }
         if (token == StartElement) {
-            ofTag = attributes();
             // One declaration would otherwise fill as much memory as there are elements.
-            defaulted += defaultedIn(ofTag);
+            defaulted += defaultedIn(attributes());
             if (defaulted > kMaxDefaulted) {
                 raiseError();
                 break;
             }
-            open = nodeOfStartTag(*this, ofTag, open, names);
+            open = nodeOfStartTag(*this, attributes(), open, names);
         }
     }
     return element;
