@@ -21,6 +21,12 @@ void release(VLMC_XMLNode *node)
         node->deleteLater();
     }
 }
+
+// True for most elements of one name, which share it, without a look at its characters.
+bool isOneString(const QString &left, const QString &right)
+{
+    return left.constData() == right.constData() && left.size() == right.size();
+}
 } // namespace
 
 VLMC_XMLSetting::VLMC_XMLSetting() : root(nullptr) {}
@@ -68,8 +74,12 @@ int VLMC_XMLSetting::getXMLRootNodeChildCntByName(QString &attributeName, QStrin
     }
     const QList<VLMC_XMLNode *> children = vlm::childrenById(*root, attributeName, getXMLNodeCnt());
     int found = 0;
+    const QString *same = &name;
     for (VLMC_XMLNode *const child : children) {
-        if (child && vlm::NodeView::name(*child) == name) {
+        if (child
+            && (isOneString(vlm::NodeView::name(*child), *same)
+                || vlm::NodeView::name(*child) == name)) {
+            same = &vlm::NodeView::name(*child);
             ++found;
         }
     }
