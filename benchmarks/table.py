@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Prints the ratios of one run of the benchmarks as a Markdown table.
 
-table.py TIMES.json MEMORY.json STRIPPED.so
+table.py TIMES.json MEMORY.json STARTS.txt STRIPPED.so
 """
 
 import json
 import math
 import os
+import statistics
 import sys
 
 FULL = 999
@@ -64,8 +65,8 @@ def row(*cells):
 
 
 def main():
-    if len(sys.argv) != 4:
-        sys.exit("table.py: give the times, the memory figures and the stripped library")
+    if len(sys.argv) != 5:
+        sys.exit("table.py: give the times, the memory figures, the starts and the stripped library")
     times = medians(sys.argv[1])
     with open(sys.argv[2], encoding="utf-8") as file:
         memory = json.load(file)
@@ -97,8 +98,15 @@ def main():
     least = memory["rounds"] * 32
     row(f"heap growth over {memory['rounds']} rounds of load, change, save",
         str(memory["growthBytes"]), "", f"under {least}", verdict(memory["growthBytes"], least - 1))
-    stripped = os.path.getsize(sys.argv[3])
+    stripped = os.path.getsize(sys.argv[4])
     row("stripped library", str(stripped), "", "409600", verdict(stripped, 400 * 1024))
+    print()
+    with open(sys.argv[3], encoding="utf-8") as file:
+        start = statistics.median(int(line) for line in file)
+    row("start", "median", "at most", "met")
+    row(*["---"] * 4)
+    row("loading the library where Qt is loaded", f"{start / 1e3:.0f} us", "1000 us",
+        verdict(start, 1e6))
 
 
 if __name__ == "__main__":
