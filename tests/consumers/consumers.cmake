@@ -45,7 +45,14 @@ if(TARGET velmora-profile AND LINTIAN AND DPKG_SHLIBDEPS AND VELMORA_QT_MAJOR EQ
       ${PROJECT_BINARY_DIR} ${CMAKE_INSTALL_LIBDIR} ${CMAKE_CURRENT_BINARY_DIR}/packages)
   set_tests_properties(packages PROPERTIES
     TIMEOUT 600
-    ENVIRONMENT "CMAKE=${CMAKE_COMMAND};CXX=${CMAKE_CXX_COMPILER};CXXFLAGS=${CMAKE_CXX_FLAGS};QMAKE=;STANDARD=${standard};LC_ALL=C.UTF-8;QT_QPA_PLATFORM=offscreen")
+    ENVIRONMENT "CMAKE=${CMAKE_COMMAND};CXX=${CMAKE_CXX_COMPILER};CXXFLAGS=${CMAKE_CXX_FLAGS};QMAKE=;STANDARD=${standard};LC_ALL=C.UTF-8;QT_QPA_PLATFORM=offscreen"
+    FIXTURES_SETUP debian_packages)
+  add_test(NAME packages_fresh_root
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/packages/fresh-root.sh ${CMAKE_CURRENT_BINARY_DIR}/packages)
+  # It mostly waits, so it had better begin early.
+  set_tests_properties(packages packages_fresh_root PROPERTIES COST 1000)
+  set_tests_properties(packages_fresh_root PROPERTIES
+    TIMEOUT 1200 SKIP_RETURN_CODE 77 FIXTURES_REQUIRED debian_packages)
 else()
   message(STATUS "The Debian packages go untested in this build")
 endif()

@@ -18,7 +18,10 @@ cd "$folder"
   exit 1
 }
 test "$(ls ./*.deb | wc -l)" -eq 3
-lintian --fail-on error,warning ./*.deb 2>lintian.err || {
+# A build for another place than /usr has its libraries in lib/ itself; scripts/package, which builds
+# for /usr, asks for this one too.
+lintian --fail-on error,warning --suppress-tags pkg-config-unavailable-for-cross-compilation \
+  ./*.deb 2>lintian.err || {
   cat lintian.err
   exit 1
 }
