@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <poll.h>
 #include <sys/signalfd.h>
+#include <sys/time.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -12,6 +13,8 @@ namespace
 {
 const qint64 kQuietMilliseconds = 1000;
 const qint64 kMillisecondsBetweenSteps = 100;
+
+const int kSecondsForReading = 10;
 
 const char kControlPictures[] = "\xe2\x90\x80"; // U+2400, the picture of NUL; the others follow it
 
@@ -110,6 +113,23 @@ bool readLine(QByteArray *line)
     }
     return !interruption.waits();
 }
+
+// A handler may call little, and nothing that could wait for the code it interrupts.
+void endTool(int)
+{
+    const char kLine[] = "velmora-profile: reading the file takes too long; nothing was changed, "
+                         "look at what it is\n";
+    const ssize_t written = write(STDERR_FILENO, kLine, sizeof kLine - 1);
+    Q_UNUSED(written)
+    _exit(profile::Failed);
+}
+
+// The processor's time, not the clock's: a busy machine is no reason to give up. 0 stops it.
+void startTimer(int seconds)
+{
+    itimerval time = {{0, 0}, {seconds, 0}};
+    setitimer(ITIMER_VIRTUAL, &time, nullptr);
+}
 } // namespace
 
 QString profile::text(const char *utf8) { return QString::fromUtf8(utf8); }
@@ -196,6 +216,14 @@ void profile::Progress::step()
             static_cast<long long>(m_total));
     fflush(stderr);
 }
+
+profile::Deadline::Deadline()
+{
+    signal(SIGVTALRM, endTool);
+    startTimer(kSecondsForReading);
+}
+
+profile::Deadline::~Deadline() { startTimer(0); }
 
 profile::Uninterrupted::Uninterrupted() : m_before()
 {

@@ -57,6 +57,17 @@ private:
     QElapsedTimer m_timer;
 };
 
+// While one lives, reading may take the processor's time that any honest file is read in many times
+// over; then the tool ends with a line that says so. Nothing may have been written yet.
+class Deadline
+{
+public:
+    Deadline();
+    ~Deadline();
+    Deadline(const Deadline &) = delete;
+    Deadline &operator=(const Deadline &) = delete;
+};
+
 // While one lives, Ctrl-C and its like wait: a file that is being written is finished first. One
 // may live in another's time.
 class Uninterrupted

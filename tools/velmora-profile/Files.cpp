@@ -14,6 +14,8 @@ namespace
 {
 using namespace profile;
 
+const qint64 kPieceBytes = 1024 * 1024;
+
 bool isControl(ushort code)
 {
     return (code < 0x20 && code != 0x09 && code != 0x0a) || (code & 0xfffe) == 0xfffe
@@ -21,7 +23,7 @@ bool isControl(ushort code)
 }
 } // namespace
 
-bool profile::readFile(const QString &path, QByteArray *content)
+bool profile::readFile(const QString &path, QByteArray *content, qint64 maxBytes)
 {
     QFile file(path);
     const bool isOpen =
@@ -30,7 +32,21 @@ bool profile::readFile(const QString &path, QByteArray *content)
         warn(text("'%1' cannot be read: %2").arg(path, file.errorString()));
         return false;
     }
-    *content = file.readAll();
+    // Read piece by piece: some files tell no size, and some have no end.
+    QByteArray piece;
+    while (content->size() <= maxBytes && !(piece = file.read(kPieceBytes)).isEmpty()) {
+        *content += piece;
+    }
+    if (file.error() != QFile::NoError) {
+        warn(text("'%1' cannot be read: %2").arg(path, file.errorString()));
+        return false;
+    }
+    if (content->size() > maxBytes) {
+        warn(text("'%1' is larger than %2 MiB; nothing was changed")
+                 .arg(path)
+                 .arg(maxBytes / (1024 * 1024)));
+        return false;
+    }
     return true;
 }
 

@@ -10,8 +10,13 @@
 // Files beside the profile's, and what reading and writing them has in common.
 namespace profile
 {
-// The file whole, "-" for standard input. False, and said so, when it cannot be read.
-bool readFile(const QString &path, QByteArray *content);
+// What is read at most. The library saves no larger document; an import has files of browsers,
+// whose lists are far below even with all their icons.
+const qint64 kMaxFileBytes = 256 * 1024 * 1024;
+const qint64 kMaxImportBytes = 64 * 1024 * 1024;
+
+// The file whole, "-" for standard input. False, and said so, when it cannot be read or is larger.
+bool readFile(const QString &path, QByteArray *content, qint64 maxBytes = kMaxFileBytes);
 
 // Replaces the file as a whole, "-" for standard output; a new file is the owner's alone when
 // asked. False, and said so, when it cannot be written; the file is then as it was.

@@ -102,6 +102,12 @@ void sayBookmarksAsJson(const QList<VLMC_XMLNode *> &entries)
     sayJson(array);
 }
 
+BookmarkImport read(const QByteArray &content)
+{
+    const Deadline deadline;
+    return readBookmarks(content);
+}
+
 int sayImported(const Call &call, const BookmarkImport &import, int added,
                 const QList<Loss> &losses)
 {
@@ -190,10 +196,10 @@ int profile::removeBookmark(const Call &call)
 int profile::importBookmarks(const Call &call)
 {
     QByteArray content;
-    if (!readFile(call.path(call.operands.at(0)), &content)) {
+    if (!readFile(call.path(call.operands.at(0)), &content, kMaxImportBytes)) {
         return Failed;
     }
-    const BookmarkImport import = readBookmarks(content);
+    const BookmarkImport import = read(content);
     if (!import.error.isEmpty()) {
         return fail(text("'%1': %2; nothing was changed").arg(call.operands.at(0), import.error));
     }

@@ -129,22 +129,26 @@ QList<Loss> lossesOfIni(const Document &document)
     return losses;
 }
 
-bool isSameCookie(const QNetworkCookie &one, const QNetworkCookie &other)
+// Equal for cookies that take each other's place.
+QByteArray identifierOf(const QNetworkCookie &cookie)
 {
-    return one.hasSameIdentifier(other);
+    return cookie.name() + '\n' + cookie.domain().toUtf8() + '\n' + cookie.path().toUtf8();
 }
 
 // Replaces those that have the same name, domain and path, and appends the others.
 QList<QNetworkCookie> merged(QList<QNetworkCookie> cookies, const QList<QNetworkCookie> &added)
 {
+    QHash<QByteArray, int> positions;
+    for (int i = int(cookies.size()) - 1; i >= 0; --i) {
+        positions.insert(identifierOf(cookies.at(i)), i);
+    }
     for (const QNetworkCookie &cookie : added) {
-        const auto same =
-            std::find_if(cookies.begin(), cookies.end(), [&cookie](const QNetworkCookie &other) {
-                return isSameCookie(cookie, other);
-            });
-        if (same != cookies.end()) {
-            *same = cookie;
+        const QByteArray identifier = identifierOf(cookie);
+        const int position = positions.value(identifier, int(cookies.size()));
+        if (position < cookies.size()) {
+            cookies[position] = cookie;
         } else {
+            positions.insert(identifier, position);
             cookies.append(cookie);
         }
     }
@@ -163,6 +167,12 @@ QList<QNetworkCookie> keptByIni(CookieImport *import)
         }
     }
     return kept;
+}
+
+CookieImport read(const QByteArray &content)
+{
+    const Deadline deadline;
+    return readCookiesTxt(content);
 }
 
 int sayImported(const Call &call, int added, const QList<Loss> &losses)
@@ -264,10 +274,10 @@ int profile::cookiesToIni(const Call &call)
 int profile::importCookies(const Call &call)
 {
     QByteArray content;
-    if (!readFile(call.path(call.operands.at(0)), &content)) {
+    if (!readFile(call.path(call.operands.at(0)), &content, kMaxImportBytes)) {
         return Failed;
     }
-    CookieImport import = readCookiesTxt(content);
+    CookieImport import = read(content);
     if (!import.error.isEmpty()) {
         return fail(text("'%1': %2; nothing was changed").arg(call.operands.at(0), import.error));
     }

@@ -1,7 +1,16 @@
 #include "tools/velmora-profile/formats/Bookmarks.h"
 
+#include "tools/velmora-profile/formats/Encoding.h"
+
 namespace
 {
+bool isBlank(QChar character)
+{
+    return character == QLatin1Char(' ') || character == QLatin1Char('\t')
+           || character == QLatin1Char('\n') || character == QLatin1Char('\r')
+           || character == QLatin1Char('\f');
+}
+
 bool isHalfSurrogate(const QString &text, int position)
 {
     const QChar unit = text.at(position);
@@ -13,10 +22,8 @@ bool isHalfSurrogate(const QString &text, int position)
 
 bool isUnwritable(const QString &text, int position)
 {
-    const ushort unit = text.at(position).unicode();
-    const bool isControl = (unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r')
-                           || (unit >= 0x7F && unit < 0xA0);
-    return isControl || unit >= 0xFFFE || (unit >= 0xFDD0 && unit <= 0xFDEF)
+    const QChar unit = text.at(position);
+    return (unit.unicode() < 0x20 && !isBlank(unit)) || unit.unicode() >= 0xFFFE
            || isHalfSurrogate(text, position);
 }
 } // namespace
@@ -24,6 +31,24 @@ bool isUnwritable(const QString &text, int position)
 QString profile::nameOf(const BookmarkRecord &bookmark)
 {
     return bookmark.title.isEmpty() ? bookmark.url : bookmark.title;
+}
+
+QString profile::folded(const QString &text)
+{
+    QString kept;
+    bool follows = false;
+    for (const QChar character : text) {
+        if (isBlank(character)) {
+            follows = !kept.isEmpty();
+            continue;
+        }
+        if (follows) {
+            kept += QLatin1Char(' ');
+            follows = false;
+        }
+        kept += character;
+    }
+    return kept;
 }
 
 QString profile::writable(const QString &text)
@@ -34,7 +59,7 @@ QString profile::writable(const QString &text)
             kept += text.at(i);
         }
     }
-    return kept.simplified();
+    return folded(kept);
 }
 
 void profile::loseUnwritable(const BookmarkRecord &bookmark, QList<Loss> *losses)
@@ -44,15 +69,123 @@ void profile::loseUnwritable(const BookmarkRecord &bookmark, QList<Loss> *losses
     }
 }
 
+profile::BookmarkTree::BookmarkTree(const char *format) { m_import.format = text(format); }
+
+void profile::BookmarkTree::openFolder(const QString &name)
+{
+    if (m_open.size() == kMaxFolderDepth) {
+        refuse(text("it has over %1 folders one in the other").arg(kMaxFolderDepth));
+        return;
+    }
+    m_open.append({name, false});
+    if (!name.isEmpty()) {
+        m_path.append(name);
+    }
+}
+
+void profile::BookmarkTree::nameFolder(const QString &name)
+{
+    if (m_open.isEmpty() || name.isEmpty()) {
+        return;
+    }
+    if (!m_open.last().name.isEmpty()) {
+        m_path.removeLast();
+    }
+    m_open.last().name = name;
+    m_path.append(name);
+}
+
+void profile::BookmarkTree::closeFolder()
+{
+    if (m_open.isEmpty()) {
+        return;
+    }
+    const Folder closed = m_open.takeLast();
+    if (!closed.name.isEmpty()) {
+        m_path.removeLast();
+    }
+    if (!closed.holdsBookmark && !closed.name.isEmpty()) {
+        lose(closed.name, text("there is no place for an empty folder"));
+    }
+    if (closed.holdsBookmark && !m_open.isEmpty()) {
+        m_open.last().holdsBookmark = true;
+    }
+}
+
+void profile::BookmarkTree::add(const QString &title, const QString &url, const QStringList &lost)
+{
+    const BookmarkRecord bookmark = {title, url, m_path};
+    if (url.isEmpty()) {
+        lose(title, text("it has no address"));
+        return;
+    }
+    if (m_import.bookmarks.size() == kMaxImported) {
+        refuse(text("it has over %1 bookmarks").arg(kMaxImported));
+        return;
+    }
+    m_import.bookmarks.append(bookmark);
+    loseFields(nameOf(bookmark), lost);
+    if (!m_open.isEmpty()) {
+        m_open.last().holdsBookmark = true;
+    }
+}
+
+void profile::BookmarkTree::lose(const QString &entry, const QString &reason)
+{
+    if (m_import.losses.size() == kMaxImported) {
+        refuse(text("over %1 parts of it have no place in a profile").arg(kMaxImported));
+        return;
+    }
+    m_import.losses.append({entry, reason});
+}
+
+void profile::BookmarkTree::loseFields(const QString &entry, const QStringList &lost)
+{
+    if (!lost.isEmpty()) {
+        lose(entry, text("its ") + lost.join(text(", ")));
+    }
+}
+
+// The first refusal is the reason for all that follow.
+void profile::BookmarkTree::refuse(const QString &error)
+{
+    if (!isRefused()) {
+        m_import.error = error;
+    }
+}
+
+bool profile::BookmarkTree::isRefused() const { return !m_import.error.isEmpty(); }
+
+profile::BookmarkImport profile::BookmarkTree::finished()
+{
+    while (!m_open.isEmpty()) {
+        closeFolder();
+    }
+    return m_import;
+}
+
+profile::BookmarkImport profile::refused(const QString &error)
+{
+    BookmarkImport import;
+    import.error = error;
+    return import;
+}
+
 profile::BookmarkImport profile::readBookmarks(const QByteArray &content)
 {
-    if (looksLikeXbel(content)) {
-        return readXbel(content);
+    const QByteArray named = encodingOfXml(content);
+    const QByteArray encoding = named.isEmpty() ? QByteArray("utf-8") : named;
+    const Decoded xml = decoded(content, encoding);
+    if (!xml.isKnown) {
+        return refused(text("its encoding '%1' is not known").arg(QString::fromUtf8(encoding)));
     }
-    if (looksLikeNetscape(content)) {
-        return readNetscape(content);
+    const QString document = QString::fromUtf8(xml.utf8);
+    if (looksLikeXbel(document)) {
+        return xml.replaced == 0 ? readXbel(document)
+                                 : refused(text("it is damaged: it holds bytes that are no %1")
+                                               .arg(QString::fromUtf8(encoding)));
     }
-    BookmarkImport import;
-    import.error = text("it holds neither Netscape HTML nor XBEL bookmarks");
-    return import;
+    return looksLikeNetscape(content)
+               ? readNetscape(content)
+               : refused(text("it holds neither Netscape HTML nor XBEL bookmarks"));
 }

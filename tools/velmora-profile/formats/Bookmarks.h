@@ -11,18 +11,57 @@ QString text(const char *utf8);
 // How a bookmark is called where its losses are listed.
 QString nameOf(const BookmarkRecord &bookmark);
 
-// A text as XML and HTML can carry it: no control characters, no half surrogates, blanks at the
-// ends and runs of blanks as the readers of these formats fold them.
+// Runs of blanks as one and none at the ends, as readers of these formats fold them: their blanks
+// are those of ASCII, an ideographic one is a character of the text.
+QString folded(const QString &text);
+
+// A text as XML and HTML can carry it: folded, without control characters and half surrogates.
 QString writable(const QString &text);
 
 // Lists a bookmark whose title or address writable() changes.
 void loseUnwritable(const BookmarkRecord &bookmark, QList<Loss> *losses);
 
-bool looksLikeNetscape(const QByteArray &content);
-BookmarkImport readNetscape(const QByteArray &content);
+// What a reader finds, folder by folder, and what of it has no place in a profile.
+class BookmarkTree
+{
+public:
+    explicit BookmarkTree(const char *format);
 
-bool looksLikeXbel(const QByteArray &content);
-BookmarkImport readXbel(const QByteArray &content);
+    void openFolder(const QString &name); // empty: one without a name
+    void nameFolder(const QString &name); // the one that is open
+    void closeFolder();
+    // Takes the bookmark into the open folders; lost names what its entry had besides.
+    void add(const QString &title, const QString &url, const QStringList &lost);
+    void lose(const QString &entry, const QString &reason);
+    // Lists the fields that an entry lost, unless there is none.
+    void loseFields(const QString &entry, const QStringList &lost);
+
+    void refuse(const QString &error);
+    bool isRefused() const;
+
+    // Closes what is still open.
+    BookmarkImport finished();
+
+private:
+    struct Folder {
+        QString name;
+        bool holdsBookmark;
+    };
+
+    BookmarkImport m_import;
+    QList<Folder> m_open;
+    QStringList m_path; // the names of those that have one
+};
+
+// The import of a file that is not read.
+BookmarkImport refused(const QString &error);
+
+BookmarkImport readNetscape(const QByteArray &content);
+bool looksLikeNetscape(const QByteArray &content);
+
+// The root element decides, so that only a document that begins well is taken for one.
+bool looksLikeXbel(const QString &document);
+BookmarkImport readXbel(const QString &document);
 } // namespace profile
 
 #endif

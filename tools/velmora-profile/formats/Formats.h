@@ -7,9 +7,16 @@
 #include <QtCore/QStringList>
 #include <QtNetwork/QNetworkCookie>
 
-// The formats of other programs. Nothing here touches a file or a profile.
+// The formats of other programs. Nothing here touches a file or a profile. What is read may be
+// hostile: its memory is bounded by the limits here, its time by whoever calls.
 namespace profile
 {
+// A hundred times what a profile takes; a file with more entries, or losses, is refused.
+const int kMaxImported = 100000;
+
+// Folders one in the other; a file with more is refused.
+const int kMaxFolderDepth = 256;
+
 // What an import or export could not carry.
 struct Loss {
     QString entry;

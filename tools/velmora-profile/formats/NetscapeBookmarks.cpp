@@ -1,194 +1,321 @@
 #include "tools/velmora-profile/formats/Bookmarks.h"
+#include "tools/velmora-profile/formats/Encoding.h"
 
 #include <QtCore/QStringList>
 
+#include <cstring>
 #include <libxml/HTMLparser.h>
 
 namespace
 {
 using profile::BookmarkImport;
 using profile::BookmarkRecord;
+using profile::BookmarkTree;
+using profile::Decoded;
+using profile::folded;
 using profile::Loss;
+using profile::refused;
+using profile::text;
 
-QString fromXml(const xmlChar *text)
+// Characters that name a text which has no name of its own.
+const int kExcerptCharacters = 60;
+
+QByteArray fromXml(const xmlChar *text) { return QByteArray(reinterpret_cast<const char *>(text)); }
+
+// The attributes of a tag, name by name with their values, up to a null; null without any.
+QString addressOf(const xmlChar *const *attributes)
 {
-    return QString::fromUtf8(reinterpret_cast<const char *>(text));
+    for (; attributes && attributes[0]; attributes += 2) {
+        if (fromXml(attributes[0]) == "href") {
+            return folded(QString::fromUtf8(fromXml(attributes[1])));
+        }
+    }
+    return QString();
 }
 
-bool isElement(const xmlNode *node, const char *name)
+// Those that a profile has no field for. One without a value says what it says by being there.
+QStringList lostAttributes(const xmlChar *const *attributes)
 {
-    return node->type == XML_ELEMENT_NODE
-           && xmlStrcasecmp(node->name, reinterpret_cast<const xmlChar *>(name)) == 0;
+    QStringList lost;
+    for (; attributes && attributes[0]; attributes += 2) {
+        const QByteArray name = fromXml(attributes[0]);
+        if (name != "href" && (!attributes[1] || attributes[1][0] != 0)) {
+            lost.append(QString::fromUtf8(name));
+        }
+    }
+    return lost;
 }
 
-QString attributeOf(xmlNode *node, const char *name)
+bool isFolderHeading(const QByteArray &tag)
 {
-    xmlChar *const value = xmlGetProp(node, reinterpret_cast<const xmlChar *>(name));
-    const QString text = fromXml(value);
-    xmlFree(value);
-    return text;
+    return tag.size() == 2 && tag.at(0) == 'h' && tag.at(1) >= '2' && tag.at(1) <= '6';
 }
 
-QString contentOf(xmlNode *node)
+// What tells of the page and not of a bookmark.
+bool isUnread(const QByteArray &tag)
 {
-    xmlChar *const content = xmlNodeGetContent(node);
-    const QString text = fromXml(content).simplified();
-    xmlFree(content);
-    return text;
+    return tag == "title" || tag == "h1" || tag == "script" || tag == "style";
 }
 
-// Walks the elements in document order; depth costs no stack. A sloppy page leaves list items open,
-// so folders are told by where lists begin and end and not by what stands in what.
+// Follows the tags as the parser finds them, keeping no tree: list items that are left open stand
+// one in the other, so a long page is a deep one. Only lists tell where folders begin and end.
 class Page
 {
 public:
-    explicit Page(BookmarkImport *import) : m_import(import) {}
+    Page() : m_tree("Netscape HTML"), m_place(Outside), m_hasHeading(false) {}
 
-    void walk(xmlNode *root)
+    void start(const QByteArray &tag, const xmlChar *const *attributes)
     {
-        xmlNode *node = root;
-        while (node) {
-            enter(node);
-            if (node->children && node->type == XML_ELEMENT_NODE) {
-                node = node->children;
-                continue;
-            }
-            node = next(node, root);
+        if (tag == "img" && m_place == Link) {
+            m_lost.append(text("image"));
+        } else if (tag == "br") {
+            m_text += '\n';
+        } else if (tag == "dl") {
+            finish();
+            openList();
+        } else if (tag == "dd") {
+            enter(Description, tag);
+        } else if (tag == "hr" || tag == "dt" || tag == "a" || isFolderHeading(tag)) {
+            finish();
+            loseHeading();
+            startEntry(tag, attributes);
+        } else if (isUnread(tag)) {
+            enter(Unread, tag);
         }
+    }
+
+    void end(const QByteArray &tag)
+    {
+        if (tag == "dl") {
+            finish();
+            loseHeading();
+            m_tree.closeFolder();
+        } else if (tag == m_tag) {
+            finish();
+        }
+    }
+
+    void read(const char *characters, int count) { m_text.append(characters, count); }
+
+    void lose(const QString &entry, const QString &reason) { m_tree.lose(entry, reason); }
+
+    bool isRefused() const { return m_tree.isRefused(); }
+
+    BookmarkImport finished()
+    {
+        finish();
+        loseHeading();
+        return m_tree.finished();
     }
 
 private:
-    xmlNode *next(xmlNode *node, const xmlNode *root)
+    enum Place { Outside, Link, Heading, Description, Unread };
+
+    void enter(Place place, const QByteArray &tag)
     {
-        while (node) {
-            leave(node);
-            if (node == root) {
-                return nullptr;
-            }
-            if (node->next) {
-                return node->next;
-            }
-            node = node->parent;
-        }
-        return nullptr;
+        finish();
+        m_place = place;
+        m_tag = tag;
     }
 
-    void enter(xmlNode *node)
+    void startEntry(const QByteArray &tag, const xmlChar *const *attributes)
     {
-        if (isElement(node, "h3")) {
-            m_heading = contentOf(node);
-        } else if (isElement(node, "dl")) {
-            m_folders.append(m_heading);
-            m_heading.clear();
-        } else if (isElement(node, "a")) {
-            addLink(node);
-        } else if (isElement(node, "dd")) {
-            loseDescription(node);
-        } else if (isElement(node, "hr")) {
-            m_import->losses.append({profile::text("a separator"), profile::text("separators")});
+        if (tag == "hr") {
+            m_tree.lose(text("a separator"), text("there is no place for it"));
+        } else if (tag != "dt") {
+            enter(tag == "a" ? Link : Heading, tag);
+            m_lost = lostAttributes(attributes);
+            m_address = addressOf(attributes);
         }
     }
 
-    void leave(const xmlNode *node)
+    // A folder whose list does not follow is an empty one.
+    void loseHeading()
     {
-        if (isElement(node, "dl") && !m_folders.isEmpty()) {
-            m_folders.removeLast();
+        if (m_hasHeading) {
+            openList();
+            m_tree.closeFolder();
         }
     }
 
-    void addLink(xmlNode *node)
+    void openList()
     {
-        BookmarkRecord record = {contentOf(node), attributeOf(node, "href").trimmed(), m_folders};
-        record.folders.removeAll(QString());
-        const QString entry = profile::nameOf(record);
-        if (record.url.isEmpty()) {
-            m_import->losses.append({entry, profile::text("it has no address")});
-            return;
-        }
-        const QStringList lost = lostAttributes(node);
-        if (!lost.isEmpty()) {
-            m_import->losses.append(
-                {entry, profile::text("its ") + lost.join(profile::text(", "))});
-        }
-        m_import->bookmarks.append(record);
+        m_tree.openFolder(m_hasHeading ? m_heading : QString());
+        m_hasHeading = false;
     }
 
-    static QStringList lostAttributes(const xmlNode *node)
+    // Takes the text since the last tag that means something, as what it is the text of.
+    void finish()
     {
-        QStringList names;
-        for (const xmlAttr *attribute = node->properties; attribute; attribute = attribute->next) {
-            const QString name = fromXml(attribute->name).toLower();
-            if (name != profile::text("href")) {
-                names.append(name);
-            }
-        }
-        return names;
-    }
-
-    void loseDescription(xmlNode *node)
-    {
-        // An open item swallows the list behind it; its own text is what stands first in it.
-        const QString description = node->children && node->children->type == XML_TEXT_NODE
-                                        ? fromXml(node->children->content).simplified()
-                                        : QString();
-        if (!description.isEmpty() && !m_import->bookmarks.isEmpty()) {
-            m_import->losses.append(
-                {profile::nameOf(m_import->bookmarks.last()), profile::text("its description")});
+        const QString content = folded(QString::fromUtf8(m_text));
+        const Place place = m_place;
+        m_text.clear();
+        m_tag.clear();
+        m_place = Outside;
+        switch (place) {
+        case Link:
+            addLink(content);
+            break;
+        case Heading:
+            m_subject = m_heading = content;
+            m_hasHeading = true;
+            m_tree.loseFields(content, m_lost);
+            break;
+        case Description:
+            loseText(m_subject, content, text("its description"));
+            break;
+        case Outside:
+            loseText(content.left(kExcerptCharacters), content,
+                     text("it is a text outside of all bookmarks"));
+            break;
+        case Unread:
+            break;
         }
     }
 
-    BookmarkImport *m_import;
-    QString m_heading;
-    QStringList m_folders;
+    void addLink(const QString &title)
+    {
+        m_subject = title.isEmpty() ? m_address : title;
+        m_tree.add(title, m_address, m_lost);
+    }
+
+    void loseText(const QString &entry, const QString &content, const QString &reason)
+    {
+        if (!content.trimmed().isEmpty()) {
+            m_tree.lose(entry, reason);
+        }
+    }
+
+    BookmarkTree m_tree;
+    Place m_place;
+    QByteArray m_tag; // whose end ends the place
+    QByteArray m_text;
+    QString m_address;  // of the link
+    QStringList m_lost; // of the link or heading
+    QString m_heading;  // of the list that follows
+    bool m_hasHeading;
+    QString m_subject; // what a description describes
 };
 
-// A page that names no encoding is UTF-8, as all exporters write it, unless it cannot be.
-const char *encodingOf(const QByteArray &content)
+// The parser and what its callbacks get.
+struct Reading {
+    htmlParserCtxtPtr parser;
+    Page page;
+};
+
+// What the parser drops where a browser would not, and where both drop what somebody wrote.
+QString reasonOf(int error)
 {
-    const bool named = content.left(4096).toLower().contains("charset");
-    const bool isUtf8 = QString::fromUtf8(content).toUtf8() == content;
-    return !named && isUtf8 ? "UTF-8" : nullptr;
+    switch (error) {
+    case XML_ERR_INVALID_CHAR:
+        return text("a character that no text can hold");
+    case XML_ERR_ATTRIBUTE_REDEFINED:
+        return text("an attribute that its tag has twice");
+    case XML_ERR_NAME_REQUIRED:
+        return text("markup that cannot be read");
+    default:
+        return QString();
+    }
 }
 
-// List items that are left open stand one in the other, so a long list is a deep one.
-htmlDocPtr parsed(const QByteArray &content)
+void stopWhenRefused(Reading *reading)
 {
-    const char *const encoding = encodingOf(content);
-    htmlParserCtxtPtr const parser = htmlCreatePushParserCtxt(
-        nullptr, nullptr, nullptr, 0, nullptr,
-        encoding ? xmlParseCharEncoding(encoding) : XML_CHAR_ENCODING_NONE);
-    if (!parser) {
-        return nullptr;
+    if (reading->page.isRefused()) {
+        xmlStopParser(reading->parser);
     }
-    htmlCtxtUseOptions(parser, HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING
-                                   | HTML_PARSE_NONET);
-    parser->options |= XML_PARSE_HUGE;
-    htmlParseChunk(parser, content.constData(), int(content.size()), 1);
-    htmlDocPtr const document = parser->myDoc;
-    htmlFreeParserCtxt(parser);
-    return document;
+}
+
+void onStart(void *context, const xmlChar *name, const xmlChar **attributes)
+{
+    Reading *const reading = static_cast<Reading *>(context);
+    reading->page.start(fromXml(name), attributes);
+    stopWhenRefused(reading);
+}
+
+void onEnd(void *context, const xmlChar *name)
+{
+    Reading *const reading = static_cast<Reading *>(context);
+    reading->page.end(fromXml(name));
+    stopWhenRefused(reading);
+}
+
+void onCharacters(void *context, const xmlChar *characters, int count)
+{
+    static_cast<Reading *>(context)->page.read(reinterpret_cast<const char *>(characters), count);
+}
+
+// The library's versions differ in whether the error is constant.
+template <typename Error>
+void onError(void *context, Error error)
+{
+    const QString reason = reasonOf(error->code);
+    if (!reason.isEmpty()) {
+        static_cast<Reading *>(context)->page.lose(text("line %1").arg(error->line), reason);
+    }
+}
+
+xmlSAXHandler handler()
+{
+    xmlSAXHandler callbacks;
+    memset(&callbacks, 0, sizeof callbacks);
+    callbacks.startElement = onStart;
+    callbacks.endElement = onEnd;
+    callbacks.characters = onCharacters;
+    callbacks.ignorableWhitespace = onCharacters;
+    callbacks.serror = onError;
+    callbacks.initialized = XML_SAX2_MAGIC;
+    return callbacks;
+}
+
+// False when there is no memory for a parser.
+bool parse(const QByteArray &utf8, Reading *reading)
+{
+    xmlSAXHandler callbacks = handler();
+    reading->parser =
+        htmlCreatePushParserCtxt(&callbacks, reading, nullptr, 0, nullptr, XML_CHAR_ENCODING_UTF8);
+    if (!reading->parser) {
+        return false;
+    }
+    htmlCtxtUseOptions(reading->parser,
+                       HTML_PARSE_RECOVER | HTML_PARSE_IGNORE_ENC | HTML_PARSE_NONET);
+    htmlParseChunk(reading->parser, utf8.constData(), int(utf8.size()), 1);
+    htmlFreeParserCtxt(reading->parser);
+    return true;
+}
+
+void loseBytes(const Decoded &page, const QByteArray &encoding, bool isGuessed, Page *found)
+{
+    const QString name = QString::fromUtf8(encoding);
+    if (isGuessed && encoding != "utf-8") {
+        found->lose(text("the page"), text("it names no encoding and was read as %1").arg(name));
+    }
+    if (page.replaced > 0) {
+        found->lose(text("the page"),
+                    text("%1 of its bytes are no %2").arg(page.replaced).arg(name));
+    }
 }
 } // namespace
 
 bool profile::looksLikeNetscape(const QByteArray &content)
 {
-    const QByteArray lower = content.toLower();
+    // UTF-16 has a zero beside each character of ASCII.
+    const QByteArray lower = content.toLower().replace('\0', "");
     return lower.contains("netscape-bookmark-file")
-           || (lower.contains("<dl") && lower.contains("<a ") && lower.contains("href"));
+           || (lower.contains("<dl") && lower.contains("<a") && lower.contains("href"));
 }
 
 profile::BookmarkImport profile::readNetscape(const QByteArray &content)
 {
-    BookmarkImport import;
-    import.format = text("Netscape HTML");
-    htmlDocPtr const document = parsed(content);
-    if (!document) {
-        import.error = text("it cannot be read as HTML");
-        return import;
+    const QByteArray named = encodingOfPage(content);
+    const QByteArray encoding = named.isEmpty() ? guessedEncoding(content) : named;
+    const Decoded page = decoded(content, encoding);
+    if (!page.isKnown) {
+        return refused(text("its encoding '%1' is not known").arg(QString::fromUtf8(encoding)));
     }
-    Page(&import).walk(xmlDocGetRootElement(document));
-    xmlFreeDoc(document);
-    return import;
+    Reading reading = {nullptr, Page()};
+    loseBytes(page, encoding, named.isEmpty(), &reading.page);
+    return parse(page.utf8, &reading) ? reading.page.finished()
+                                      : refused(text("there is no memory to read it"));
 }
 
 QByteArray profile::writeNetscapeBookmarks(const QList<BookmarkRecord> &bookmarks,

@@ -3,115 +3,194 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
+#include <initializer_list>
+
 namespace
 {
 using profile::BookmarkImport;
 using profile::BookmarkRecord;
+using profile::BookmarkTree;
+using profile::folded;
 using profile::text;
 
-// Follows the tags one by one, so that depth costs no stack.
+bool isAny(const QString &name, std::initializer_list<const char *> names)
+{
+    for (const char *const one : names) {
+        if (name == text(one)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QString valueOf(const QXmlStreamReader &xml, const char *attribute)
+{
+    return folded(xml.attributes().value(text(attribute)).toString());
+}
+
+// The attributes that a profile has no field for.
+QStringList lostAttributes(const QXmlStreamReader &xml)
+{
+    QStringList lost;
+    const QXmlStreamAttributes attributes = xml.attributes();
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        const QString name = attribute.qualifiedName().toString();
+        if (name != text("href") && !attribute.value().isEmpty()) {
+            lost.append(name);
+        }
+    }
+    return lost;
+}
+
+// Follows the tags one by one, so that depth costs no stack. Elements inside of others than XBEL's
+// own are passed over with them: programs keep what they like in an <info>.
 class XbelReader
 {
 public:
-    explicit XbelReader(const QByteArray &content) : m_xml(content)
+    explicit XbelReader(const QString &document)
+        : m_xml(document), m_tree("XBEL"), m_inTitle(false), m_passedOver(0)
     {
-        m_import.format = text("XBEL");
+        m_xml.setNamespaceProcessing(false);
     }
 
     BookmarkImport read()
     {
-        while (!m_xml.atEnd()) {
-            m_xml.readNext();
-            if (m_xml.isStartElement()) {
-                start(m_xml.name().toString());
-            } else if (m_xml.isEndElement()) {
-                end(m_xml.name().toString());
-            } else if (m_xml.isCharacters() && m_open.endsWith(text("title"))) {
-                m_title += m_xml.text().toString();
-            }
+        while (!m_xml.atEnd() && !m_tree.isRefused()) {
+            take(m_xml.readNext());
         }
         if (m_xml.hasError()) {
-            m_import.error = text("it is damaged in line %1: %2")
-                                 .arg(m_xml.lineNumber())
-                                 .arg(m_xml.errorString());
+            m_tree.refuse(text("it is damaged in line %1: %2")
+                              .arg(m_xml.lineNumber())
+                              .arg(m_xml.errorString()));
         }
-        return m_import;
+        return m_tree.finished();
     }
 
 private:
-    void start(const QString &name)
+    // What is being read: the document, folders in it, and at most one bookmark in those. The
+    // title comes first in each.
+    struct Entry {
+        QString element;
+        QString title;
+        QString url;
+        QStringList lost;
+    };
+
+    void take(QXmlStreamReader::TokenType token)
     {
-        if (name == text("bookmark")) {
-            m_bookmark = BookmarkRecord();
-            m_bookmark.url = m_xml.attributes().value(text("href")).toString().trimmed();
-            m_lost.clear();
-            lose(text("added"));
-            lose(text("modified"));
-            lose(text("visited"));
-        } else if (name == text("folder")) {
-            m_folders.append(QString());
-        } else if (name == text("title")) {
-            m_title.clear();
-        } else if (name == text("separator") || name == text("alias")) {
-            m_import.losses.append({text("a ") + name, text("there is no place for it")});
-        } else if (name == text("desc") || name == text("info")) {
-            m_lost.append(name == text("desc") ? text("description") : text("info"));
+        if (token == QXmlStreamReader::StartElement) {
+            start(m_xml.qualifiedName().toString());
+        } else if (token == QXmlStreamReader::EndElement) {
+            end(m_xml.qualifiedName().toString());
+        } else if (token == QXmlStreamReader::Characters) {
+            takeText(m_xml.text().toString());
+        } else if (token == QXmlStreamReader::EntityReference) {
+            m_tree.lose(m_xml.name().toString(), text("nothing says what this entity stands for"));
         }
-        m_open.append(name);
     }
 
-    void lose(const QString &attribute)
+    void start(const QString &name)
     {
-        if (!m_xml.attributes().value(attribute).isEmpty()) {
-            m_lost.append(text("date ") + attribute);
+        if (m_passedOver > 0) {
+            ++m_passedOver;
+        } else if (m_entries.isEmpty() || isAny(name, {"folder", "bookmark"})) {
+            open(name);
+        } else if (name == text("title") && m_entries.last().title.isEmpty()) {
+            m_title.clear();
+            m_inTitle = true;
+        } else {
+            passOver(name);
+        }
+    }
+
+    void open(const QString &name)
+    {
+        m_inTitle = false;
+        m_entries.append({name, QString(), valueOf(m_xml, "href"), QStringList()});
+        // Those of the document tell of the format.
+        if (m_entries.size() > 1) {
+            m_entries.last().lost = lostAttributes(m_xml);
+        }
+        if (name == text("folder")) {
+            m_tree.openFolder(QString());
+        }
+    }
+
+    void passOver(const QString &name)
+    {
+        m_passedOver = 1;
+        if (isAny(name, {"separator", "alias"})) {
+            m_tree.lose(text(name == text("alias") ? "an alias" : "a separator"),
+                        text("there is no place for it"));
+        } else {
+            m_entries.last().lost.append(name == text("desc") ? text("description") : name);
+        }
+    }
+
+    void takeText(const QString &characters)
+    {
+        if (m_passedOver > 0) {
+            return;
+        }
+        if (m_inTitle) {
+            m_title += characters;
+        } else if (!folded(characters).isEmpty()) {
+            m_tree.lose(folded(characters), text("it is a text outside of all titles"));
         }
     }
 
     void end(const QString &name)
     {
-        m_open.removeLast();
-        if (name == text("title") && m_open.endsWith(text("bookmark"))) {
-            m_bookmark.title = m_title.simplified();
-        } else if (name == text("title") && m_open.endsWith(text("folder"))) {
-            m_folders.last() = m_title.simplified();
-        } else if (name == text("folder")) {
-            m_folders.removeLast();
-        } else if (name == text("bookmark")) {
-            add();
+        if (m_passedOver > 0) {
+            --m_passedOver;
+        } else if (m_inTitle && name == text("title")) {
+            m_inTitle = false;
+            nameEntry(folded(m_title));
+        } else {
+            close(m_entries.takeLast());
         }
     }
 
-    void add()
+    void nameEntry(const QString &title)
     {
-        m_bookmark.folders = m_folders;
-        m_bookmark.folders.removeAll(QString());
-        const QString entry = profile::nameOf(m_bookmark);
-        if (m_bookmark.url.isEmpty()) {
-            m_import.losses.append({entry, text("it has no address")});
+        m_entries.last().title = title;
+        if (m_entries.last().element == text("folder")) {
+            m_tree.nameFolder(title);
+        }
+    }
+
+    void close(const Entry &entry)
+    {
+        if (entry.element == text("bookmark")) {
+            m_tree.add(entry.title, entry.url, entry.lost);
             return;
         }
-        m_import.bookmarks.append(m_bookmark);
-        if (!m_lost.isEmpty()) {
-            m_import.losses.append({entry, text("its ") + m_lost.join(text(", "))});
+        m_tree.loseFields(entry.title.isEmpty() ? text("a ") + entry.element : entry.title,
+                          entry.lost);
+        if (entry.element == text("folder")) {
+            m_tree.closeFolder();
         }
-        m_lost.clear();
     }
 
     QXmlStreamReader m_xml;
-    BookmarkImport m_import;
-    BookmarkRecord m_bookmark;
-    QStringList m_open;
-    QStringList m_folders;
-    QStringList m_lost;
+    BookmarkTree m_tree;
+    QList<Entry> m_entries;
     QString m_title;
+    bool m_inTitle;
+    int m_passedOver; // open elements that are passed over
 };
 } // namespace
 
-bool profile::looksLikeXbel(const QByteArray &content) { return content.contains("<xbel"); }
-
-profile::BookmarkImport profile::readXbel(const QByteArray &content)
+bool profile::looksLikeXbel(const QString &document)
 {
-    return XbelReader(content).read();
+    QXmlStreamReader xml(document);
+    xml.setNamespaceProcessing(false);
+    return xml.readNextStartElement() && xml.qualifiedName() == text("xbel");
+}
+
+profile::BookmarkImport profile::readXbel(const QString &document)
+{
+    return XbelReader(document).read();
 }
 
 QByteArray profile::writeXbel(const QList<BookmarkRecord> &bookmarks, QList<Loss> *losses)
