@@ -152,6 +152,7 @@ private slots:
     void auth_limitsBytes_data();
     void auth_limitsBytes();
     void cookies_areListed();
+    void cookies_areListedAsJson();
     void cookies_goToXmlAndBack();
     void cookies_loseHttpOnlyAloudAndNotStrictly();
     void cookies_loseThoseBehindThe20th();
@@ -163,6 +164,7 @@ private slots:
     void thumbnails_areNotCleanedWithoutBookmarks();
     void diff_findsNothingInACopy();
     void diff_tellsEntriesApart();
+    void diff_masksTheValuesOfCookies();
     void interruptedSave_leavesTheFileWhole();
     void tables_alignWideCharacters();
     void tables_showNoControlCharacters();
@@ -1052,9 +1054,25 @@ void tst_velmora_profile::cookies_areListed()
     writeGoodProfile(directory);
     COMPARE_RUN(runTool(directory, "cookies list %"), 0,
                 "Site        Name  Path   Secure  HttpOnly  Expires               Value\n"
+                ".a.example  sid   /      yes     yes       session               ********\n"
+                "b.example   lang  /docs  no      no        2050-01-01T00:00:00Z  ********\n",
+                "");
+    COMPARE_RUN(runTool(directory, "cookies list % --show-secrets"), 0,
+                "Site        Name  Path   Secure  HttpOnly  Expires               Value\n"
                 ".a.example  sid   /      yes     yes       session               abc\n"
                 "b.example   lang  /docs  no      no        2050-01-01T00:00:00Z  en\n",
                 "");
+}
+
+void tst_velmora_profile::cookies_areListedAsJson()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const ToolRun masked = runTool(directory, "cookies list % --json");
+    QVERIFY2(masked.output.contains("\"value\": \"********\""), masked.output.constData());
+    QVERIFY2(!masked.output.contains("abc"), masked.output.constData());
+    const ToolRun shown = runTool(directory, "cookies list % --json --show-secrets");
+    QCOMPARE(jsonOf(shown).array().at(0).toObject().value(utf8("value")).toString(), utf8("abc"));
 }
 
 void tst_velmora_profile::cookies_goToXmlAndBack()
@@ -1260,6 +1278,29 @@ void tst_velmora_profile::diff_tellsEntriesApart()
         runTool({utf8("diff"), one.path(), other.path(), utf8("--json"), utf8("--show-secrets")});
     QCOMPARE(jsonOf(json).array().size(), 7);
     QVERIFY(json.output.contains("\"after\": \"anders\""));
+}
+
+void tst_velmora_profile::diff_masksTheValuesOfCookies()
+{
+    const TestDirectory one;
+    const TestDirectory other;
+    for (const TestDirectory *const directory : {&one, &other}) {
+        writeGoodProfile(*directory);
+        runTool(*directory, "cookies to-xml %");
+    }
+    runTool(other, "cookies import % -", "b.example\tFALSE\t/docs\tFALSE\t2524608000\tlang\tja\n");
+    runTool(other, "cookies to-xml %");
+    QStringList arguments = {utf8("diff"), one.path(), other.path()};
+    COMPARE_RUN(runTool(arguments), 1,
+                "cookie.xml\n"
+                "  ~ lang of b.example/docs: value '********' is '********'\n"
+                "cookie.ini\n"
+                "  ~ lang of b.example/docs: value '********' is '********'\n",
+                "");
+    const ToolRun json = runTool(arguments + QStringList(utf8("--json")));
+    QCOMPARE(json.output.count("\"********\""), 4);
+    const ToolRun shown = runTool(arguments + QStringList(utf8("--show-secrets")));
+    QCOMPARE(shown.output.count("value 'en' is 'ja'\n"), 2);
 }
 
 // Ctrl-C, at whatever moment it comes: the file is the old one or the new one.

@@ -202,7 +202,8 @@ void tst_velmora_profile_exchange::cookies_comeBackAsTheyWere()
     COMPARE_RUN(runTool(one, "cookies export % %cookies.txt"), 0, "", "");
     COMPARE_RUN(runTool(other, ("cookies import % " + path + " --strict").constData()), 0,
                 "cookies.txt: 2 cookies were added, 0 losses\n", "");
-    COMPARE_BYTES(runTool(other, "cookies list %").output, runTool(one, "cookies list %").output);
+    COMPARE_BYTES(runTool(other, "cookies list % --show-secrets").output,
+                  runTool(one, "cookies list % --show-secrets").output);
     QVERIFY(!QFileInfo(other.file("cookie.ini")).permission(QFile::ReadOther));
 }
 
@@ -215,10 +216,10 @@ void tst_velmora_profile_exchange::cookies_replaceTheirNamesakes()
                                     "c.example\tFALSE\t/\tFALSE\t0\tnew\t1\n");
     COMPARE_RUN(runTool(directory, "cookies import % %in --dry-run"), 0,
                 "cookies.txt: 2 cookies would be added, 0 losses\n", "");
-    QVERIFY(runTool(directory, "cookies list %").output.contains("  en\n"));
+    QVERIFY(runTool(directory, "cookies list % --show-secrets").output.contains("  en\n"));
     COMPARE_RUN(runTool(directory, "cookies import % %in"), 0,
                 "cookies.txt: 2 cookies were added, 0 losses\n", "");
-    COMPARE_RUN(runTool(directory, "cookies list %"), 0,
+    COMPARE_RUN(runTool(directory, "cookies list % --show-secrets"), 0,
                 "Site        Name  Path   Secure  HttpOnly  Expires  Value\n"
                 ".a.example  sid   /      yes     yes       session  abc\n"
                 "b.example   lang  /docs  no      no        session  ja\n"

@@ -156,6 +156,11 @@ QString profile::printable(const QString &untrusted)
     return line;
 }
 
+QString profile::masked(const QString &secret, bool showSecrets)
+{
+    return secret.isEmpty() || showSecrets ? secret : text("********");
+}
+
 void profile::sayBytes(const QByteArray &bytes)
 {
     fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);

@@ -23,6 +23,9 @@ QString counted(qint64 count, const char *one, const char *many);
 // A text from a profile or a file, on one line and without characters that steer a terminal.
 QString printable(const QString &untrusted);
 
+// Stars in place of a secret, unless it is to be shown or empty.
+QString masked(const QString &secret, bool showSecrets = false);
+
 // One line on standard output.
 void say(const QString &line);
 void sayBytes(const QByteArray &bytes);

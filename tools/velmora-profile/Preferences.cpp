@@ -12,7 +12,6 @@ const char kSwitch[] = "true false";
 const char kTiming[] = "changeUser notDelete";
 const char kOldTiming[] = "logout timeout";
 const char kZooms[] = "0.5 0.6 0.7 0.8 0.9 1.0 1.1 1.2 1.3 1.4 1.5";
-const char kStars[] = "********";
 
 VLMC_BrowserCommonSetting &common() { return *VLMC_BrowserCommonSetting::getInstance(); }
 VLMC_BrowserUserSetting &user() { return *VLMC_BrowserUserSetting::getInstance(); }
@@ -159,7 +158,7 @@ profile::PreferenceValue profile::valueOf(const Preference &preference, const Do
 QString profile::shown(const Preference &preference, const QString &value, bool showSecrets)
 {
     const bool isSecret = preference.kind == Preference::Base64Secret;
-    return isSecret && !showSecrets && !value.isEmpty() ? text(kStars) : value;
+    return isSecret ? masked(value, showSecrets) : value;
 }
 
 QString profile::limitOf(const Preference &preference)

@@ -12,7 +12,6 @@ namespace
 {
 using namespace profile;
 
-const char kStars[] = "********";
 const char *const kSchemes[] = {"basic", "digest", "NTLM"};
 
 const int kMaxHostBytes = 256;
@@ -57,8 +56,7 @@ QString decoded(VLMC_XMLNode *entry, const char *field)
 
 QString password(VLMC_XMLNode *entry, bool showSecrets)
 {
-    const QString secret = decoded(entry, "passwd");
-    return secret.isEmpty() || showSecrets ? secret : text(kStars);
+    return masked(decoded(entry, "passwd"), showSecrets);
 }
 
 QJsonObject jsonOf(int id, VLMC_XMLNode *entry, bool showSecrets)

@@ -190,7 +190,12 @@ int sayImported(const Call &call, int added, const QList<Loss> &losses)
     return Done;
 }
 
-QJsonObject jsonOf(const QNetworkCookie &cookie)
+QString valueOf(const QNetworkCookie &cookie, bool showSecrets)
+{
+    return masked(QString::fromUtf8(cookie.value()), showSecrets);
+}
+
+QJsonObject jsonOf(const QNetworkCookie &cookie, bool showSecrets)
 {
     QJsonObject object;
     object.insert(text("domain"), cookie.domain());
@@ -199,7 +204,7 @@ QJsonObject jsonOf(const QNetworkCookie &cookie)
     object.insert(text("secure"), cookie.isSecure());
     object.insert(text("httpOnly"), cookie.isHttpOnly());
     object.insert(text("expires"), expiryOf(cookie));
-    object.insert(text("value"), QString::fromUtf8(cookie.value()));
+    object.insert(text("value"), valueOf(cookie, showSecrets));
     return object;
 }
 } // namespace
@@ -210,14 +215,15 @@ int profile::listCookies(const Call &call)
     if (file.state == Document::Damaged || file.state == Document::Unreadable) {
         warn(text("cookie.ini is %1; run 'velmora-profile check'").arg(stateName(file.state)));
     }
+    const bool secrets = call.has("show-secrets");
     Table table({text("Site"), text("Name"), text("Path"), text("Secure"), text("HttpOnly"),
                  text("Expires"), text("Value")});
     QJsonArray array;
     for (const QNetworkCookie &cookie : file.cookies) {
         table.add({cookie.domain(), QString::fromUtf8(cookie.name()), cookie.path(),
                    text(cookie.isSecure() ? "yes" : "no"), text(cookie.isHttpOnly() ? "yes" : "no"),
-                   expiryOf(cookie), QString::fromUtf8(cookie.value())});
-        array.append(jsonOf(cookie));
+                   expiryOf(cookie), valueOf(cookie, secrets)});
+        array.append(jsonOf(cookie, secrets));
     }
     if (call.has("json")) {
         sayJson(array);

@@ -39,6 +39,8 @@ struct Difference {
 
 Field field(const char *name, const QString &value) { return {text(name), value, false}; }
 
+Field secret(const char *name, const QString &value) { return {text(name), value, true}; }
+
 QString pictureOf(const QString &directory, VLMC_XMLNode *bookmark)
 {
     const QString name = thumbnailName(fieldText(bookmark, "thumbnail"));
@@ -71,14 +73,14 @@ Record recordOf(DocumentKind kind, VLMC_XMLNode *entry, const QString &directory
         return {text("%1:%2").arg(fieldText(entry, "hostName"), fieldText(entry, "portNum")),
                 {field("scheme", fieldText(entry, "authType")),
                  field("user", decoded(entry, "user")),
-                 {text("password"), decoded(entry, "passwd"), true}}};
+                 secret("password", decoded(entry, "passwd"))}};
     case CookieDocument:
         return {text("%1 of %2%3")
                     .arg(fieldText(entry, "name"), fieldText(entry, "website"),
                          fieldText(entry, "path")),
                 {field("secure", fieldText(entry, "secure")),
                  field("expires", fieldText(entry, "expires")),
-                 field("value", fieldText(entry, "contents"))}};
+                 secret("value", fieldText(entry, "contents"))}};
     case Fonts:
     case CommonPreferences:
     case UserPreferences:
@@ -117,7 +119,7 @@ QList<Record> recordsOf(const CookieFile &file)
                         {field("secure", text(cookie.isSecure() ? "true" : "false")),
                          field("httpOnly", text(cookie.isHttpOnly() ? "true" : "false")),
                          field("expires", cookie.expirationDate().toUTC().toString(Qt::ISODate)),
-                         field("value", QString::fromUtf8(cookie.value()))}});
+                         secret("value", QString::fromUtf8(cookie.value()))}});
     }
     return records;
 }
@@ -183,7 +185,7 @@ QList<Difference> compare(const QString &file, const QList<Record> &ones,
 
 QString valueOf(const Field &field, bool showSecrets)
 {
-    return field.isSecret && !showSecrets ? text("********") : field.value;
+    return field.isSecret ? masked(field.value, showSecrets) : field.value;
 }
 
 QString toLine(const Difference &difference, const Call &call)

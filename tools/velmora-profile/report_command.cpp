@@ -152,8 +152,7 @@ QString preferencesSection()
         // A page that is passed around shows neither name nor password.
         const bool isSecret =
             preference.kind == Preference::Base64 || preference.kind == Preference::Base64Secret;
-        const QString shownValue =
-            isSecret && !value.value.isEmpty() ? text("********") : value.value;
+        const QString shownValue = isSecret ? masked(value.value) : value.value;
         const bool isChanged = value.value != text(preference.fallback);
         rows.append(
             {escaped(text(preference.name)),

@@ -26,7 +26,8 @@ _velmora_profile_options() {
     repair\ *) echo --dry-run --json ;;
     diff\ *) echo --json --show-secrets ;;
     report\ *) echo -o --output ;;
-    'prefs list' | 'prefs get' | 'auth list') echo --json --show-secrets ;;
+    'prefs list' | 'prefs get' | 'auth list' | 'cookies list')
+        echo --json --show-secrets ;;
     'bookmarks add') echo --front --strict ;;
     'bookmarks import' | 'cookies import') echo --strict --dry-run --json ;;
     'bookmarks export') echo --format --strict ;;
