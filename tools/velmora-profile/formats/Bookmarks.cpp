@@ -4,6 +4,8 @@
 
 namespace
 {
+const int kExcerptCharacters = 100;
+
 bool isBlank(QChar character)
 {
     return character == QLatin1Char(' ') || character == QLatin1Char('\t')
@@ -31,6 +33,15 @@ bool isUnwritable(const QString &text, int position)
 QString profile::nameOf(const BookmarkRecord &bookmark)
 {
     return bookmark.title.isEmpty() ? bookmark.url : bookmark.title;
+}
+
+QString profile::excerpt(const QString &text)
+{
+    if (text.size() <= kExcerptCharacters) {
+        return text;
+    }
+    const bool isInPair = text.at(kExcerptCharacters - 1).isHighSurrogate();
+    return text.left(kExcerptCharacters - (isInPair ? 1 : 0)) + profile::text("\xe2\x80\xa6");
 }
 
 QString profile::folded(const QString &text)
@@ -71,7 +82,14 @@ void profile::loseUnwritable(const BookmarkRecord &bookmark, QList<Loss> *losses
 
 profile::BookmarkTree::BookmarkTree(const char *format) { m_import.format = text(format); }
 
+void profile::BookmarkTree::openList() { open(QString()); }
+
 void profile::BookmarkTree::openFolder(const QString &name)
+{
+    open(name.isEmpty() ? text("without a name") : excerpt(name));
+}
+
+void profile::BookmarkTree::open(const QString &name)
 {
     if (m_open.size() == kMaxFolderDepth) {
         refuse(text("it has over %1 folders one in the other").arg(kMaxFolderDepth));
@@ -85,14 +103,9 @@ void profile::BookmarkTree::openFolder(const QString &name)
 
 void profile::BookmarkTree::nameFolder(const QString &name)
 {
-    if (m_open.isEmpty() || name.isEmpty()) {
-        return;
+    if (!name.isEmpty()) {
+        m_path.last() = m_open.last().name = excerpt(name);
     }
-    if (!m_open.last().name.isEmpty()) {
-        m_path.removeLast();
-    }
-    m_open.last().name = name;
-    m_path.append(name);
 }
 
 void profile::BookmarkTree::closeFolder()
@@ -116,7 +129,7 @@ void profile::BookmarkTree::add(const QString &title, const QString &url, const 
 {
     const BookmarkRecord bookmark = {title, url, m_path};
     if (url.isEmpty()) {
-        lose(title, text("it has no address"));
+        lose(title.isEmpty() ? text("a bookmark") : title, text("it has no address"));
         return;
     }
     if (m_import.bookmarks.size() == kMaxImported) {
@@ -136,7 +149,7 @@ void profile::BookmarkTree::lose(const QString &entry, const QString &reason)
         refuse(text("over %1 parts of it have no place in a profile").arg(kMaxImported));
         return;
     }
-    m_import.losses.append({entry, reason});
+    m_import.losses.append({excerpt(entry), reason});
 }
 
 void profile::BookmarkTree::loseFields(const QString &entry, const QStringList &lost)
@@ -171,13 +184,19 @@ profile::BookmarkImport profile::refused(const QString &error)
     return import;
 }
 
+profile::BookmarkImport profile::unknownEncoding(const QByteArray &encoding)
+{
+    return refused(
+        text("its encoding '%1' is not known").arg(excerpt(QString::fromUtf8(encoding))));
+}
+
 profile::BookmarkImport profile::readBookmarks(const QByteArray &content)
 {
     const QByteArray named = encodingOfXml(content);
     const QByteArray encoding = named.isEmpty() ? QByteArray("utf-8") : named;
     const Decoded xml = decoded(content, encoding);
     if (!xml.isKnown) {
-        return refused(text("its encoding '%1' is not known").arg(QString::fromUtf8(encoding)));
+        return unknownEncoding(encoding);
     }
     const QString document = QString::fromUtf8(xml.utf8);
     if (looksLikeXbel(document)) {

@@ -15,6 +15,9 @@ QString nameOf(const BookmarkRecord &bookmark);
 // are those of ASCII, an ideographic one is a character of the text.
 QString folded(const QString &text);
 
+// The beginning of a text that is only named: a file can have one of megabytes, and name it often.
+QString excerpt(const QString &text);
+
 // A text as XML and HTML can carry it: folded, without control characters and half surrogates.
 QString writable(const QString &text);
 
@@ -27,7 +30,9 @@ class BookmarkTree
 public:
     explicit BookmarkTree(const char *format);
 
-    void openFolder(const QString &name); // empty: one without a name
+    // A list without a heading is no folder, and has no name. One of an empty name gets one.
+    void openList();
+    void openFolder(const QString &name);
     void nameFolder(const QString &name); // the one that is open
     void closeFolder();
     // Takes the bookmark into the open folders; lost names what its entry had besides.
@@ -43,6 +48,8 @@ public:
     BookmarkImport finished();
 
 private:
+    void open(const QString &name);
+
     struct Folder {
         QString name;
         bool holdsBookmark;
@@ -55,6 +62,7 @@ private:
 
 // The import of a file that is not read.
 BookmarkImport refused(const QString &error);
+BookmarkImport unknownEncoding(const QByteArray &encoding);
 
 BookmarkImport readNetscape(const QByteArray &content);
 bool looksLikeNetscape(const QByteArray &content);

@@ -30,6 +30,9 @@ bool isYesOrNo(const QByteArray &field) { return isYes(field) || field.toUpper()
 
 QByteArray yesOrNo(bool yes) { return yes ? "TRUE" : "FALSE"; }
 
+// Without the dot that says again what the flag says.
+QByteArray hostOf(const QByteArray &field) { return field.startsWith('.') ? field.mid(1) : field; }
+
 bool isUtf8(const QByteArray &field) { return QString::fromUtf8(field).toUtf8() == field; }
 
 QDateTime fromSeconds(qint64 seconds)
@@ -47,9 +50,6 @@ QString outOfRange()
 // A reason to refuse the line, or empty.
 QString refusal(const QList<QByteArray> &fields)
 {
-    if (fields.size() != kFields) {
-        return text("it has %1 instead of 7 fields").arg(fields.size());
-    }
     bool isNumber = false;
     fields.at(4).toLongLong(&isNumber);
     if (!isYesOrNo(fields.at(1)) || !isYesOrNo(fields.at(3))) {
@@ -58,7 +58,7 @@ QString refusal(const QList<QByteArray> &fields)
     if (!isNumber) {
         return text("its expiry is no number");
     }
-    if (fields.at(0).isEmpty() || fields.at(5).isEmpty()) {
+    if (hostOf(fields.at(0)).isEmpty() || fields.at(5).isEmpty()) {
         return text("its cookie has no domain or no name");
     }
     return isUtf8(fields.at(0)) && isUtf8(fields.at(2)) ? QString()
@@ -71,7 +71,7 @@ bool isAscii(const QByteArray &bytes) { return bytes == QString::fromLatin1(byte
 // the form that the network has of an international name, the engine the readable one.
 QString domainOf(const QByteArray &field, bool withHostsBelow)
 {
-    const QByteArray host = field.startsWith('.') ? field.mid(1) : field;
+    const QByteArray host = hostOf(field);
     const QString readable = isAscii(host) ? QUrl::fromAce(host) : QString();
     const QString domain = readable.isEmpty() ? QString::fromUtf8(host).toLower() : readable;
     return withHostsBelow ? QLatin1Char('.') + domain : domain;
@@ -130,8 +130,14 @@ private:
 
     void takeCookie(const QByteArray &line, bool isHttpOnly, const QString &where)
     {
+        // Counted first: a line of nothing else would become a list of millions.
+        const int count = int(line.count('\t')) + 1;
+        if (count != kFields && count != kFields - 1) {
+            lose(where, text("it has %1 instead of 7 fields").arg(count));
+            return;
+        }
         QList<QByteArray> fields = line.split('\t');
-        if (fields.size() == kFields - 1) {
+        if (count < kFields) {
             fields.append(QByteArray());
         }
         const QString reason = refusal(fields);
@@ -207,6 +213,9 @@ QString refusal(const QNetworkCookie &cookie)
     if (hasControl(cookie.name()) || hasControl(cookie.value())
         || hasControl(cookie.domain().toUtf8()) || hasControl(cookie.path().toUtf8())) {
         return text("a line cannot hold its control characters");
+    }
+    if (cookie.domain().startsWith(QLatin1Char('#'))) {
+        return text("a line that begins like its domain is a comment");
     }
     return cookie.domain().isEmpty() || cookie.name().isEmpty()
                ? text("a line cannot do without a domain and a name")

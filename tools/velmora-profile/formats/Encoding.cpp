@@ -80,12 +80,6 @@ QByteArray valueBehind(const QByteArray &key, const QByteArray &tag)
     return tag.mid(begin, end - begin);
 }
 
-// What can be read byte by byte this far is no UTF-16, whatever it says.
-QByteArray plausible(const QByteArray &name)
-{
-    return name.startsWith("utf-16") || name.startsWith("utf-32") ? QByteArray("utf-8") : name;
-}
-
 QByteArray converterOf(const QByteArray &encoding)
 {
     for (const Alias &alias : kAliases) {
@@ -116,7 +110,8 @@ public:
 
     bool isOpen() const { return m_handle != iconv_t(-1); }
 
-    // Appends as much as can be converted: false at a byte that cannot.
+    // Appends as much as can be converted: false at a byte that cannot. Without bytes: what the
+    // converter keeps back to see what follows.
     bool convert(char **from, size_t *left, QByteArray *utf8)
     {
         char buffer[4096];
@@ -141,6 +136,16 @@ QByteArray withoutMark(const QByteArray &content)
     }
     return encodingOfMark(content).isEmpty() ? content : content.mid(2);
 }
+
+// What could be read byte by byte this far is no UTF-16 and the like, whatever it says.
+QByteArray plausible(const QByteArray &name)
+{
+    const Decoded sample = profile::decoded("<", name);
+    return sample.isKnown && sample.utf8 != "<" ? QByteArray("utf-8") : name;
+}
+
+// By how much reading goes on behind what cannot be read.
+size_t unitBytes(const QByteArray &encoding) { return encoding.startsWith("utf-16") ? 2 : 1; }
 } // namespace
 
 QByteArray profile::encodingOfPage(const QByteArray &page)
@@ -198,8 +203,10 @@ Decoded profile::decoded(const QByteArray &content, const QByteArray &encoding)
     while (!converter.convert(&from, &left, &result.utf8)) {
         result.utf8 += kReplacement;
         ++result.replaced;
-        ++from;
-        --left;
+        const size_t skipped = qMin(left, unitBytes(encoding));
+        from += skipped;
+        left -= skipped;
     }
+    converter.convert(nullptr, nullptr, &result.utf8);
     return result;
 }

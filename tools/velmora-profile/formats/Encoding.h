@@ -19,7 +19,7 @@ QByteArray guessedEncoding(const QByteArray &page);
 struct Decoded {
     bool isKnown; // the encoding is one that can be read
     QByteArray utf8;
-    int replaced; // bytes that are none of the encoding: U+FFFD stands for each
+    int replaced; // bytes that are none of the encoding: U+FFFD stands for each (in UTF-16, units)
 };
 
 Decoded decoded(const QByteArray &content, const QByteArray &encoding);

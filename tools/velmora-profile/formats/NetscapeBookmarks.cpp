@@ -17,9 +17,6 @@ using profile::Loss;
 using profile::refused;
 using profile::text;
 
-// Characters that name a text which has no name of its own.
-const int kExcerptCharacters = 60;
-
 QByteArray fromXml(const xmlChar *text) { return QByteArray(reinterpret_cast<const char *>(text)); }
 
 // The attributes of a tag, name by name with their values, up to a null; null without any.
@@ -62,12 +59,18 @@ bool isUnread(const QByteArray &tag)
 class Page
 {
 public:
-    Page() : m_tree("Netscape HTML"), m_place(Outside), m_hasHeading(false) {}
+    Page()
+        : m_tree("Netscape HTML"),
+          m_place(Outside),
+          m_hasHeading(false),
+          m_subject(text("the page"))
+    {
+    }
 
     void start(const QByteArray &tag, const xmlChar *const *attributes)
     {
         if (tag == "img" && m_place == Link) {
-            m_lost.append(text("image"));
+            loseImage();
         } else if (tag == "br") {
             m_text += '\n';
         } else if (tag == "dl") {
@@ -129,6 +132,13 @@ private:
         }
     }
 
+    void loseImage()
+    {
+        if (!m_lost.contains(text("image"))) {
+            m_lost.append(text("image"));
+        }
+    }
+
     // A folder whose list does not follow is an empty one.
     void loseHeading()
     {
@@ -140,7 +150,11 @@ private:
 
     void openList()
     {
-        m_tree.openFolder(m_hasHeading ? m_heading : QString());
+        if (m_hasHeading) {
+            m_tree.openFolder(m_heading);
+        } else {
+            m_tree.openList();
+        }
         m_hasHeading = false;
     }
 
@@ -157,20 +171,25 @@ private:
             addLink(content);
             break;
         case Heading:
-            m_subject = m_heading = content;
-            m_hasHeading = true;
-            m_tree.loseFields(content, m_lost);
+            addHeading(content);
             break;
         case Description:
             loseText(m_subject, content, text("its description"));
             break;
         case Outside:
-            loseText(content.left(kExcerptCharacters), content,
-                     text("it is a text outside of all bookmarks"));
+            loseText(content, content, text("it is a text outside of all bookmarks"));
             break;
         case Unread:
             break;
         }
+    }
+
+    void addHeading(const QString &content)
+    {
+        m_heading = content;
+        m_hasHeading = true;
+        m_subject = content.isEmpty() ? text("a folder") : content;
+        m_tree.loseFields(m_subject, m_lost);
     }
 
     void addLink(const QString &title)
@@ -283,6 +302,16 @@ bool parse(const QByteArray &utf8, Reading *reading)
     return true;
 }
 
+// The parser passes over a NUL in silence, or takes it for the end.
+void loseNuls(QByteArray *page, Page *found)
+{
+    const int count = int(page->count('\0'));
+    if (count > 0) {
+        page->replace('\0', "\xEF\xBF\xBD");
+        found->lose(text("the page"), text("%1 of its characters are NUL").arg(count));
+    }
+}
+
 void loseBytes(const Decoded &page, const QByteArray &encoding, bool isGuessed, Page *found)
 {
     const QString name = QString::fromUtf8(encoding);
@@ -308,12 +337,13 @@ profile::BookmarkImport profile::readNetscape(const QByteArray &content)
 {
     const QByteArray named = encodingOfPage(content);
     const QByteArray encoding = named.isEmpty() ? guessedEncoding(content) : named;
-    const Decoded page = decoded(content, encoding);
+    Decoded page = decoded(content, encoding);
     if (!page.isKnown) {
-        return refused(text("its encoding '%1' is not known").arg(QString::fromUtf8(encoding)));
+        return unknownEncoding(encoding);
     }
     Reading reading = {nullptr, Page()};
     loseBytes(page, encoding, named.isEmpty(), &reading.page);
+    loseNuls(&page.utf8, &reading.page);
     return parse(page.utf8, &reading) ? reading.page.finished()
                                       : refused(text("there is no memory to read it"));
 }

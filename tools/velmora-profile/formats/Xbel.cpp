@@ -81,10 +81,10 @@ private:
         if (token == QXmlStreamReader::StartElement) {
             start(m_xml.qualifiedName().toString());
         } else if (token == QXmlStreamReader::EndElement) {
-            end(m_xml.qualifiedName().toString());
+            end();
         } else if (token == QXmlStreamReader::Characters) {
             takeText(m_xml.text().toString());
-        } else if (token == QXmlStreamReader::EntityReference) {
+        } else if (token == QXmlStreamReader::EntityReference && m_passedOver == 0) {
             m_tree.lose(m_xml.name().toString(), text("nothing says what this entity stands for"));
         }
     }
@@ -93,6 +93,8 @@ private:
     {
         if (m_passedOver > 0) {
             ++m_passedOver;
+        } else if (m_inTitle) {
+            passOver(name);
         } else if (m_entries.isEmpty() || isAny(name, {"folder", "bookmark"})) {
             open(name);
         } else if (name == text("title") && m_entries.last().title.isEmpty()) {
@@ -105,7 +107,6 @@ private:
 
     void open(const QString &name)
     {
-        m_inTitle = false;
         m_entries.append({name, QString(), valueOf(m_xml, "href"), QStringList()});
         // Those of the document tell of the format.
         if (m_entries.size() > 1) {
@@ -123,7 +124,15 @@ private:
             m_tree.lose(text(name == text("alias") ? "an alias" : "a separator"),
                         text("there is no place for it"));
         } else {
-            m_entries.last().lost.append(name == text("desc") ? text("description") : name);
+            loseElement(name == text("desc") ? text("description") : name);
+        }
+    }
+
+    void loseElement(const QString &name)
+    {
+        QStringList *const lost = &m_entries.last().lost;
+        if (!lost->contains(name)) {
+            lost->append(name);
         }
     }
 
@@ -139,11 +148,11 @@ private:
         }
     }
 
-    void end(const QString &name)
+    void end()
     {
         if (m_passedOver > 0) {
             --m_passedOver;
-        } else if (m_inTitle && name == text("title")) {
+        } else if (m_inTitle) {
             m_inTitle = false;
             nameEntry(folded(m_title));
         } else {
@@ -165,9 +174,10 @@ private:
             m_tree.add(entry.title, entry.url, entry.lost);
             return;
         }
-        m_tree.loseFields(entry.title.isEmpty() ? text("a ") + entry.element : entry.title,
-                          entry.lost);
-        if (entry.element == text("folder")) {
+        const bool isFolder = entry.element == text("folder");
+        const QString unnamed = text(isFolder ? "a folder" : "the file");
+        m_tree.loseFields(entry.title.isEmpty() ? unnamed : entry.title, entry.lost);
+        if (isFolder) {
             m_tree.closeFolder();
         }
     }
