@@ -3,8 +3,10 @@
 
 #include "tests/tools/Tool.h"
 
+#include <QtCore/QDataStream>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
+#include <QtCore/QSettings>
 
 class tst_velmora_profile_exchange : public QObject
 {
@@ -18,6 +20,10 @@ private slots:
     void bookmarks_overALimitAreListed();
     void bookmarks_behindThe999thAreListed();
     void bookmarks_changeNothingOnADryRun();
+    void strictImports_changeNothing_data();
+    void strictImports_changeNothing();
+    void strictExports_writeNothing_data();
+    void strictExports_writeNothing();
     void bookmarks_areRefusedFromOtherFiles();
     void bookmarks_comeFromStandardInput();
     void history_isExported();
@@ -158,6 +164,92 @@ void tst_velmora_profile_exchange::bookmarks_changeNothingOnADryRun()
     const QByteArray before = contentsOf(directory.path());
     COMPARE_RUN(runTool(directory, "bookmarks import % %in --dry-run"), 0,
                 "XBEL: 1 bookmark would be added, 0 losses\n", "");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile_exchange::strictImports_changeNothing_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<QByteArray>("content");
+    const QByteArray bookmarks = "bookmarks import % % --strict";
+    const QDir samples(utf8(SAMPLES));
+    const QStringList files = samples.entryList({utf8("*.html"), utf8("*.xbel")}, QDir::Files);
+    for (const QString &file : files) {
+        const QByteArray expected =
+            readFile(samples.filePath(file.section(QLatin1Char('.'), 0, 0) + utf8(".expected")));
+        if (expected.contains("\nlost: ")) {
+            QTest::newRow(file.toUtf8().constData())
+                << bookmarks << readFile(samples.filePath(file));
+        }
+    }
+    QTest::newRow("URL over the limit")
+        << bookmarks << xbel(xbelBookmark(QByteArray(257, 'u'), "t"));
+    QTest::newRow("title over the limit")
+        << bookmarks << xbel(xbelBookmark("u", QByteArray(101, 't')));
+    QTest::newRow("character that the document loses")
+        << bookmarks << xbel(xbelBookmark("u", "a\xef\xb7\x90z"));
+    QTest::newRow("more than 999") << bookmarks << xbel(xbelBookmark("u", "t").repeated(998));
+    const QByteArray cookies = "cookies import % % --strict";
+    const QByteArray good = "b.example\tFALSE\t/\tFALSE\t0\tgood\t1\n";
+    QTest::newRow("line that is none") << cookies << good + "words\n";
+    QTest::newRow("expiry out of range") << cookies << good + "b\tFALSE\t/\tFALSE\t-1\tn\tv\n";
+    QTest::newRow("cookie that the engine cannot hold")
+        << cookies << good + "b.example\tFALSE\t/\tFALSE\t0\tbad\ta;b\n";
+}
+
+void tst_velmora_profile_exchange::strictImports_changeNothing()
+{
+    QFETCH(QByteArray, command);
+    QFETCH(QByteArray, content);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    QStringList arguments = QString::fromUtf8(command).split(QLatin1Char(' '));
+    arguments[2] = directory.path();
+    arguments[3] = utf8("-");
+    const ToolRun run = runTool(arguments, content);
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(run.output, "");
+    const int losses = int(run.errors.count("velmora-profile: lost: "));
+    QVERIFY(losses > 0);
+    const QByteArray counted = QByteArray::number(losses) + (losses == 1 ? " loss" : " losses");
+    QVERIFY2(run.errors.endsWith("\nvelmora-profile: " + counted
+                                 + ", and --strict was asked for; nothing was changed\n"),
+             run.errors.constData());
+    QCOMPARE(run.errors.count('\n'), losses + 1);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile_exchange::strictExports_writeNothing_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    for (const char *const command :
+         {"bookmarks export % %out --strict", "bookmarks export % %out --strict --format xbel",
+          "cookies export % %out --strict"}) {
+        QTest::newRow(command) << QByteArray(command);
+    }
+}
+
+void tst_velmora_profile_exchange::strictExports_writeNothing()
+{
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeFile(directory.file("bookmark.xml"),
+              "<bookmarks><bookmark><href>u</href><title>a\nz</title></bookmark></bookmarks>");
+    QByteArray bytes;
+    QDataStream(&bytes, QIODevice::WriteOnly)
+        << qint32(1) << QByteArray("a=\tb\x01; domain=a.example; path=/");
+    QSettings(directory.file("cookie.ini"), QSettings::IniFormat)
+        .setValue(utf8("Cookie/cookies"), bytes);
+    writeFile(directory.file("out"), "before");
+    const QByteArray before = contentsOf(directory.path());
+    const ToolRun run = runTool(directory, command.constData());
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.errors.startsWith("velmora-profile: lost: a")
+                 && run.errors.endsWith("\nvelmora-profile: 1 loss, and --strict was asked for; "
+                                        "nothing was changed\n")
+                 && run.errors.count('\n') == 2,
+             run.errors.constData());
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 

@@ -55,20 +55,31 @@ int save()
     return isSaved(History, store().getXMLNodeCnt()) ? Done : Failed;
 }
 
+struct Visit {
+    VLMC_XMLNode *entry;
+    QDateTime time;
+};
+
 // The store's order, which is the ids' too, whatever order the file has: latest first, equal ones
 // as they stand, dates that do not parse last.
-bool isLater(VLMC_XMLNode *one, VLMC_XMLNode *other)
+bool isLater(const Visit &one, const Visit &other)
 {
-    const QDateTime oneTime = QDateTime::fromString(fieldText(one, "dateTime"), text(kTimeFormat));
-    const QDateTime otherTime =
-        QDateTime::fromString(fieldText(other, "dateTime"), text(kTimeFormat));
-    return oneTime.isValid() && (!otherTime.isValid() || otherTime < oneTime);
+    return one.time.isValid() && (!other.time.isValid() || other.time < one.time);
 }
 
 QList<VLMC_XMLNode *> sorted(const Document &document)
 {
-    QList<VLMC_XMLNode *> entries = document.children();
-    std::stable_sort(entries.begin(), entries.end(), isLater);
+    QList<Visit> visits;
+    const QList<VLMC_XMLNode *> children = document.children();
+    for (VLMC_XMLNode *const entry : children) {
+        visits.append(
+            {entry, QDateTime::fromString(fieldText(entry, "dateTime"), text(kTimeFormat))});
+    }
+    std::stable_sort(visits.begin(), visits.end(), isLater);
+    QList<VLMC_XMLNode *> entries;
+    for (const Visit &visit : qAsConst(visits)) {
+        entries.append(visit.entry);
+    }
     return entries;
 }
 

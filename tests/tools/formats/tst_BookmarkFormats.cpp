@@ -395,6 +395,32 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
     QTest::newRow("attribute without a value, and an empty one")
         << page("<DT><A HREF=\"u\" FOLDED TAGS=\"\">a</A>")
         << QByteArray("Netscape HTML\nbookmark: a | u\nlost: a: its folded\n");
+    QTest::newRow("signs that are no markup")
+        << page("<DT><A HREF=\"u?a& b&&c&d=1\">a & b && c &d; <3 < e</A>")
+        << QByteArray("Netscape HTML\nbookmark: a & b && c &d; <3 < e | u?a& b&&c&d=1\n");
+    QTest::newRow("words in a tag")
+        << page("<DT><A HREF=\"u\"more\">a</A>")
+        << QByteArray("Netscape HTML\nbookmark: a | u\n"
+                      "lost: line 4: markup that cannot be read\nlost: a: its more\n");
+    QTest::newRow("comment without an end")
+        << page(link("a") + "<!-- " + link("b"))
+        << QByteArray("Netscape HTML\nbookmark: a | u\n"
+                      "lost: line 7: what follows is in a comment without an end\n");
+    QTest::newRow("tag without an end")
+        << "<DL>" + link("a") + "<A ID=x"
+        << QByteArray("Netscape HTML\nbookmark: a | u\n"
+                      "lost: line 2: what follows is in a tag without an end\n"
+                      "lost: a bookmark: it has no address\n");
+    QTest::newRow("value without an end")
+        << "<DL>" + link("a") + "<A ID=\"x> y"
+        << QByteArray("Netscape HTML\nbookmark: a | u\n"
+                      "lost: line 2: what follows is in a value without an end\n"
+                      "lost: line 2: what follows is in a tag without an end\n"
+                      "lost: a bookmark: it has no address\n");
+    QTest::newRow("end tag without an end")
+        << "<DL>" + link("a") + "<DT><A HREF=v>b</A <DT>"
+        << QByteArray("Netscape HTML\nbookmark: a | u\nbookmark: b | v\n"
+                      "lost: line 2: what follows is in a tag without an end\n");
     QTest::newRow("heading of each size")
         << page("<H2>2</H2><DL>" + link("a") + "</DL><H4>4</H4><DL>" + link("b")
                 + "</DL><H6>6</H6><DL>" + link("c") + "</DL>")
@@ -425,6 +451,11 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
         << QByteArray("<!DOCTYPE xbel [<!ENTITY x \"xyz\">]><xbel><bookmark href=\"u\">"
                       "<title>&x;</title></bookmark></xbel>")
         << QByteArray("XBEL\nbookmark: xyz | u\n");
+    QTest::newRow("XBEL: entity of another file")
+        << QByteArray("<!DOCTYPE xbel [<!ENTITY x SYSTEM \"y\">]><xbel><bookmark href=\"u\">"
+                      "<title>a&x;z</title></bookmark></xbel>")
+        << QByteArray("XBEL\nbookmark: az | u\n"
+                      "lost: x: this entity stands for another file, which is not read\n");
     QTest::newRow("XBEL: deep in what is passed over")
         << xbel("<info><bookmark href=\"v\"><title>no</title></bookmark>words</info>"
                 "<bookmark href=\"u\"/>")

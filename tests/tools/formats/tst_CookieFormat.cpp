@@ -111,6 +111,8 @@ void tst_CookieFormat::readCookiesTxt_readsLines_data()
                               << QByteArray("n=; domain=a.example; path=/");
     QTest::newRow("no seventh field") << QByteArray("a.example\tFALSE\t/\tFALSE\t0\tn")
                                       << QByteArray("n=; domain=a.example; path=/");
+    QTest::newRow("no expiry") << QByteArray("a.example\tFALSE\t/\tFALSE\t\tn\tv")
+                               << QByteArray("n=v; domain=a.example; path=/");
     QTest::newRow("no path") << QByteArray("a.example\tFALSE\t\tFALSE\t0\tn\tv")
                              << QByteArray("n=v; domain=a.example; path=/");
     QTest::newRow("return at the end") << QByteArray("a.example\tFALSE\t/\tFALSE\t0\tn\tv\r")
@@ -155,7 +157,7 @@ void tst_CookieFormat::readCookiesTxt_listsLosses_data()
     QTest::newRow("fourth field") << QByteArray("a\tTRUE\t/\t\t0\tn\tv") << neither;
     const QByteArray noNumber = lost + "its expiry is no number\n";
     QTest::newRow("fraction") << QByteArray("a\tTRUE\t/\tTRUE\t1.5\tn\tv") << noNumber;
-    QTest::newRow("no expiry") << QByteArray("a\tTRUE\t/\tTRUE\t\tn\tv") << noNumber;
+    QTest::newRow("word") << QByteArray("a\tTRUE\t/\tTRUE\tnever\tn\tv") << noNumber;
     QTest::newRow("too large a number")
         << QByteArray("a\tTRUE\t/\tTRUE\t99999999999999999999\tn\tv") << noNumber;
     const QByteArray noName = lost + "its cookie has no domain or no name\n";

@@ -47,11 +47,17 @@ QString outOfRange()
     return text("its expiry is not between 1970 and 9999 and becomes the nearest");
 }
 
+// Some write nothing for the end of a session.
+qint64 expiryOf(const QList<QByteArray> &fields, bool *isNumber = nullptr)
+{
+    return (fields.at(4).isEmpty() ? QByteArray("0") : fields.at(4)).toLongLong(isNumber);
+}
+
 // A reason to refuse the line, or empty.
 QString refusal(const QList<QByteArray> &fields)
 {
     bool isNumber = false;
-    fields.at(4).toLongLong(&isNumber);
+    expiryOf(fields, &isNumber);
     if (!isYesOrNo(fields.at(1)) || !isYesOrNo(fields.at(3))) {
         return text("its second or fourth field is neither TRUE nor FALSE");
     }
@@ -83,7 +89,7 @@ QNetworkCookie cookieOf(const QList<QByteArray> &fields)
     cookie.setDomain(domainOf(fields.at(0), isYes(fields.at(1))));
     cookie.setPath(fields.at(2).isEmpty() ? text("/") : QString::fromUtf8(fields.at(2)));
     cookie.setSecure(isYes(fields.at(3)));
-    const qint64 expiry = fields.at(4).toLongLong();
+    const qint64 expiry = expiryOf(fields);
     if (expiry != 0) {
         cookie.setExpirationDate(fromSeconds(expiry));
     }
@@ -145,7 +151,7 @@ private:
             lose(where, reason);
             return;
         }
-        const qint64 expiry = fields.at(4).toLongLong();
+        const qint64 expiry = expiryOf(fields);
         if (expiry != 0 && !isInRange(expiry)) {
             lose(where, outOfRange());
         }

@@ -222,16 +222,26 @@ struct Reading {
     Page page;
 };
 
-// What the parser drops where a browser would not, and where both drop what somebody wrote.
-QString reasonOf(int error)
+// What the parser drops where a browser would not, and where both drop what somebody wrote. It
+// drops no ampersand, whatever follows it.
+QString reasonOf(int code, const QByteArray &message)
 {
-    switch (error) {
+    if (message.startsWith("htmlParseEntityRef")) {
+        return QString();
+    }
+    switch (code) {
     case XML_ERR_INVALID_CHAR:
         return text("a character that no text can hold");
     case XML_ERR_ATTRIBUTE_REDEFINED:
         return text("an attribute that its tag has twice");
     case XML_ERR_NAME_REQUIRED:
         return text("markup that cannot be read");
+    case XML_ERR_COMMENT_NOT_FINISHED:
+        return text("what follows is in a comment without an end");
+    case XML_ERR_ATTRIBUTE_NOT_FINISHED:
+        return text("what follows is in a value without an end");
+    case XML_ERR_GT_REQUIRED:
+        return text("what follows is in a tag without an end");
     default:
         return QString();
     }
@@ -267,7 +277,7 @@ void onCharacters(void *context, const xmlChar *characters, int count)
 template <typename Error>
 void onError(void *context, Error error)
 {
-    const QString reason = reasonOf(error->code);
+    const QString reason = reasonOf(error->code, error->message);
     if (!reason.isEmpty()) {
         static_cast<Reading *>(context)->page.lose(text("line %1").arg(error->line), reason);
     }

@@ -84,8 +84,21 @@ private:
             end();
         } else if (token == QXmlStreamReader::Characters) {
             takeText(m_xml.text().toString());
+        } else if (token == QXmlStreamReader::DTD) {
+            loseOtherFiles();
         } else if (token == QXmlStreamReader::EntityReference && m_passedOver == 0) {
             m_tree.lose(m_xml.name().toString(), text("nothing says what this entity stands for"));
+        }
+    }
+
+    void loseOtherFiles()
+    {
+        const QXmlStreamEntityDeclarations entities = m_xml.entityDeclarations();
+        for (const QXmlStreamEntityDeclaration &entity : entities) {
+            if (!entity.systemId().isEmpty()) {
+                m_tree.lose(entity.name().toString(),
+                            text("this entity stands for another file, which is not read"));
+            }
         }
     }
 
