@@ -14,7 +14,7 @@ namespace
 {
 using namespace profile;
 
-const qint64 kPieceBytes = 1024 * 1024;
+const qint64 kPieceBytes = kMebibyte;
 
 bool isControl(ushort code)
 {
@@ -44,7 +44,7 @@ bool profile::readFile(const QString &path, QByteArray *content, qint64 maxBytes
     if (content->size() > maxBytes) {
         warn(text("'%1' is larger than %2 MiB; nothing was changed")
                  .arg(path)
-                 .arg(maxBytes / (1024 * 1024)));
+                 .arg(maxBytes / kMebibyte));
         return false;
     }
     return true;

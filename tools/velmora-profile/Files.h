@@ -10,10 +10,12 @@
 // Files beside the profile's, and what reading and writing them has in common.
 namespace profile
 {
+const qint64 kMebibyte = Q_INT64_C(1048576);
+
 // What is read at most. The library saves no larger document; an import has files of browsers,
 // whose lists are far below even with all their icons.
-const qint64 kMaxFileBytes = 256 * 1024 * 1024;
-const qint64 kMaxImportBytes = 64 * 1024 * 1024;
+const qint64 kMaxFileBytes = 256 * kMebibyte;
+const qint64 kMaxImportBytes = 64 * kMebibyte;
 
 // The file whole, "-" for standard input. False, and said so, when it cannot be read or is larger.
 bool readFile(const QString &path, QByteArray *content, qint64 maxBytes = kMaxFileBytes);

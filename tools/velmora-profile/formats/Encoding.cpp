@@ -1,6 +1,7 @@
 #include "tools/velmora-profile/formats/Encoding.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <iconv.h>
 
 namespace
@@ -14,7 +15,6 @@ const char kReplacement[] = "\xEF\xBF\xBD";
 
 // Where pages name their encoding if they do.
 const int kHeadBytes = 4096;
-const int kMaxNameBytes = 40;
 
 struct Alias {
     const char *name;
@@ -94,9 +94,7 @@ class Converter
 {
 public:
     explicit Converter(const QByteArray &encoding)
-        : m_handle(encoding.size() > kMaxNameBytes
-                       ? iconv_t(-1)
-                       : iconv_open("UTF-8", converterOf(encoding).constData()))
+        : m_handle(iconv_open("UTF-8", converterOf(encoding).constData()))
     {
     }
     ~Converter()
@@ -108,7 +106,7 @@ public:
     Converter(const Converter &) = delete;
     Converter &operator=(const Converter &) = delete;
 
-    bool isOpen() const { return m_handle != iconv_t(-1); }
+    bool isOpen() const { return reinterpret_cast<std::intptr_t>(m_handle) != -1; }
 
     // Appends as much as can be converted: false at a byte that cannot. Without bytes: what the
     // converter keeps back to see what follows.

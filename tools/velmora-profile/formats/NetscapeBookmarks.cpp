@@ -14,7 +14,6 @@ using profile::BookmarkTree;
 using profile::Decoded;
 using profile::folded;
 using profile::Loss;
-using profile::refused;
 using profile::text;
 
 QByteArray fromXml(const xmlChar *text) { return QByteArray(reinterpret_cast<const char *>(text)); }
@@ -218,7 +217,7 @@ private:
 
 // The parser and what its callbacks get.
 struct Reading {
-    htmlParserCtxtPtr parser;
+    htmlParserCtxtPtr parser = nullptr;
     Page page;
 };
 
@@ -351,7 +350,7 @@ profile::BookmarkImport profile::readNetscape(const QByteArray &content)
     if (!page.isKnown) {
         return unknownEncoding(encoding);
     }
-    Reading reading = {nullptr, Page()};
+    Reading reading;
     loseBytes(page, encoding, named.isEmpty(), &reading.page);
     loseNuls(&page.utf8, &reading.page);
     return parse(page.utf8, &reading) ? reading.page.finished()

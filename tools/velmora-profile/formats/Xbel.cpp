@@ -106,11 +106,9 @@ private:
     {
         if (m_passedOver > 0) {
             ++m_passedOver;
-        } else if (m_inTitle) {
-            passOver(name);
-        } else if (m_entries.isEmpty() || isAny(name, {"folder", "bookmark"})) {
+        } else if (!m_inTitle && (m_entries.isEmpty() || isAny(name, {"folder", "bookmark"}))) {
             open(name);
-        } else if (name == text("title") && m_entries.last().title.isEmpty()) {
+        } else if (!m_inTitle && name == text("title") && m_entries.last().title.isEmpty()) {
             m_title.clear();
             m_inTitle = true;
         } else {
