@@ -428,6 +428,10 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
                       "bookmark: c | u | 6\n");
     QTest::newRow("lists closed too often")
         << page("</DL></DL>" + link("a")) << QByteArray("Netscape HTML\nbookmark: a | u\n");
+    QTest::newRow("folders without an end")
+        << "<DL><DT><H3>e</H3><DL><DT><H3>f</H3><DL>" + link("a") + "<DT><H3>g</H3><DL>"
+        << QByteArray("Netscape HTML\nbookmark: a | u | e | f\n"
+                      "lost: g: there is no place for an empty folder\n");
     QTest::newRow("no bookmarks") << page("") << QByteArray("Netscape HTML\n");
     QTest::newRow("XBEL: element in a title")
         << xbel("<bookmark href=\"u\"><title>a<b>c</b><folder/>z</title></bookmark>")
@@ -613,7 +617,7 @@ void tst_BookmarkFormats::readBookmarks_survivesTruncation()
     const QByteArray content = readFile(file);
     const QByteArray end = content.trimmed();
     int most = 0;
-    for (int size = 0; size < end.size(); ++size) {
+    for (int size = 0; size < end.size(); size += 7) {
         const BookmarkImport import = readBookmarks(content.left(size));
         QVERIFY(file.endsWith(utf8("html")) || !import.error.isEmpty());
         most = qMax(most, int(import.bookmarks.size()));

@@ -169,13 +169,7 @@ void profile::BookmarkTree::refuse(const QString &error)
 
 bool profile::BookmarkTree::isRefused() const { return !m_import.error.isEmpty(); }
 
-profile::BookmarkImport profile::BookmarkTree::finished()
-{
-    while (!m_open.isEmpty()) {
-        closeFolder();
-    }
-    return m_import;
-}
+profile::BookmarkImport profile::BookmarkTree::found() const { return m_import; }
 
 profile::BookmarkImport profile::refused(const QString &error)
 {

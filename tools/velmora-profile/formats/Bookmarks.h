@@ -44,8 +44,7 @@ public:
     void refuse(const QString &error);
     bool isRefused() const;
 
-    // Closes what is still open.
-    BookmarkImport finished();
+    BookmarkImport found() const;
 
 private:
     void open(const QString &name);

@@ -107,7 +107,7 @@ public:
     {
         finish();
         loseHeading();
-        return m_tree.finished();
+        return m_tree.found();
     }
 
 private:

@@ -63,7 +63,7 @@ public:
                               .arg(m_xml.lineNumber())
                               .arg(m_xml.errorString()));
         }
-        return m_tree.finished();
+        return m_tree.found();
     }
 
 private:
