@@ -282,6 +282,8 @@ void tst_BookmarkFormats::readBookmarks_readsEncodings_data()
     }
     QTest::newRow("EUC-JP without a name")
         << head + link(eucJp) << japanese << guessed + "euc-jp\n";
+    QTest::newRow("kana in EUC-JP without a name")
+        << head + link("\xa4\xa2\xa4\xa4") << utf8("あい") << guessed + "euc-jp\n";
     const QString western = utf8("caf\xc3\xa9 \xe2\x82\xac");
     for (const char *const name : {"windows-1252", "ISO-8859-1", "latin1", "us-ascii"}) {
         QTest::newRow(name) << head + meta(name) + link("caf\xe9 \x80") << western << QByteArray();
@@ -384,6 +386,18 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
     QTest::newRow("two images") << page("<DT><A HREF=\"u\"><IMG><IMG>a</A>")
                                 << QByteArray("Netscape HTML\nbookmark: a | u\n"
                                               "lost: a: its image\n");
+    QTest::newRow("image of a folder")
+        << page("<H3><IMG SRC=\"x\">f</H3><DL>" + link("a") + "</DL>")
+        << QByteArray("Netscape HTML\nbookmark: a | u | f\nlost: f: its image\n");
+    QTest::newRow("title on two lines")
+        << page(link("a<BR>b")) << QByteArray("Netscape HTML\nbookmark: a b | u\n");
+    QTest::newRow("blank between tags")
+        << page(link("<b>a</b> <i>b</i>")) << QByteArray("Netscape HTML\nbookmark: a b | u\n");
+    QTest::newRow("control characters")
+        << page(link("a&#1;b\x02z"))
+        << QByteArray("Netscape HTML\nbookmark: abz | u\n"
+                      "lost: line 4: a character that no text can hold\n"
+                      "lost: line 4: a character that no text can hold\n");
     QTest::newRow("image outside")
         << page(link("a") + "<IMG SRC=\"x\">") << QByteArray("Netscape HTML\nbookmark: a | u\n");
     QTest::newRow("description of the page")
@@ -451,6 +465,12 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
         << xbel("<folder id=\"x\"><title/><bookmark href=\"u\"/></folder><folder/>")
         << QByteArray("XBEL\nbookmark:  | u | without a name\nlost: a folder: its id\n"
                       "lost: without a name: there is no place for an empty folder\n");
+    QTest::newRow("XBEL: prefix that nothing declares")
+        << xbel("<bookmark href=\"u\"><x:icon/></bookmark>")
+        << QByteArray("XBEL\nbookmark:  | u\nlost: u: its x:icon\n");
+    QTest::newRow("XBEL: entity in what is passed over")
+        << QByteArray("<!DOCTYPE xbel PUBLIC \"x\" \"y\"><xbel><desc>a&nbsp;b</desc></xbel>")
+        << QByteArray("XBEL\nlost: the file: its description\n");
     QTest::newRow("XBEL: entity of its own")
         << QByteArray("<!DOCTYPE xbel [<!ENTITY x \"xyz\">]><xbel><bookmark href=\"u\">"
                       "<title>&x;</title></bookmark></xbel>")

@@ -68,7 +68,7 @@ public:
 
     void start(const QByteArray &tag, const xmlChar *const *attributes)
     {
-        if (tag == "img" && m_place == Link) {
+        if (tag == "img" && (m_place == Link || m_place == Heading)) {
             loseImage();
         } else if (tag == "br") {
             m_text += '\n';
