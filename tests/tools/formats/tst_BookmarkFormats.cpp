@@ -466,7 +466,7 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
         << QByteArray("XBEL\nbookmark:  | u | without a name\nlost: a folder: its id\n"
                       "lost: without a name: there is no place for an empty folder\n");
     QTest::newRow("XBEL: prefix that nothing declares")
-        << xbel("<bookmark href=\"u\"><x:icon/></bookmark>")
+        << QByteArray("<xbel x:a=\"b\"><bookmark href=\"u\"><x:icon/></bookmark></xbel>")
         << QByteArray("XBEL\nbookmark:  | u\nlost: u: its x:icon\n");
     QTest::newRow("XBEL: entity in what is passed over")
         << QByteArray("<!DOCTYPE xbel PUBLIC \"x\" \"y\"><xbel><desc>a&nbsp;b</desc></xbel>")

@@ -136,6 +136,8 @@ void tst_CookieFormat::readCookiesTxt_readsLines()
     QFETCH(QByteArray, line);
     QFETCH(QByteArray, cookie);
     COMPARE_BYTES(described(readCookiesTxt(line)), cookie + '\n');
+    const QString domain = readCookiesTxt(line).cookies.at(0).domain();
+    QCOMPARE(domain, domain.toLower());
     COMPARE_BYTES(described(readCookiesTxt("\xef\xbb\xbf" + line + "\n\n# a comment\n")),
                   cookie + '\n');
 }
