@@ -39,13 +39,16 @@ MOST_GROWTH = 1.15
 GROWTH_OF_SERIES = ["Credentials_setAll"]
 
 
-def medians(path):
-    """The median time in nanoseconds of each measurement, by name and size."""
+def measured(path):
+    """The times in nanoseconds of each measurement, by name and size."""
     with open(path, encoding="utf-8") as file:
         runs = json.load(file)["benchmarks"]
     unit = {"ns": 1, "us": 1e3, "ms": 1e6}
-    return {run["run_name"]: run["real_time"] * unit[run["time_unit"]]
-            for run in runs if run.get("aggregate_name") == "median"}
+    times = {}
+    for run in runs:
+        if run["run_type"] == "iteration":
+            times.setdefault(run["run_name"], []).append(run["real_time"] * unit[run["time_unit"]])
+    return times
 
 
 def growth(times, name):
@@ -67,16 +70,21 @@ def row(*cells):
 def main():
     if len(sys.argv) != 5:
         sys.exit("table.py: give the times, the memory figures, the starts and the stripped library")
-    times = medians(sys.argv[1])
+    all_times = measured(sys.argv[1])
+    times = {name: statistics.median(of_one) for name, of_one in all_times.items()}
+    fastest = {name: min(of_one) for name, of_one in all_times.items()}
     with open(sys.argv[2], encoding="utf-8") as file:
         memory = json.load(file)
 
-    row("at 999 entries", "median", "reference", "its median", "ratio", "at most", "met")
-    row(*["---"] * 7)
+    # Other work on the machine adds to the medians, hardly to the fastest repetition.
+    row("at 999 entries", "median", "reference", "its median", "ratio", "of the fastest", "at most",
+        "met")
+    row(*["---"] * 8)
     for name, reference, limit in RATIOS:
         mine, other = times[f"{name}/{FULL}"], times[f"{reference}/{FULL}"]
+        best = fastest[f"{name}/{FULL}"] / fastest[f"{reference}/{FULL}"]
         row(name, f"{mine / 1e3:.2f} us", reference, f"{other / 1e3:.2f} us",
-            f"{mine / other:.3f}", "" if limit is None else f"{limit:g}",
+            f"{mine / other:.3f}", f"{best:.3f}", "" if limit is None else f"{limit:g}",
             verdict(mine / other, limit))
     print()
     row("growth from 250 to 999 entries", "exponent", "at most", "met")
