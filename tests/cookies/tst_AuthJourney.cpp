@@ -5,21 +5,18 @@
 
 #include "core/VLMG_Debug.h"
 #include "tests/support/Files.h"
+#include "tests/support/HttpServer.h"
 #include "tests/support/LogFile.h"
 #include "tests/support/PlatformRecorder.h"
 #include "tests/support/SavedDocuments.h"
 
-#include <QtCore/QCryptographicHash>
 #include <QtCore/QEventLoop>
-#include <QtCore/QMap>
 #include <QtCore/QTimer>
 #include <QtNetwork/QAuthenticator>
 #include <QtNetwork/QNetworkAccessManager>
 #include <QtNetwork/QNetworkProxy>
 #include <QtNetwork/QNetworkReply>
 #include <QtNetwork/QNetworkRequest>
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
 
 namespace
 {
@@ -29,44 +26,17 @@ const char kUser[] = "canary user";
 // What XML and the header of a digest would have to escape, if they saw it.
 const char kPasswd[] = "canary: <&>]]>\"\\ s3cr3t";
 
-QByteArray md5(const QByteArray &text)
-{
-    return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
-}
+const char kRealm[] = "house";
 
-// The parameters of a digest's Authorization header.
-QMap<QByteArray, QByteArray> parameters(const QByteArray &header)
+// Lets one user in, by one scheme, and works the answers to its challenges out by itself.
+class GuardedServer : public HttpServer
 {
-    QMap<QByteArray, QByteArray> found;
-    const QList<QByteArray> parts = header.mid(int(strlen("Digest "))).split(',');
-    for (const QByteArray &part : parts) {
-        const int equals = int(part.indexOf('='));
-        QByteArray value = part.mid(equals + 1).trimmed();
-        if (value.startsWith('"') && value.endsWith('"')) {
-            value = value.mid(1, value.size() - 2);
-        }
-        found[part.left(equals).trimmed()] = value;
-    }
-    return found;
-}
-
-// A small HTTP server on the loopback interface that lets one user in, by one scheme, and works the
-// answers to its challenges out by itself.
-class GuardedServer : public QTcpServer
-{
-    Q_OBJECT
-
 public:
     GuardedServer(Scheme wanted, const QByteArray &name, const QByteArray &secret)
         : scheme(wanted), user(name), passwd(secret), welcomed(0), challenged(0)
     {
-        connect(this, &QTcpServer::newConnection, this, &GuardedServer::takeConnection);
-        if (!listen(QHostAddress::LocalHost)) {
-            qFatal("no loopback server");
-        }
     }
 
-    QString url() const { return QString::fromLatin1("http://127.0.0.1:%1/").arg(serverPort()); }
     QString port() const { return QString::number(serverPort()); }
 
     Scheme scheme;
@@ -76,60 +46,26 @@ public:
     int challenged;
 
 private:
-    void takeConnection()
+    QByteArray answer(const QByteArray &request) override
     {
-        QTcpSocket *const socket = nextPendingConnection();
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
-        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        if (isWelcome(request)) {
+            ++welcomed;
+            return httpResponse("200 OK", QByteArray(), "ok");
+        }
+        ++challenged;
+        return httpResponse("401 Unauthorized", "WWW-Authenticate: " + challenge() + "\r\n", "ok");
     }
 
-    void read(QTcpSocket *socket)
+    bool isWelcome(const QByteArray &request) const
     {
-        const QByteArray request = socket->property("request").toByteArray() + socket->readAll();
-        socket->setProperty("request", request);
-        if (request.contains("\r\n\r\n")) {
-            answer(socket, request);
-        }
-    }
-
-    void answer(QTcpSocket *socket, const QByteArray &request)
-    {
-        QByteArray authorization;
-        const QList<QByteArray> lines = request.split('\n');
-        for (const QByteArray &line : lines) {
-            if (line.toLower().startsWith("authorization:")) {
-                authorization = line.mid(int(strlen("authorization:"))).trimmed();
-            }
-        }
-        const bool welcome = scheme == Basic
-                                 ? authorization == "Basic " + (user + ':' + passwd).toBase64()
-                                 : isRightDigest(authorization, lines.first());
-        ++(welcome ? welcomed : challenged);
-        socket->write(welcome ? QByteArray("HTTP/1.1 200 OK\r\n")
-                              : "HTTP/1.1 401 Unauthorized\r\n" + challenge());
-        socket->write("Content-Type: text/plain\r\nContent-Length: 2\r\n"
-                      "Connection: close\r\n\r\nok");
-        socket->disconnectFromHost();
+        return scheme == Basic ? headerOf(request, "Authorization") == basicAnswer(user, passwd)
+                               : hasRightDigest(request, kRealm, user, passwd);
     }
 
     QByteArray challenge() const
     {
-        if (scheme == Basic) {
-            return "WWW-Authenticate: Basic realm=\"house\"\r\n";
-        }
-        return "WWW-Authenticate: Digest realm=\"house\", nonce=\"n0nce\", qop=\"auth\", "
-               "algorithm=MD5\r\n";
-    }
-
-    bool isRightDigest(const QByteArray &authorization, const QByteArray &requestLine) const
-    {
-        const QList<QByteArray> request = requestLine.split(' ');
-        const QMap<QByteArray, QByteArray> given = parameters(authorization);
-        const QByteArray expected =
-            md5(md5(user + ":house:" + passwd) + ":n0nce:" + given.value("nc") + ':'
-                + given.value("cnonce") + ":auth:" + md5(request.at(0) + ':' + request.at(1)));
-        return authorization.startsWith("Digest ") && given.value("username") == user
-               && given.value("nonce") == "n0nce" && given.value("response") == expected;
+        return scheme == Basic ? QByteArray("Basic realm=\"") + kRealm + '"'
+                               : digestChallenge(kRealm);
     }
 };
 

@@ -5,6 +5,7 @@
 
 #include "tests/support/CookieIni.h"
 #include "tests/support/Files.h"
+#include "tests/support/HttpServer.h"
 #include "tests/support/LogRecorder.h"
 
 #include <QtCore/QEventLoop>
@@ -14,8 +15,6 @@
 #include <QtNetwork/QNetworkProxy>
 #include <QtNetwork/QNetworkReply>
 #include <QtNetwork/QNetworkRequest>
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
 
 #include <ctime>
 
@@ -23,64 +22,25 @@ namespace
 {
 typedef QList<QByteArray> Lines;
 
-// A small HTTP server on the loopback interface. It answers every request with the Set-Cookie
-// headers it was given last, and notes the Cookie header of each request.
-class CookieServer : public QTcpServer
+// Answers every request with the Set-Cookie headers it was given last, and notes the Cookie header
+// of each request.
+class CookieServer : public HttpServer
 {
-    Q_OBJECT
-
 public:
-    CookieServer()
-    {
-        connect(this, &QTcpServer::newConnection, this, &CookieServer::takeConnection);
-        if (!listen(QHostAddress::LocalHost)) {
-            qFatal("no loopback server");
-        }
-    }
-
     Lines setCookies;
     Lines received;
     QByteArray requestLine;
 
 private:
-    void takeConnection()
+    QByteArray answer(const QByteArray &request) override
     {
-        QTcpSocket *const socket = nextPendingConnection();
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
-        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-    }
-
-    void read(QTcpSocket *socket)
-    {
-        const QByteArray request = socket->property("request").toByteArray() + socket->readAll();
-        socket->setProperty("request", request);
-        if (request.contains("\r\n\r\n")) {
-            note(request);
-            answer(socket);
-        }
-    }
-
-    void note(const QByteArray &request)
-    {
-        const Lines lines = request.split('\n');
-        requestLine = lines.first().trimmed();
-        QByteArray cookies;
-        for (const QByteArray &line : lines) {
-            if (line.toLower().startsWith("cookie:")) {
-                cookies = line.mid(7).trimmed();
-            }
-        }
-        received.append(cookies);
-    }
-
-    void answer(QTcpSocket *socket)
-    {
-        QByteArray response = "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\n";
+        requestLine = request.left(request.indexOf('\r'));
+        received.append(headerOf(request, "Cookie"));
+        QByteArray headers;
         for (const QByteArray &setCookie : setCookies) {
-            response += "Set-Cookie: " + setCookie + "\r\n";
+            headers += "Set-Cookie: " + setCookie + "\r\n";
         }
-        socket->write(response + "Content-Length: 2\r\nConnection: close\r\n\r\nok");
-        socket->disconnectFromHost();
+        return httpResponse("200 OK", headers, "ok");
     }
 };
 
@@ -177,7 +137,7 @@ void tst_CookieJourney::init()
 void tst_CookieJourney::cookiesAreSentAgain()
 {
     CookieServer server;
-    const QString url = QString::fromLatin1("http://127.0.0.1:%1/").arg(server.serverPort());
+    const QString url = server.url();
     server.setCookies = Lines() << "session=abc123"
                                 << "kept=def; Expires=Wed, 21-Oct-2037 07:28:00 GMT; Path=/"
                                 << "aged=ghi; Max-Age=3600; Path=/"
@@ -283,7 +243,7 @@ void tst_CookieJourney::attributesSurvive()
 void tst_CookieJourney::deletedCookiesStayDeleted()
 {
     CookieServer server;
-    const QString url = QString::fromLatin1("http://127.0.0.1:%1/").arg(server.serverPort());
+    const QString url = server.url();
     TestDirectory directory;
     Browser first;
     server.setCookies = Lines() << "a=1; Path=/"
@@ -305,7 +265,7 @@ void tst_CookieJourney::deletedCookiesStayDeleted()
 void tst_CookieJourney::changedValueIsSentAgain()
 {
     CookieServer server;
-    const QString url = QString::fromLatin1("http://127.0.0.1:%1/").arg(server.serverPort());
+    const QString url = server.url();
     TestDirectory directory;
     Browser first;
     server.setCookies = Lines() << "a=old; Path=/";
@@ -325,7 +285,7 @@ void tst_CookieJourney::changedValueIsSentAgain()
 void tst_CookieJourney::logHoldsNoSecrets()
 {
     CookieServer server;
-    const QString url = QString::fromLatin1("http://127.0.0.1:%1/").arg(server.serverPort());
+    const QString url = server.url();
     Browser browser;
     server.setCookies = Lines() << "canaryName=canaryValue; Path=/";
     QVERIFY(browser.visit(url));

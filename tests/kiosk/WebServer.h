@@ -1,14 +1,12 @@
 #ifndef WEBSERVER_H
 #define WEBSERVER_H
 
-#include <QtCore/QHash>
-#include <QtNetwork/QTcpServer>
+#include "tests/support/HttpServer.h"
 
-class QTcpSocket;
+#include <QtCore/QList>
 
 /**
- * The web of the tests: a server on the loopback interface, which answers as a proxy as well. One
- * request per connection.
+ * The web of the tests: a server on the loopback interface, which answers as a proxy as well.
  *
  *     /page?N        a page titled "Page N", with a picture
  *     /titles?N      pages with odd titles, see title()
@@ -23,19 +21,15 @@ class QTcpSocket;
  *     /cached        may be kept for an hour
  *     /script        a page whose script gives it the title "scripted"
  */
-class WebServer : public QTcpServer
+class WebServer : public HttpServer
 {
     Q_OBJECT
 
 public:
     WebServer();
 
-    /// The address of a page here.
-    QString url(const char *path) const;
     /// The requests so far for pages below this path, as they came.
     QList<QByteArray> requests(const char *path) const;
-    /// How long an answer takes, so that a browser can be killed while it waits.
-    void setDelay(int milliseconds);
     /// From now on a proxy asks for an account.
     void askForProxyAccount();
 
@@ -46,12 +40,9 @@ signals:
     void asked();
 
 private:
-    void take();
-    void read(QTcpSocket *socket);
-    QByteArray answer(const QByteArray &request, const QByteArray &path) const;
+    QByteArray answer(const QByteArray &request) override;
 
     QList<QByteArray> m_requests;
-    int m_delay;
     bool m_asksForAccount;
 };
 
@@ -59,8 +50,5 @@ const char kUser[] = "hanako";
 const char kPassword[] = "correct-horse";
 const char kProxyAccount[] = "kiosk";
 const char kProxyPassword[] = "7";
-
-/// The value of a request's header, empty when there is none.
-QByteArray headerOf(const QByteArray &request, const QByteArray &name);
 
 #endif
