@@ -3,77 +3,11 @@
 #include "core/VLMC_XMLNode.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
-
-#include <QtCore/QPointer>
+#include "tests/support/WatchedStore.h"
 
 namespace
 {
 const char kDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-
-// Shows its record of max, and which of the virtual operations are called.
-class WatchedBookmarks : public VLMC_BookmarksSetting
-{
-public:
-    WatchedBookmarks() : refusedName(QString::fromLatin1("-")) {}
-
-    int recordedMax() const { return loadMax; }
-    QByteArray takeCalls()
-    {
-        const QByteArray taken = calls;
-        calls.clear();
-        return taken;
-    }
-
-    void load(QString &path) override
-    {
-        calls += "load ";
-        VLMC_XMLSetting::load(path);
-    }
-    void save(QString &path) override
-    {
-        calls += "save ";
-        VLMC_XMLSetting::save(path);
-    }
-    int getXMLRootNodeChildCntByName(QString &attributeName, QString &name) override
-    {
-        calls += "count:" + attributeName.toUtf8() + ":" + name.toUtf8() + " ";
-        return VLMC_XMLSetting::getXMLRootNodeChildCntByName(attributeName, name);
-    }
-    void setIDforChildren(QString &attributeName) override
-    {
-        calls += "number:" + attributeName.toUtf8() + " ";
-        VLMC_XMLSetting::setIDforChildren(attributeName);
-    }
-    void deleteXMLNodeByID(int id, QString &attributeName) override
-    {
-        calls += "delete:" + QByteArray::number(id) + ":" + attributeName.toUtf8() + " ";
-        VLMC_XMLSetting::deleteXMLNodeByID(id, attributeName);
-    }
-    void deleteAllSetting() override
-    {
-        calls += "deleteAll ";
-        VLMC_XMLSetting::deleteAllSetting();
-    }
-    VLMC_XMLNode *addXMLChild(VLMC_XMLNode *parent, QString &name, QString &text, char &textType,
-                              QXmlStreamAttributes &attributes, char prepend) override
-    {
-        calls += "add:" + name.toUtf8() + ":" + QByteArray::number(int(textType)) + ":"
-                 + QByteArray::number(int(prepend)) + " ";
-        if (name == refusedName) {
-            return nullptr;
-        }
-        VLMC_XMLNode *const node =
-            VLMC_XMLSetting::addXMLChild(parent, name, text, textType, attributes, prepend);
-        lastAdded = node;
-        return node;
-    }
-
-    QString refusedName;
-    QPointer<QObject> lastAdded;
-
-private:
-    QByteArray calls;
-};
 
 bool add(VLMC_BookmarksSetting &bookmarks, const char *title, char atFront = 0)
 {
@@ -256,7 +190,7 @@ void tst_VLMC_BookmarksSetting::loadBookmark_refusesBadArguments()
     QFETCH(QByteArray, message);
     TestDirectory good;
     QString empty;
-    WatchedBookmarks bookmarks;
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
     int lastNumber = 0;
     bookmarks.loadBookmark(good.pathPointer(), 5, lastNumber);
     add(bookmarks, "kept");
@@ -268,25 +202,25 @@ void tst_VLMC_BookmarksSetting::loadBookmark_refusesBadArguments()
 
     COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::loadBookmark] start\n" + message);
     QCOMPARE(lastNumber, 77);
-    QCOMPARE(bookmarks.recordedMax(), 5);
+    QCOMPARE(bookmarks.max(), 5);
     COMPARE_BYTES(listed(bookmarks), "000=kept ");
 }
 
 void tst_VLMC_BookmarksSetting::loadBookmark_recordsMaxThatLimitsNothing()
 {
     TestDirectory directory;
-    WatchedBookmarks bookmarks;
-    QCOMPARE(bookmarks.recordedMax(), 0);
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
+    QCOMPARE(bookmarks.max(), 0);
     int lastNumber = 0;
     bookmarks.loadBookmark(directory.pathPointer(), 2, lastNumber);
-    QCOMPARE(bookmarks.recordedMax(), 2);
+    QCOMPARE(bookmarks.max(), 2);
     QVERIFY(add(bookmarks, "a"));
     QVERIFY(add(bookmarks, "b"));
     QVERIFY(add(bookmarks, "c"));
     bookmarks.saveBookmark(directory.pathPointer(), 1);
-    QCOMPARE(bookmarks.recordedMax(), 2);
+    QCOMPARE(bookmarks.max(), 2);
     bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
-    QCOMPARE(bookmarks.recordedMax(), 1);
+    QCOMPARE(bookmarks.max(), 1);
     COMPARE_BYTES(listed(bookmarks), "000=a 001=b 002=c ");
 }
 
@@ -307,10 +241,12 @@ void tst_VLMC_BookmarksSetting::loadBookmark_replacesTheList()
 void tst_VLMC_BookmarksSetting::loadBookmark_goesThroughVirtualOperations()
 {
     TestDirectory directory;
-    WatchedBookmarks bookmarks;
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
     int lastNumber = 0;
     bookmarks.loadBookmark(directory.pathPointer(), 1, lastNumber);
-    COMPARE_BYTES(bookmarks.takeCalls(), "deleteAll load number:id ");
+    COMPARE_BYTES(bookmarks.takeCalls(), "deleteAllSetting\nload "
+                                             + directory.file("bookmark.xml").toUtf8()
+                                             + "\nsetIDforChildren id\n");
 }
 
 void tst_VLMC_BookmarksSetting::loadBookmark_leavesTheRootItsName()
@@ -428,9 +364,9 @@ void tst_VLMC_BookmarksSetting::saveBookmark_writesNothingBeforeLoad()
 void tst_VLMC_BookmarksSetting::saveBookmark_goesThroughVirtualOperations()
 {
     TestDirectory directory;
-    WatchedBookmarks bookmarks;
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
     bookmarks.saveBookmark(directory.pathPointer(), 1);
-    COMPARE_BYTES(bookmarks.takeCalls(), "save ");
+    COMPARE_BYTES(bookmarks.takeCalls(), "save " + directory.file("bookmark.xml").toUtf8() + '\n');
 }
 
 void tst_VLMC_BookmarksSetting::saveBookmark_roundTripIsExact()
@@ -497,7 +433,7 @@ void tst_VLMC_BookmarksSetting::loadBookmark_takes1500Entries()
 void tst_VLMC_BookmarksSetting::getBookmarkCnt_countsBookmarksOnly()
 {
     TestDirectory directory;
-    WatchedBookmarks bookmarks;
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
     QCOMPARE(bookmarks.getBookmarkCnt(), 0);
     writeFile(directory.file("bookmark.xml"), "<bookmarks><bookmark/><x/><bookmark/></bookmarks>");
     int lastNumber = 0;
@@ -505,7 +441,7 @@ void tst_VLMC_BookmarksSetting::getBookmarkCnt_countsBookmarksOnly()
     takeLog();
     bookmarks.takeCalls();
     QCOMPARE(bookmarks.getBookmarkCnt(), 2);
-    COMPARE_BYTES(bookmarks.takeCalls(), "count:id:bookmark ");
+    COMPARE_BYTES(bookmarks.takeCalls(), "getXMLRootNodeChildCntByName id bookmark\n");
     QCOMPARE(loggedText(), QByteArray());
 }
 
@@ -660,37 +596,40 @@ void tst_VLMC_BookmarksSetting::setBookmark_clipsTitle()
 
 void tst_VLMC_BookmarksSetting::setBookmark_goesThroughVirtualOperations()
 {
-    WatchedBookmarks bookmarks;
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
     bookmarks.createXMLRootNode();
     QVERIFY(add(bookmarks, "a", 3));
-    COMPARE_BYTES(bookmarks.takeCalls(),
-                  "add:bookmark:0:3 add:href:0:0 add:title:0:0 add:thumbnail:0:0 number:id ");
+    COMPARE_BYTES(bookmarks.takeCalls(), "addXMLChild  bookmark '' 0 0 3\n"
+                                         "addXMLChild bookmark href 'http://a' 0 0 0\n"
+                                         "addXMLChild bookmark title 'a' 0 0 0\n"
+                                         "addXMLChild bookmark thumbnail 'a.PNG' 0 0 0\n"
+                                         "setIDforChildren id\n");
     bookmarks.deleteBookmark(0);
-    COMPARE_BYTES(bookmarks.takeCalls(), "delete:0:id number:id ");
+    COMPARE_BYTES(bookmarks.takeCalls(), "deleteXMLNodeByID 0 id\nsetIDforChildren id\n");
 }
 
 void tst_VLMC_BookmarksSetting::setBookmark_failsWithoutNode()
 {
-    WatchedBookmarks bookmarks;
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
     bookmarks.createXMLRootNode();
-    bookmarks.refusedName = utf8("bookmark");
+    bookmarks.refusesNodes = true;
     QVERIFY(!add(bookmarks, "a"));
     COMPARE_BYTES(loggedText(),
                   "3 [VLMC_BookmarksSetting::setBookmark]\n"
                   "1 [VLMC_BookmarksSetting::setBookmark] Failed to new VLMC_XMLNode.\n");
-    COMPARE_BYTES(bookmarks.takeCalls(), "add:bookmark:0:0 ");
+    COMPARE_BYTES(bookmarks.takeCalls(), "addXMLChild  bookmark '' 0 0 0\n");
     QCOMPARE(bookmarks.getXMLNodeCnt(), 0);
 }
 
 void tst_VLMC_BookmarksSetting::setBookmark_keepsNothingBeforeLoad()
 {
-    WatchedBookmarks bookmarks;
+    WatchedStore<VLMC_BookmarksSetting> bookmarks;
     QVERIFY(add(bookmarks, "a"));
     QVERIFY(add(bookmarks, "a", 1));
     QVERIFY(!bookmarks.getXMLRootNode());
-    QVERIFY(bookmarks.lastAdded);
+    QCOMPARE(bookmarks.livingNodes(), 8);
     runDeferredDeletes();
-    QVERIFY(!bookmarks.lastAdded);
+    QCOMPARE(bookmarks.livingNodes(), 0);
     QCOMPARE(bookmarks.getBookmarkCnt(), 0);
     bookmarks.deleteBookmark(0);
 }

@@ -3,8 +3,7 @@
 #include "core/VLMC_XMLNode.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
-
-#include <QtCore/QPointer>
+#include "tests/support/WatchedStore.h"
 
 namespace
 {
@@ -107,58 +106,17 @@ VLMC_XMLNode *addRaw(VLMC_XMLNode *parent, const char *name, const char *text, c
 // As an id is written.
 QByteArray threeDigits(int number) { return QByteArray::number(number).rightJustified(3, '0'); }
 
-// Records the calls of the virtual operations that the store makes.
-class RecordingHistory : public VLMC_HistorySetting
+// The calls that add a visit.
+QByteArray additionOf(const QByteArray &root, const QByteArray &title, const QByteArray &url,
+                      const QByteArray &time)
 {
-public:
-    QByteArray calls;
-    QPointer<QObject> firstAdded;
-
-    void load(QString &path) override
-    {
-        calls += "load " + path.section(QLatin1Char('/'), -1).toUtf8() + '\n';
-        VLMC_HistorySetting::load(path);
-    }
-    void save(QString &path) override
-    {
-        calls += "save " + path.section(QLatin1Char('/'), -1).toUtf8() + '\n';
-        VLMC_HistorySetting::save(path);
-    }
-    int getXMLRootNodeChildCntByName(QString &attributeName, QString &name) override
-    {
-        calls += "count " + attributeName.toUtf8() + ' ' + name.toUtf8() + '\n';
-        return VLMC_HistorySetting::getXMLRootNodeChildCntByName(attributeName, name);
-    }
-    void setIDforChildren(QString &attributeName) override
-    {
-        calls += "number " + attributeName.toUtf8() + '\n';
-        VLMC_HistorySetting::setIDforChildren(attributeName);
-    }
-    void deleteXMLNodeByID(int id, QString &attributeName) override
-    {
-        calls += "delete " + QByteArray::number(id) + ' ' + attributeName.toUtf8() + '\n';
-        VLMC_HistorySetting::deleteXMLNodeByID(id, attributeName);
-    }
-    void deleteAllSetting() override
-    {
-        calls += "delete all\n";
-        VLMC_HistorySetting::deleteAllSetting();
-    }
-    VLMC_XMLNode *addXMLChild(VLMC_XMLNode *parent, QString &name, QString &text, char &textType,
-                              QXmlStreamAttributes &attributes, char prepend) override
-    {
-        calls += "add " + name.toUtf8() + " '" + text.toUtf8() + "' "
-                 + QByteArray::number(int(textType)) + ' ' + QByteArray::number(int(prepend)) + ' '
-                 + QByteArray::number(int(attributes.size()))
-                 + (parent == getXMLRootNode() ? " root\n" : " entry\n");
-        VLMC_XMLNode *const node =
-            VLMC_HistorySetting::addXMLChild(parent, name, text, textType, attributes, prepend);
-        if (!firstAdded) {
-            firstAdded = node;
-        }
-        return node;
-    }
-};
+    const QByteArray field = "addXMLChild pageInfo ";
+    QByteArray calls = "addXMLChild " + root + " pageInfo '' 0 0 1\n";
+    calls += field + "title '" + title + "' 0 0 0\n";
+    calls += field + "url '" + url + "' 0 0 0\n";
+    calls += field + "dateTime '" + time + "' 0 0 0\n";
+    return calls + "setIDforChildren id\n";
+}
 
 // Takes no node, and counts more entries than there are.
 class OddHistory : public VLMC_HistorySetting
@@ -416,18 +374,12 @@ void tst_VLMC_HistorySetting::loadHistory_replacesTheHistory()
 void tst_VLMC_HistorySetting::loadHistory_callsVirtualOperations()
 {
     TestDirectory directory;
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
-    COMPARE_BYTES(history.calls, "delete all\n"
-                                 "load visit.xml\n"
-                                 "number id\n"
-                                 "delete all\n"
-                                 "add pageInfo '' 0 1 0 root\n"
-                                 "add title 'a' 0 0 0 entry\n"
-                                 "add url 'u:a' 0 0 0 entry\n"
-                                 "add dateTime '2026/01/01 00:00' 0 0 0 entry\n"
-                                 "number id\n"
-                                 "number id\n");
+    COMPARE_BYTES(history.takeCalls(), "deleteAllSetting\nload " + directory.file(kFile).toUtf8()
+                                           + "\nsetIDforChildren id\ndeleteAllSetting\n"
+                                           + additionOf("history", "a", "u:a", "2026/01/01 00:00")
+                                           + "setIDforChildren id\n");
 }
 
 // Entries without a number are not read before the sort deletes them.
@@ -466,7 +418,7 @@ void tst_VLMC_HistorySetting::loadHistory_keepsDistinctIdsBehindTheLastNumber()
     }
     VLMC_HistorySetting history;
     load(history, directory, fileOf(entries));
-    RecordingHistory derived;
+    WatchedStore<VLMC_HistorySetting> derived;
     load(derived, directory, fileOf(entries));
 
     QCOMPARE(history.getXMLNodeCnt(), 1001);
@@ -569,11 +521,11 @@ void tst_VLMC_HistorySetting::saveHistory_writesNothingBeforeLoad()
 void tst_VLMC_HistorySetting::saveHistory_renamesForeignRoot()
 {
     TestDirectory directory;
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     load(history, directory, "<visits a=\"b\" docInfo=\"0.9\"/>");
-    history.calls.clear();
+    history.takeCalls();
     COMPARE_BYTES(saved(history, directory), kHead + QByteArray("<history docInfo=\"1.0\"/>\n"));
-    COMPARE_BYTES(history.calls, "save visit.xml\n");
+    COMPARE_BYTES(history.takeCalls(), "save " + directory.file(kFile).toUtf8() + '\n');
 }
 
 void tst_VLMC_HistorySetting::getHistoryCnt_isZeroBeforeLoad()
@@ -585,14 +537,14 @@ void tst_VLMC_HistorySetting::getHistoryCnt_isZeroBeforeLoad()
 
 void tst_VLMC_HistorySetting::getHistoryCnt_countsVisitsOnly()
 {
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     VLMC_XMLNode *const root = history.createXMLRootNode();
     addRaw(root, "pageInfo", "", "000");
     addRaw(root, "other", "", "001");
     addRaw(root, "pageInfo", "", "002");
     addRaw(root, "pageInfo", "", "9");
     QCOMPARE(history.getHistoryCnt(), 2);
-    COMPARE_BYTES(history.calls, "count id pageInfo\n");
+    COMPARE_BYTES(history.takeCalls(), "getXMLRootNodeChildCntByName id pageInfo\n");
 }
 
 void tst_VLMC_HistorySetting::getHistory_fillsTheRecord()
@@ -758,12 +710,12 @@ void tst_VLMC_HistorySetting::getHistoryIndex_endsEarlyWithForeignEntries()
 void tst_VLMC_HistorySetting::getHistoryIndex_asksForTheCountOnce()
 {
     TestDirectory directory;
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     load(history, directory,
          fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")));
-    history.calls.clear();
+    history.takeCalls();
     QCOMPARE(indexOf(history, "none"), -1);
-    COMPARE_BYTES(history.calls, "count id pageInfo\n");
+    COMPARE_BYTES(history.takeCalls(), "getXMLRootNodeChildCntByName id pageInfo\n");
 }
 
 void tst_VLMC_HistorySetting::getHistoryIndex_isNotFoundBeforeLoad()
@@ -803,30 +755,26 @@ void tst_VLMC_HistorySetting::setHistory_insertsAtTheFront()
 
 void tst_VLMC_HistorySetting::setHistory_ignoresNull()
 {
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     history.createXMLRootNode();
     history.setHistory(nullptr);
     COMPARE_BYTES(loggedText(), kSetLine);
-    QCOMPARE(history.calls, QByteArray());
+    QCOMPARE(history.takeCalls(), QByteArray());
     QCOMPARE(history.getXMLNodeCnt(), 0);
 }
 
 void tst_VLMC_HistorySetting::setHistory_keepsNothingBeforeLoad()
 {
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     VLMS_History entry = visit("b", "u:b", "2026/01/04 05:06:07");
     history.setHistory(&entry);
     COMPARE_BYTES(loggedText(), kSetLine);
-    COMPARE_BYTES(history.calls, "add pageInfo '' 0 1 0 root\n"
-                                 "add title 'b' 0 0 0 entry\n"
-                                 "add url 'u:b' 0 0 0 entry\n"
-                                 "add dateTime '2026/01/04 05:06' 0 0 0 entry\n"
-                                 "number id\n");
+    COMPARE_BYTES(history.takeCalls(), additionOf("-", "b", "u:b", "2026/01/04 05:06"));
     QVERIFY(!history.getXMLRootNode());
     QCOMPARE(history.getHistoryCnt(), 0);
-    QVERIFY(history.firstAdded);
+    QCOMPARE(history.livingNodes(), 4);
     runDeferredDeletes();
-    QVERIFY(!history.firstAdded);
+    QCOMPARE(history.livingNodes(), 0);
 }
 
 void tst_VLMC_HistorySetting::setHistory_doesNotSort()
@@ -845,15 +793,11 @@ void tst_VLMC_HistorySetting::setHistory_doesNotSort()
 
 void tst_VLMC_HistorySetting::setHistory_callsVirtualOperations()
 {
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     history.createXMLRootNode();
     VLMS_History entry = visit("b", "u:b", "2026/01/04 05:06:07");
     history.setHistory(&entry);
-    COMPARE_BYTES(history.calls, "add pageInfo '' 0 1 0 root\n"
-                                 "add title 'b' 0 0 0 entry\n"
-                                 "add url 'u:b' 0 0 0 entry\n"
-                                 "add dateTime '2026/01/04 05:06' 0 0 0 entry\n"
-                                 "number id\n");
+    COMPARE_BYTES(history.takeCalls(), additionOf("", "b", "u:b", "2026/01/04 05:06"));
 }
 
 void tst_VLMC_HistorySetting::setHistory_stopsWithoutANode()
@@ -989,16 +933,16 @@ void tst_VLMC_HistorySetting::updateHistory_keepsMaxOfRefusedLoad()
 void tst_VLMC_HistorySetting::changeHistory_changesInPlace()
 {
     TestDirectory directory;
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     load(history, directory,
          fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")));
     VLMS_History entry = visit("\xf0\x9f\x98\x80", "v", "2026/12/31 23:59:59");
-    history.calls.clear();
+    history.takeCalls();
 
     history.changeHistory(1, entry);
 
     COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::changeHistory]\n");
-    QCOMPARE(history.calls, QByteArray());
+    QCOMPARE(history.takeCalls(), QByteArray());
     COMPARE_BYTES(saved(history, directory),
                   writtenFile(written("000", "a", "u:a", "2026/01/03 00:00")
                               + written("001", "\xf0\x9f\x98\x80", "v", "2026/12/31 23:59")));
@@ -1061,16 +1005,16 @@ void tst_VLMC_HistorySetting::changeHistoryTitle_ignoresWhatIsMissing()
 void tst_VLMC_HistorySetting::deleteHistory_renumbers()
 {
     TestDirectory directory;
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     load(history, directory,
          fileOf(entryOf("a", "2026/01/03 00:00") + entryOf("b", "2026/01/02 00:00")
                 + entryOf("c", "2026/01/01 00:00")));
-    history.calls.clear();
+    history.takeCalls();
 
     history.deleteHistory(1);
 
     COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::deleteHistory] si_nodeNum:1\n");
-    COMPARE_BYTES(history.calls, "delete 1 id\nnumber id\n");
+    COMPARE_BYTES(history.takeCalls(), "deleteXMLNodeByID 1 id\nsetIDforChildren id\n");
     COMPARE_BYTES(titles(history), "a,c,");
     COMPARE_BYTES(ids(history), "000,001,");
 }
@@ -1138,10 +1082,10 @@ void tst_VLMC_HistorySetting::sortHistory_putsInvalidTimesLast()
 
 void tst_VLMC_HistorySetting::sortHistory_stopsBeforeLoad()
 {
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     history.sortHistory();
     COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::sortHistory]\n");
-    QCOMPARE(history.calls, QByteArray());
+    QCOMPARE(history.takeCalls(), QByteArray());
 }
 
 void tst_VLMC_HistorySetting::sortHistory_keepsEmptyHistoryEmpty()
@@ -1237,25 +1181,16 @@ void tst_VLMC_HistorySetting::sortHistory_logsNullChildrenEveryTime()
 
 void tst_VLMC_HistorySetting::sortHistory_callsVirtualOperations()
 {
-    RecordingHistory history;
+    WatchedStore<VLMC_HistorySetting> history;
     VLMC_XMLNode *const root = history.createXMLRootNode();
     addRaw(addRaw(root, "pageInfo", "", "000"), "title", "a", nullptr);
     addRaw(addRaw(root, "pageInfo", "", "001"), "dateTime", "2026/01/01 00:00", nullptr);
 
     history.sortHistory();
 
-    COMPARE_BYTES(history.calls, "delete all\n"
-                                 "add pageInfo '' 0 1 0 root\n"
-                                 "add title 'a' 0 0 0 entry\n"
-                                 "add url '' 0 0 0 entry\n"
-                                 "add dateTime '' 0 0 0 entry\n"
-                                 "number id\n"
-                                 "add pageInfo '' 0 1 0 root\n"
-                                 "add title '' 0 0 0 entry\n"
-                                 "add url '' 0 0 0 entry\n"
-                                 "add dateTime '2026/01/01 00:00' 0 0 0 entry\n"
-                                 "number id\n"
-                                 "number id\n");
+    COMPARE_BYTES(history.takeCalls(), "deleteAllSetting\n" + additionOf("", "a", "", "")
+                                           + additionOf("", "", "", "2026/01/01 00:00")
+                                           + "setIDforChildren id\n");
 }
 
 void tst_VLMC_HistorySetting::sortHistory_endsAlikeInDerivedClasses()
@@ -1269,7 +1204,7 @@ void tst_VLMC_HistorySetting::sortHistory_endsAlikeInDerivedClasses()
     history.loadHistory(directory.pathPointer(), 1);
     const QByteArray log = loggedText().replace(hexAddress(history.getXMLRootNode()), "root");
     const QByteArray document = saved(history, directory);
-    RecordingHistory derived;
+    WatchedStore<VLMC_HistorySetting> derived;
     writeFile(directory.file(kFile), content);
     takeLog();
     derived.loadHistory(directory.pathPointer(), 1);

@@ -1,10 +1,10 @@
 #include "cookies/VLMC_AuthSetting.h"
 
 #include "core/VLMC_XMLNode.h"
-#include "tests/cookies/WatchedCredentials.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SavedDocuments.h"
+#include "tests/support/WatchedStore.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -980,7 +980,7 @@ void tst_VLMC_AuthSetting::setAuthInfo_keepsNothingBeforeLoad()
 
 void tst_VLMC_AuthSetting::setAuthInfo_isTrueWithoutANode()
 {
-    WatchedCredentials store;
+    WatchedStore<VLMC_AuthSetting> store;
     store.createXMLRootNode();
     store.refusesNodes = true;
     VLMS_AuthInfo info = credentials(utf8("h"));
@@ -1131,7 +1131,7 @@ void tst_VLMC_AuthSetting::addAuthInfo_escapesTexts()
 
 void tst_VLMC_AuthSetting::addAuthInfo_leaksNothingBeforeLoad()
 {
-    WatchedCredentials store;
+    WatchedStore<VLMC_AuthSetting> store;
     VLMS_AuthInfo info = credentials(utf8("h"));
     store.addAuthInfo(&info);
     QCOMPARE(store.livingNodes(), 6);
@@ -1147,7 +1147,7 @@ void tst_VLMC_AuthSetting::addAuthInfo_leaksNothingBeforeLoad()
 
 void tst_VLMC_AuthSetting::addAuthInfo_stopsWithoutANode()
 {
-    WatchedCredentials store;
+    WatchedStore<VLMC_AuthSetting> store;
     store.createXMLRootNode();
     store.refusesNodes = true;
     VLMS_AuthInfo info = credentials(utf8("h"));
@@ -1360,7 +1360,7 @@ void tst_VLMC_AuthSetting::deleteAuthInfo_doesNothingBeforeLoad()
 void tst_VLMC_AuthSetting::overrides_areHonoured()
 {
     TestDirectory directory;
-    WatchedCredentials store;
+    WatchedStore<VLMC_AuthSetting> store;
     const QByteArray path = directory.file("authinfo.xml").toUtf8();
 
     store.loadAuthInfo(directory.pathPointer(), 1);

@@ -1,9 +1,9 @@
 #include "cookies/VLMC_CookieSetting.h"
 
-#include "tests/cookies/WatchedCookies.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SavedDocuments.h"
+#include "tests/support/WatchedStore.h"
 
 #include <QtCore/QElapsedTimer>
 
@@ -149,7 +149,7 @@ void tst_VLMC_CookieSetting::getInstance_givesOneStore()
 
 void tst_VLMC_CookieSetting::constructor_startsWithoutMaximum()
 {
-    const WatchedCookies cookies;
+    const WatchedStore<VLMC_CookieSetting> cookies;
     QCOMPARE(cookies.max(), 0);
     QCOMPARE(loggedText(), QByteArray());
 }
@@ -218,7 +218,7 @@ void tst_VLMC_CookieSetting::addCookieInfo_logsOneLineWithoutTheCookie()
 
 void tst_VLMC_CookieSetting::addCookieInfo_addsElementsInOrder()
 {
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     QString rootName = utf8("cookie");
     cookies.createXMLRootNode()->setName(rootName);
     QNetworkCookie cookie = fullCookie();
@@ -237,7 +237,7 @@ void tst_VLMC_CookieSetting::addCookieInfo_addsElementsInOrder()
 
 void tst_VLMC_CookieSetting::addCookieInfo_stopsWhenThereIsNoEntry()
 {
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     cookies.createXMLRootNode();
     cookies.refusesNodes = true;
 
@@ -250,7 +250,7 @@ void tst_VLMC_CookieSetting::addCookieInfo_stopsWhenThereIsNoEntry()
 
 void tst_VLMC_CookieSetting::addCookieInfo_keepsNothingWithoutDocument()
 {
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
 
     add(cookies, "a");
 
@@ -371,7 +371,7 @@ void tst_VLMC_CookieSetting::getAllCookieInfo_isEmptyBeforeLoad()
 
 void tst_VLMC_CookieSetting::getAllCookieInfo_readsAllTexts()
 {
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     cookies.createXMLRootNode();
     QNetworkCookie cookie = fullCookie();
     cookies.addCookieInfo(cookie);
@@ -637,7 +637,7 @@ void tst_VLMC_CookieSetting::deleteCookieInfo_renumbers()
 
 void tst_VLMC_CookieSetting::deleteCookieInfo_deletesThenNumbers()
 {
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     cookies.createXMLRootNode();
 
     cookies.deleteCookieInfo(7);

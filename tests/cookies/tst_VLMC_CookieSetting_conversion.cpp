@@ -1,9 +1,9 @@
 #include "cookies/VLMC_CookieSetting.h"
 
-#include "tests/cookies/WatchedCookies.h"
 #include "tests/support/CookieIni.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/WatchedStore.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
@@ -291,7 +291,7 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_refuses()
     QFETCH(QByteArray, message);
     const TestDirectory directory;
     writeIni(directory, rawRange(1, 2));
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     QString path = directory.path();
     QCOMPARE(int(cookies.loadCookieInfo(&path, 5).size()), 2);
     if (empty) {
@@ -312,7 +312,7 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_recordsTheMaximumOnly()
     const TestDirectory directory;
     writeIni(directory, rawRange(1, 30));
     QString path = directory.path();
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     QCOMPARE(int(cookies.loadCookieInfo(&path, 1).size()), 30);
     QCOMPARE(cookies.max(), 1);
     QCOMPARE(int(cookies.loadCookieInfo(&path, 7).size()), 30);
@@ -586,7 +586,7 @@ void tst_VLMC_CookieSetting_conversion::saveCookieInfo_writesExactBytes()
 void tst_VLMC_CookieSetting_conversion::saveCookieInfo_logsStartAndEnd()
 {
     const TestDirectory directory;
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     QString path = directory.path();
     cookies.saveCookieInfo(QList<QNetworkCookie>(), &path, 1);
     COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::saveCookieInfo] start\n"
@@ -713,7 +713,7 @@ void tst_VLMC_CookieSetting_conversion::convertIniToXml_refusesNull()
     QFETCH(bool, withXml);
     TestDirectory directory;
     writeIni(directory, rawRange(1, 2));
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
 
     cookies.convertCookieIniToXML(withIni ? directory.localFile() : nullptr,
                                   withXml ? directory.localFile(kXml) : nullptr);
@@ -789,7 +789,7 @@ void tst_VLMC_CookieSetting_conversion::convertIniToXml_callsVirtualOperationsIn
     writeIni(directory, Bytes() << rawNumbered(1));
     writeFile(directory.file(kXml), documentOf(Bytes() << "old"));
     const QByteArray path = directory.file(kXml).toUtf8();
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
 
     cookies.convertCookieIniToXML(directory.localFile(), directory.localFile(kXml));
 
@@ -1097,7 +1097,7 @@ void tst_VLMC_CookieSetting_conversion::convertIniToXml_decodesPathsAsLatin1()
     TestDirectory directory;
     QByteArray path = directory.localFile("\xfc.xml");
     QByteArray latin1 = directory.path().toLatin1() + "\xfc.xml";
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     cookies.convertCookieIniToXML(directory.localFile(), latin1.data());
     QVERIFY(cookies.takeCalls().startsWith("load " + directory.path().toUtf8() + "\xc3\xbc.xml\n"));
     cookies.convertCookieXMLToIni(latin1.data(), directory.localFile());
@@ -1116,7 +1116,7 @@ void tst_VLMC_CookieSetting_conversion::convertXmlToIni_refusesNull()
     QFETCH(bool, withXml);
     TestDirectory directory;
     writeFile(directory.file(kXml), documentOf(namesRange(1, 2)));
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
 
     cookies.convertCookieXMLToIni(withXml ? directory.localFile(kXml) : nullptr,
                                   withIni ? directory.localFile() : nullptr);
@@ -1169,7 +1169,7 @@ void tst_VLMC_CookieSetting_conversion::convertXmlToIni_callsVirtualOperationsIn
 {
     TestDirectory directory;
     writeFile(directory.file(kXml), documentOf(namesRange(1, 2)));
-    WatchedCookies cookies;
+    WatchedStore<VLMC_CookieSetting> cookies;
     cookies.convertCookieXMLToIni(directory.localFile(kXml), directory.localFile());
     COMPARE_BYTES(cookies.takeCalls(),
                   "load " + directory.file(kXml).toUtf8() + "\ndeleteAllSetting\n");

@@ -50,7 +50,7 @@ void tst_Entries::operations_callOverrides()
     addElement(store, store.getXMLRootNode(), "e", utf8("t"), CDataText, AtFront);
     COMPARE_BYTES(store.takeCalls(), "addXMLChild  e 't' 1 0 1\n");
     QCOMPARE(countEntries(store, "e"), 0);
-    COMPARE_BYTES(store.takeCalls(), "getXMLRootNodeChildCntByName\n");
+    COMPARE_BYTES(store.takeCalls(), "getXMLRootNodeChildCntByName id e\n");
     numberEntries(store);
     COMPARE_BYTES(store.takeCalls(), "setIDforChildren id\n");
     QCOMPARE(countEntries(store, "e"), 1);

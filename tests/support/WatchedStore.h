@@ -4,9 +4,12 @@
 #include "core/VLMC_XMLNode.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QList>
+#include <QtCore/QPointer>
 #include <QtCore/QXmlStreamAttributes>
 
-/// A store that notes the calls of its virtual operations, in order, one per line.
+/// A store that notes the calls of its virtual operations, in order, one per line, and the nodes
+/// that it makes.
 template <typename Store>
 class WatchedStore : public Store
 {
@@ -20,6 +23,18 @@ public:
         return taken;
     }
 
+    int livingNodes() const
+    {
+        int living = 0;
+        for (const QPointer<QObject> &node : nodes) {
+            living += node ? 1 : 0;
+        }
+        return living;
+    }
+
+    /// In the stores that record it at a load.
+    int max() const { return Store::loadMax; }
+
     void load(QString &path) override
     {
         calls += "load " + path.toUtf8() + '\n';
@@ -32,7 +47,8 @@ public:
     }
     int getXMLRootNodeChildCntByName(QString &attributeName, QString &name) override
     {
-        calls += "getXMLRootNodeChildCntByName\n";
+        calls +=
+            "getXMLRootNodeChildCntByName " + attributeName.toUtf8() + ' ' + name.toUtf8() + '\n';
         return Store::getXMLRootNodeChildCntByName(attributeName, name);
     }
     void setIDforChildren(QString &attributeName) override
@@ -63,14 +79,20 @@ public:
                  + name.toUtf8() + " '" + text.toUtf8() + "' " + QByteArray::number(int(textType))
                  + ' ' + QByteArray::number(int(attributes.size())) + ' '
                  + QByteArray::number(int(prepend)) + '\n';
-        return refusesNodes ? nullptr
-                            : Store::addXMLChild(parent, name, text, textType, attributes, prepend);
+        if (refusesNodes) {
+            return nullptr;
+        }
+        VLMC_XMLNode *const node =
+            Store::addXMLChild(parent, name, text, textType, attributes, prepend);
+        nodes.append(QPointer<QObject>(node));
+        return node;
     }
 
     bool refusesNodes;
 
 private:
     QByteArray calls;
+    QList<QPointer<QObject>> nodes;
 };
 
 #endif
