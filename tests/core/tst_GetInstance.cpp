@@ -9,10 +9,9 @@
 #include "preferences/VLMC_BrowserCommonSetting.h"
 #include "preferences/VLMC_BrowserUserSetting.h"
 #include "tests/support/Files.h"
+#include "tests/support/Processes.h"
 
 #include <atomic>
-#include <cerrno>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -59,14 +58,7 @@ bool agree(Instance instance)
 
 bool agreeInNewProcess(Instance instance)
 {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(agree(instance) ? 0 : 1);
-    }
-    int status = -1;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status == 0;
+    return inChild([instance] { _exit(agree(instance) ? 0 : 1); }) == 0;
 }
 } // namespace
 

@@ -4,11 +4,11 @@
 #include "core/VLMC_XMLWriter.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/Processes.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QThread>
 
-#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -67,15 +67,12 @@ private:
 template <typename Work>
 int asUnprivileged(Work work)
 {
-    const pid_t child = fork();
-    if (child == 0) {
+    const int status = inChild([&work] {
         if (getuid() == 0 && (setgid(kUnprivileged) != 0 || setuid(kUnprivileged) != 0)) {
             _exit(77);
         }
         _exit(work() ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
+    });
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 

@@ -5,11 +5,11 @@
 #include "tests/support/CookieIni.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/Processes.h"
 #include "tests/support/SystemCalls.h"
 
 #include <QtCore/QDir>
 
-#include <cerrno>
 #include <csignal>
 #include <functional>
 #include <sys/wait.h>
@@ -34,19 +34,13 @@ QByteArray iniWith(char letter)
 void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 // Each conversion is made by a process of its own: QSettings remembers what it read and wrote.
-int inChild(const std::function<void()> &work)
+int convertInChild(const std::function<void()> &work)
 {
-    const pid_t child = fork();
-    if (child == 0) {
+    return inChild([&] {
         qInstallMessageHandler(ignoreMessage);
         alarm(kSecondsToConvert);
         work();
-        _exit(0);
-    }
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status;
+    });
 }
 
 // A directory with a document, and the "cookie.ini" of an earlier one or none.
@@ -78,7 +72,7 @@ public:
     {
         char *const from = m_directory.localFile(kDocument);
         char *const to = m_directory.localFile();
-        return inChild([&] {
+        return convertInChild([&] {
             setFaultPlan(plan);
             VLMC_CookieSetting cookies;
             {
@@ -119,7 +113,7 @@ private:
         writeFile(ini(), iniWith(letter));
         char *const directory = m_directory.localFile();
         char *const document = m_directory.localFile(kDocument);
-        inChild([&] {
+        convertInChild([&] {
             VLMC_CookieSetting cookies;
             cookies.convertCookieIniToXML(directory, document);
         });

@@ -1,9 +1,10 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
-#include "core/VLMC_XMLWriter.h"
+#include "tests/durability/FilledTree.h"
 #include "tests/durability/SavedStores.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/Processes.h"
 #include "tests/support/SystemCalls.h"
 
 #include <QtCore/QBuffer>
@@ -304,20 +305,6 @@ int indexOf(const QList<SystemCall> &calls, const QByteArray &name, int from = 0
     return -1;
 }
 
-template <typename Work>
-int inChild(Work work)
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        work();
-        _exit(0);
-    }
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status;
-}
-
 // Does its work up to a watched call, and then waits to be told.
 class StoppedProcess
 {
@@ -369,21 +356,6 @@ private:
     pid_t m_id;
 };
 
-QByteArray document(int fill)
-{
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>" + QByteArray(fill, 'x') + "</r>\n";
-}
-
-bool writeTree(QString path, int fill)
-{
-    VLMC_XMLNode root(nullptr, 0);
-    QString name = utf8("r");
-    QString text(fill, QLatin1Char('x'));
-    root.setName(name);
-    root.setText(text);
-    VLMC_XMLWriter writer;
-    return writer.write(path, &root);
-}
 } // namespace
 
 class tst_Durability : public QObject

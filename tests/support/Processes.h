@@ -1,0 +1,23 @@
+#ifndef PROCESSES_H
+#define PROCESSES_H
+
+#include <cerrno>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// Does the work in a process of its own; the status that waitpid() gives, 0 when the work returns.
+template <typename Work>
+int inChild(Work work)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        work();
+        _exit(0);
+    }
+    int status = -1;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+#endif
