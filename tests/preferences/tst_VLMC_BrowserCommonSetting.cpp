@@ -1,6 +1,7 @@
 #include "preferences/VLMC_BrowserCommonSetting.h"
 
 #include "core/VLMC_XMLNode.h"
+#include "tests/preferences/Documents.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SavedDocuments.h"
@@ -138,19 +139,9 @@ bool isOn(Codes codes, int code)
     return false;
 }
 
-QByteArray saved(Store &store)
-{
-    TestDirectory directory;
-    store.saveSetting(directory.pathPointer());
-    return readFile(directory.file(kFile));
-}
+QByteArray saved(Store &store) { return savedAs(kFile, store); }
 
-void load(Store &store, const QByteArray &document)
-{
-    TestDirectory directory;
-    writeFile(directory.file(kFile), document);
-    store.loadSetting(directory.pathPointer());
-}
+void load(Store &store, const QByteArray &document) { loadAs(kFile, store, document); }
 
 // What is saved after a load of this document.
 QByteArray completed(const QByteArray &document)
@@ -163,16 +154,7 @@ QByteArray completed(const QByteArray &document)
 // The default document with one part replaced.
 QByteArray defaultsWith(const QByteArray &part, const QByteArray &replacement)
 {
-    QByteArray document(kDefaults);
-    if (document.count(part) != 1) {
-        qFatal("not once in the document: %s", part.constData());
-    }
-    return document.replace(part, replacement);
-}
-
-QByteArray element(const QByteArray &name, const QByteArray &text)
-{
-    return text.isEmpty() ? '<' + name + "/>" : '<' + name + '>' + text + "</" + name + '>';
+    return with(kDefaults, part, replacement);
 }
 
 QByteArray defaultElement(const QByteArray &name)
@@ -187,35 +169,6 @@ QByteArray defaultsWithText(const QByteArray &name, const QByteArray &text)
 {
     return defaultsWith(defaultElement(name), element(name, text));
 }
-
-QString repeated(int count) { return QString(count, QLatin1Char('x')); }
-
-// Characters of three bytes, filled up with single bytes.
-QString wide(int bytes) { return QString(bytes / 3, QChar(0x3042)) + repeated(bytes % 3); }
-
-// Leaves the store without root, or counts what a store asks of its base.
-class Override : public Store
-{
-public:
-    bool loads = true;
-    int loadCalls = 0;
-    int saveCalls = 0;
-    QString path;
-
-    void load(QString &file) override
-    {
-        ++loadCalls;
-        path = file;
-        if (loads) {
-            Store::load(file);
-        }
-    }
-    void save(QString &file) override
-    {
-        ++saveCalls;
-        path = file;
-    }
-};
 } // namespace
 
 class tst_VLMC_BrowserCommonSetting : public QObject
@@ -370,7 +323,7 @@ void tst_VLMC_BrowserCommonSetting::loadSetting_savesNothing()
 
 void tst_VLMC_BrowserCommonSetting::loadSetting_addsNothingWithoutRoot()
 {
-    Override store;
+    Override<Store> store;
     store.loads = false;
     QString path = utf8("/d/");
 
@@ -597,7 +550,7 @@ void tst_VLMC_BrowserCommonSetting::saveSetting_logsStartAndEnd()
 void tst_VLMC_BrowserCommonSetting::saveSetting_refusesBlankDirectory()
 {
     QFETCH(bool, null);
-    Override store;
+    Override<Store> store;
     QString empty;
     store.saveSetting(null ? nullptr : &empty);
     QCOMPARE(store.saveCalls, 0);

@@ -1,6 +1,7 @@
 #include "preferences/VLMC_BrowserUserSetting.h"
 
 #include "core/VLMC_XMLNode.h"
+#include "tests/preferences/Documents.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 
@@ -72,19 +73,9 @@ const Timing kTimings[] = {
      "authInfo", "authInfoDeleteTiming", kAuthInfo},
 };
 
-QByteArray saved(Store &store)
-{
-    TestDirectory directory;
-    store.saveSetting(directory.pathPointer());
-    return readFile(directory.file(kFile));
-}
+QByteArray saved(Store &store) { return savedAs(kFile, store); }
 
-void load(Store &store, const QByteArray &document)
-{
-    TestDirectory directory;
-    writeFile(directory.file(kFile), document);
-    store.loadSetting(directory.pathPointer());
-}
+void load(Store &store, const QByteArray &document) { loadAs(kFile, store, document); }
 
 QByteArray completed(const QByteArray &document)
 {
@@ -93,51 +84,11 @@ QByteArray completed(const QByteArray &document)
     return saved(store);
 }
 
-// The document with a part that it holds once replaced.
-QByteArray with(QByteArray document, const QByteArray &part, const QByteArray &replacement)
-{
-    if (document.count(part) != 1) {
-        qFatal("not once in the document: %s", part.constData());
-    }
-    return document.replace(part, replacement);
-}
-
-QByteArray element(const QByteArray &name, const QByteArray &text)
-{
-    return text.isEmpty() ? '<' + name + "/>" : '<' + name + '>' + text + "</" + name + '>';
-}
-
 QByteArray timings(const QByteArray &cookie, const QByteArray &authInfo)
 {
     return with(with(kDefaults, kCookie, element("cookieDeleteTiming", cookie)), kAuthInfo,
                 element("authInfoDeleteTiming", authInfo));
 }
-
-QString repeated(int count) { return QString(count, QLatin1Char('x')); }
-
-// Characters of three bytes, filled up with single bytes.
-QString wide(int bytes) { return QString(bytes / 3, QChar(0x3042)) + repeated(bytes % 3); }
-
-class Override : public Store
-{
-public:
-    bool loads = true;
-    int saveCalls = 0;
-    QString path;
-
-    void load(QString &file) override
-    {
-        path = file;
-        if (loads) {
-            Store::load(file);
-        }
-    }
-    void save(QString &file) override
-    {
-        ++saveCalls;
-        path = file;
-    }
-};
 } // namespace
 
 class tst_VLMC_BrowserUserSetting : public QObject
@@ -251,7 +202,7 @@ void tst_VLMC_BrowserUserSetting::loadSetting_refusesBlankDirectory()
 
 void tst_VLMC_BrowserUserSetting::loadSetting_addsNothingWithoutRoot()
 {
-    Override store;
+    Override<Store> store;
     store.loads = false;
     QString path = utf8("/d/");
     store.loadSetting(&path);
@@ -446,7 +397,7 @@ void tst_VLMC_BrowserUserSetting::saveSetting_logsStartAndEnd()
 void tst_VLMC_BrowserUserSetting::saveSetting_refusesBlankDirectory()
 {
     QFETCH(bool, null);
-    Override store;
+    Override<Store> store;
     QString empty;
     store.saveSetting(null ? nullptr : &empty);
     QCOMPARE(store.saveCalls, 0);
