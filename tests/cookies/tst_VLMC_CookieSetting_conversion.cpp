@@ -101,6 +101,9 @@ private slots:
     void roundTrip_shiftsExpiryByTheZone();
     void roundTrip_countsMaxAgeFromNow();
     void logs_holdNoSecrets();
+
+private:
+    static void addRefusals(const char *ofZero, const char *ofMinusOne);
 };
 
 namespace
@@ -268,7 +271,7 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_logsStartAndEnd()
     QVERIFY(!exists(directory.file(kIni)));
 }
 
-void tst_VLMC_CookieSetting_conversion::loadCookieInfo_refuses_data()
+void tst_VLMC_CookieSetting_conversion::addRefusals(const char *ofZero, const char *ofMinusOne)
 {
     QTest::addColumn<bool>("null");
     QTest::addColumn<bool>("empty");
@@ -279,8 +282,13 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_refuses_data()
     QTest::newRow("empty") << false << true << 1 << path;
     QTest::newRow("null before maximum") << true << false << 0 << path;
     QTest::newRow("empty before maximum") << false << true << -1 << path;
-    QTest::newRow("0") << false << false << 0 << QByteArray("Error load_max:0");
-    QTest::newRow("-1") << false << false << -1 << QByteArray("Error load_max:-1");
+    QTest::newRow("0") << false << false << 0 << QByteArray(ofZero);
+    QTest::newRow("-1") << false << false << -1 << QByteArray(ofMinusOne);
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_refuses_data()
+{
+    addRefusals("Error load_max:0", "Error load_max:-1");
 }
 
 void tst_VLMC_CookieSetting_conversion::loadCookieInfo_refuses()
@@ -598,17 +606,7 @@ void tst_VLMC_CookieSetting_conversion::saveCookieInfo_logsStartAndEnd()
 
 void tst_VLMC_CookieSetting_conversion::saveCookieInfo_refuses_data()
 {
-    QTest::addColumn<bool>("null");
-    QTest::addColumn<bool>("empty");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QByteArray>("message");
-    const QByteArray path("Path is NULL or empty.");
-    QTest::newRow("null") << true << false << 1 << path;
-    QTest::newRow("empty") << false << true << 1 << path;
-    QTest::newRow("null before maximum") << true << false << 0 << path;
-    QTest::newRow("empty before maximum") << false << true << -1 << path;
-    QTest::newRow("0") << false << false << 0 << QByteArray("Error save_max:0");
-    QTest::newRow("-1") << false << false << -1 << QByteArray("Error save_max:-1");
+    addRefusals("Error save_max:0", "Error save_max:-1");
 }
 
 void tst_VLMC_CookieSetting_conversion::saveCookieInfo_refuses()
