@@ -11,7 +11,8 @@ platform=$4
 build=$5
 
 "$cmake" -S "$source" -B "$build" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=-O0 \
-  -DCMAKE_CXX_COMPILER="$cxx" -DBUILD_TESTING=OFF -DVELMORA_PLATFORM_LIBRARY="$platform"
+  -DCMAKE_CXX_COMPILER="$cxx" -DBUILD_TESTING=OFF \
+  -DVELMORA_TOOLS=OFF -DVELMORA_KIOSK=OFF -DVELMORA_PLATFORM_LIBRARY="$platform"
 "$cmake" --build "$build" --target velmora-settings
 "$cmake" --install "$build" --prefix "$build/prefix"
 libraries=$(dirname "$(find "$build/prefix" -name libvelmora-settings.so)")
