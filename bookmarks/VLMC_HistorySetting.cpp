@@ -190,7 +190,7 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
     const int count = getHistoryCnt();
     const QList<VLMC_XMLNode *> entries = entriesById(*this, count);
-    const QString none;
+    const QString none = QString();
     const QString *compared = &none;
     for (int id = 0; id < count; ++id) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");

@@ -66,7 +66,7 @@ int dayIn(const QString &text)
 // yyyyMMddhhmm
 qint64 digitsIn(const QString &text)
 {
-    return dayIn(text) * 10000LL + numberAt(text, 11, 2) * 100 + numberAt(text, 14, 2);
+    return dayIn(text) * 10000LL + numberAt(text, 11, 2) * 100LL + numberAt(text, 14, 2);
 }
 
 QDate dateIn(const QString &text)
