@@ -36,16 +36,27 @@ QString thumbnailName(int number)
 // 0 for a name that holds no number.
 int thumbnailNumber(const QString &path)
 {
-    QString digits = path.right(kNameChars);
-    digits.chop(kSuffixChars);
-    return digits.toInt();
+    const int start = qMax(0, int(path.size()) - kNameChars);
+    return path.mid(start, qMax(0, int(path.size()) - kSuffixChars - start)).toInt();
 }
 
 QString stripThumbnailDir(QString &path, QString &) { return path.right(kNameChars); }
 
 QString prependThumbnailDir(QString &path, QString &dir)
 {
-    return dir + QEXC_TextCodec::fromSJIS(kThumbnailDirectory) + path;
+    QString whole;
+    whole.reserve(dir.size() + int(sizeof kThumbnailDirectory) + path.size());
+    whole += dir;
+    whole += QLatin1String(kThumbnailDirectory);
+    whole += path;
+    return whole;
+}
+
+// Asked for at every step of a walk. Never destroyed: stores may be used while the process exits.
+const QString &bookmarkName()
+{
+    static const QString *const name = new QString(elementName(kBookmark));
+    return *name;
 }
 } // namespace
 
@@ -98,7 +109,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getThumbNode(int &index)
         return nullptr;
     }
     index = qMax(index, 0);
-    QString name = elementName(kBookmark);
+    QString name = bookmarkName();
     return childNamed(root->getChildByName(name, index), kThumbnail);
 }
 
