@@ -9,9 +9,11 @@ update=${3:-}
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
+# In a folder of its own: each operation adds to what it finds.
 count() {
+    mkdir "$folder/$1"
     TZ=UTC LC_ALL=C.UTF-8 LD_BIND_NOW=1 valgrind --tool=callgrind --toggle-collect=measured \
-        --callgrind-out-file=/dev/null "$program" "$1" "$folder/" </dev/null 2>"$folder/output" || {
+        --callgrind-out-file=/dev/null "$program" "$1" "$folder/$1/" </dev/null 2>"$folder/output" || {
         cat "$folder/output" >&2
         return 1
     }
