@@ -2,6 +2,9 @@
 # _TEST to the targets to link, and velmora_qt_find, _pkgconfig and _debian to what a consumer has to
 # look for with CMake, with pkg-config and among Debian's packages.
 
+# For Qt's own functions without a major in their names.
+set(QT_DEFAULT_MAJOR_VERSION ${VELMORA_QT_MAJOR})
+
 if(VELMORA_QT_MAJOR EQUAL 4)
   find_package(Qt4 4.8 REQUIRED QtCore QtNetwork QtGui)
   set(VELMORA_QT_CORE Qt4::QtCore)

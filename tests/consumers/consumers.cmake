@@ -70,5 +70,5 @@ if(VELMORA_QT_MAJOR EQUAL 5 AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize" AND PKG
     COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumers/check-platform-library.sh ${CMAKE_COMMAND}
       ${CMAKE_CXX_COMPILER} ${PROJECT_SOURCE_DIR} $<TARGET_FILE:device-platform>
       ${CMAKE_CURRENT_BINARY_DIR}/platform-library)
-  set_tests_properties(platform-library PROPERTIES TIMEOUT 900)
+  set_tests_properties(platform-library PROPERTIES TIMEOUT 900 COST 500)
 endif()

@@ -1,26 +1,31 @@
 # Every public header compiles alone, in a program with strict warnings that shares none of our
-# flags, in each language standard that Qt allows.
-
-if(VELMORA_QT_MAJOR EQUAL 6)
-  set(standards 17)
-else()
-  set(standards 11 17)
-endif()
+# flags, in the oldest language standard that Qt allows; and all of them in the newest.
 
 set(header_sources)
+set(includes)
 foreach(header IN LISTS velmora_public_headers)
   string(MAKE_C_IDENTIFIER ${header} name)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/headers/${name}.cpp)
   file(GENERATE OUTPUT ${source} CONTENT "#include \"${header}\"\n#include \"${header}\"\n")
   list(APPEND header_sources ${source})
+  string(APPEND includes "#include \"${header}\"\n")
 endforeach()
+file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/headers/all.cpp CONTENT "${includes}")
 
-foreach(standard IN LISTS standards)
-  add_library(headers-cxx${standard} OBJECT ${header_sources})
+function(velmora_header_check standard)
+  add_library(headers-cxx${standard} OBJECT ${ARGN})
   set_target_properties(headers-cxx${standard} PROPERTIES
     CXX_STANDARD ${standard}
     CXX_STANDARD_REQUIRED ON
     CXX_EXTENSIONS OFF)
   target_compile_options(headers-cxx${standard} PRIVATE -Wall -Wextra -Wpedantic -Werror)
   target_link_libraries(headers-cxx${standard} PRIVATE velmora-settings)
-endforeach()
+endfunction()
+
+if(VELMORA_QT_MAJOR EQUAL 6)
+  velmora_header_check(17 ${header_sources})
+  velmora_header_check(20 ${CMAKE_CURRENT_BINARY_DIR}/headers/all.cpp)
+elseif(NOT CMAKE_CXX_FLAGS MATCHES "sanitize|coverage")
+  velmora_header_check(11 ${header_sources})
+  velmora_header_check(17 ${CMAKE_CURRENT_BINARY_DIR}/headers/all.cpp)
+endif()

@@ -1,0 +1,155 @@
+// How texts are printed, and what signals do to the tool. Prompts are tried on a terminal, in
+// tests/tools/terminal.
+
+#include "tests/support/Files.h"
+#include "tests/support/Processes.h"
+#include "tools/velmora-profile/Console.h"
+
+#include <QtTest/QtTest>
+
+#include <csignal>
+#include <sys/time.h>
+
+using namespace profile;
+
+class tst_Console : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void counted_takesTheSingularForOne();
+    void printable_showsWhatSteersATerminal_data();
+    void printable_showsWhatSteersATerminal();
+    void masked_hidesTheLengthOfSecrets();
+    void warn_printsOneLine();
+    void deadline_isTenSecondsOfTheProcessor();
+    void deadline_endsTheToolWithOneLine();
+    void uninterrupted_letsInterruptionsWait();
+};
+
+namespace
+{
+const int kSecond = 1000000;
+
+// What is left of the processor's time that may be taken, in microseconds; 0 for no limit.
+qint64 timeLeft()
+{
+    itimerval timer;
+    getitimer(ITIMER_VIRTUAL, &timer);
+    return timer.it_value.tv_sec * qint64(kSecond) + timer.it_value.tv_usec;
+}
+
+// Runs the work in a process of its own; what it writes on standard error.
+template <typename Work>
+QByteArray errorsOf(Work work, int *status)
+{
+    const TestDirectory directory;
+    const QString path = directory.file("stderr");
+    *status = inChild([&] {
+        QFile errors(path);
+        if (!errors.open(QIODevice::WriteOnly) || dup2(errors.handle(), STDERR_FILENO) < 0) {
+            _exit(1);
+        }
+        work();
+    });
+    return readFile(path);
+}
+
+bool isExit(int status, int code) { return WIFEXITED(status) && WEXITSTATUS(status) == code; }
+} // namespace
+
+void tst_Console::counted_takesTheSingularForOne()
+{
+    QCOMPARE(counted(0, "entry", "entries"), text("0 entries"));
+    QCOMPARE(counted(1, "entry", "entries"), text("1 entry"));
+    QCOMPARE(counted(3, "entry", "entries"), text("3 entries"));
+}
+
+void tst_Console::printable_showsWhatSteersATerminal_data()
+{
+    QTest::addColumn<QString>("untrusted");
+    QTest::addColumn<QString>("printed");
+    QTest::newRow("plain") << text("a b") << text("a b");
+    QTest::newRow("letters of any script") << text("日本 é") << text("日本 é");
+    QTest::newRow("escape") << text("\x1b[2J") << text("␛[2J");
+    QTest::newRow("ends of lines") << text("a\r\nb\tc") << text("a␍␊b␉c");
+    QTest::newRow("delete") << text("a\x7f") << text("a\xef\xbf\xbd");
+    QTest::newRow("control sequence introducer") << text("\xc2\x9b") << text("\xef\xbf\xbd");
+    QTest::newRow("turned around") << text("\xe2\x80\xae") << text("\xef\xbf\xbd");
+}
+
+void tst_Console::printable_showsWhatSteersATerminal()
+{
+    QFETCH(QString, untrusted);
+    QFETCH(QString, printed);
+    QCOMPARE(printable(untrusted), printed);
+}
+
+void tst_Console::masked_hidesTheLengthOfSecrets()
+{
+    QCOMPARE(masked(text("a")), text("********"));
+    QCOMPARE(masked(text("a secret of some length")), text("********"));
+    QCOMPARE(masked(text("a"), true), text("a"));
+    QCOMPARE(masked(QString()), QString());
+}
+
+void tst_Console::warn_printsOneLine()
+{
+    int status = -1;
+    const QByteArray errors = errorsOf([] { warn(text("a\nb")); }, &status);
+    QCOMPARE(errors, QByteArray("velmora-profile: a␊b\n"));
+    QVERIFY(isExit(status, 0));
+}
+
+void tst_Console::deadline_isTenSecondsOfTheProcessor()
+{
+    QCOMPARE(timeLeft(), qint64(0));
+    {
+        const Deadline deadline;
+        // The kernel counts in ticks, and may give one more.
+        QVERIFY2(timeLeft() > 9 * kSecond && timeLeft() < 11 * kSecond,
+                 QByteArray::number(timeLeft()).constData());
+    }
+    QCOMPARE(timeLeft(), qint64(0));
+}
+
+void tst_Console::deadline_endsTheToolWithOneLine()
+{
+    int status = -1;
+    const QByteArray errors = errorsOf(
+        [] {
+            const Deadline deadline;
+            raise(SIGVTALRM);
+        },
+        &status);
+    QCOMPARE(errors, QByteArray("velmora-profile: reading the file takes too long; nothing was "
+                                "changed, look at what it is\n"));
+    QVERIFY(isExit(status, Failed));
+}
+
+// The interruption comes when the outermost one has ended, and not before.
+void tst_Console::uninterrupted_letsInterruptionsWait()
+{
+    int status = -1;
+    const QByteArray errors = errorsOf(
+        [] {
+            // Not Qt Test's.
+            signal(SIGINT, SIG_DFL);
+            {
+                const Uninterrupted outer;
+                {
+                    const Uninterrupted inner;
+                    raise(SIGINT);
+                }
+                warn(text("still here"));
+            }
+            warn(text("and here"));
+        },
+        &status);
+    QCOMPARE(errors, QByteArray("velmora-profile: still here\n"));
+    QVERIFY(WIFSIGNALED(status));
+    QCOMPARE(WTERMSIG(status), SIGINT);
+}
+
+QTEST_GUILESS_MAIN(tst_Console)
+#include "tst_Console.moc"
