@@ -5,12 +5,15 @@
 #include "bookmarks/BookmarkElements_p.h"
 #include "bookmarks/RegularFile_p.h"
 #include "core/Entries_p.h"
+#include "core/Identifier_p.h"
+#include "core/NodeView_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QStringBuilder>
 #include <QtGui/QImage>
 
 using namespace vlm;
@@ -37,26 +40,37 @@ QString thumbnailName(int number)
 int thumbnailNumber(const QString &path)
 {
     const int start = qMax(0, int(path.size()) - kNameChars);
-    return path.mid(start, qMax(0, int(path.size()) - kSuffixChars - start)).toInt();
+    const int size = qMax(0, int(path.size()) - kSuffixChars - start);
+    const int number = plainNumber(path.constData() + start, size);
+    return number >= 0 ? number : path.mid(start, size).toInt();
 }
 
 QString stripThumbnailDir(QString &path, QString &) { return path.right(kNameChars); }
 
 QString prependThumbnailDir(QString &path, QString &dir)
 {
-    QString whole;
-    whole.reserve(dir.size() + int(sizeof kThumbnailDirectory) + path.size());
-    whole += dir;
-    whole += QLatin1String(kThumbnailDirectory);
-    whole += path;
-    return whole;
+    return dir % QLatin1String(kThumbnailDirectory) % path;
 }
 
-// Asked for at every step of a walk. Never destroyed: stores may be used while the process exits.
-const QString &bookmarkName()
+// Elements that are no bookmarks are passed over. Stops at the first bookmark without a thumbnail
+// element: later ones keep their paths, and their numbers do not count.
+template <typename Work>
+void withEachThumbnail(VLMC_XMLNode *root, Work work)
 {
-    static const QString *const name = new QString(elementName(kBookmark));
-    return *name;
+    if (!root) {
+        return;
+    }
+    const QList<VLMC_XMLNode *> children = NodeView::children(*root);
+    for (VLMC_XMLNode *const child : children) {
+        if (!child || !NodeView::isNamed(*child, QLatin1String(kBookmark))) {
+            continue;
+        }
+        VLMC_XMLNode *const thumbnail = childNamed(child, kThumbnail);
+        if (!thumbnail) {
+            return;
+        }
+        work(*thumbnail);
+    }
 }
 } // namespace
 
@@ -90,15 +104,10 @@ bool VLMC_BookmarksSetting::deleteThumbnail(QString *path) { return path && QFil
 
 int VLMC_BookmarksSetting::getLastNumber()
 {
-    const int count = getXMLNodeCnt();
     int last = 0;
-    for (int i = 0; i < count; ++i) {
-        VLMC_XMLNode *const thumbnail = getThumbNode(i);
-        if (!thumbnail) {
-            break;
-        }
-        last = qMax(last, thumbnailNumber(getThumbFilePath(thumbnail)));
-    }
+    withEachThumbnail(root, [&](VLMC_XMLNode &thumbnail) {
+        last = qMax(last, thumbnailNumber(getThumbFilePath(&thumbnail)));
+    });
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::getLastNumber] last number:%d", last);
     return last;
 }
@@ -109,7 +118,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getThumbNode(int &index)
         return nullptr;
     }
     index = qMax(index, 0);
-    QString name = bookmarkName();
+    QString name = elementName(kBookmark);
     return childNamed(root->getChildByName(name, index), kThumbnail);
 }
 
@@ -148,24 +157,17 @@ bool VLMC_BookmarksSetting::setBookmarkThumbnailFilePath(int id, QString *path)
     return setThumbFilePath(getBookmarkChildNode(id, ThumbnailChild), *path);
 }
 
-// Stops at the first bookmark without a thumbnail element, as getLastNumber does: later ones keep
-// their paths. getThumbNode moves the position past elements that are no bookmarks.
 void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,
                                                 QString (*convert)(QString &path, QString &dir))
 {
     if (!convert) {
         return;
     }
-    const int count = getXMLNodeCnt();
-    for (int i = 0; i < count; ++i) {
-        VLMC_XMLNode *const thumbnail = getThumbNode(i);
-        if (!thumbnail) {
-            return;
-        }
-        QString path = getThumbFilePath(thumbnail);
+    withEachThumbnail(root, [&](VLMC_XMLNode &thumbnail) {
+        QString path = getThumbFilePath(&thumbnail);
         QString converted = convert(path, dir);
-        setThumbFilePath(thumbnail, converted);
-    }
+        NodeView::takeText(thumbnail, converted);
+    });
 }
 
 void VLMC_BookmarksSetting::removeThumbnailFilePath()

@@ -24,6 +24,8 @@ const char kTitle[] = "title";
 const char kUrl[] = "url";
 const char kDateTime[] = "dateTime";
 
+const int kEntriesAtOnce = 32;
+
 QString textOf(VLMC_XMLNode *node) { return node ? node->getText() : QString(); }
 
 void setText(VLMC_XMLNode *node, const QString &text)
@@ -105,6 +107,32 @@ QVector<Texts> textsOf(const QVector<Visit> &visits)
     return texts;
 }
 
+// The first of the entries, some of which may be null, with this url, or -1. An entry without a url
+// is compared by the url of the one before it. Looks for the fields of some entries before it looks
+// at their texts: while the memory of one entry is waited for, the next ones can be asked for.
+int indexOfUrl(const QList<VLMC_XMLNode *> &entries, const QString &url)
+{
+    const QString none = QString();
+    const QString *compared = &none;
+    VLMC_XMLNode *fields[kEntriesAtOnce];
+    const int count = int(entries.size());
+    for (int start = 0; start < count; start += kEntriesAtOnce) {
+        const int end = qMin(start + kEntriesAtOnce, count);
+        for (int i = start; i < end; ++i) {
+            fields[i - start] = childNamed(entries.at(i), kUrl);
+        }
+        for (int i = start; i < end; ++i) {
+            if (VLMC_XMLNode *const field = fields[i - start]) {
+                compared = &field->getText();
+            }
+            if (entries.at(i) && *compared == url) {
+                return i;
+            }
+        }
+    }
+    return -1;
+}
+
 // An entry at the front or at the end of the list; null when there is no node to be had.
 VLMC_XMLNode *addVisit(VLMC_XMLSetting &store, const Texts &visit, char place)
 {
@@ -183,29 +211,17 @@ bool VLMC_HistorySetting::getHistory(int id, VLMS_History *out)
     return true;
 }
 
-// As getHistory for one id after the other, its line in the log included, but without a search for
-// each and without reading what is not compared. An entry without a url is compared by the url of
-// the one before it.
+// As getHistory for one id after the other, with its line in the log for each, but without a search
+// for each and without reading what is not compared.
 int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
-    const int count = getHistoryCnt();
-    const QList<VLMC_XMLNode *> entries = entriesById(*this, count);
-    const QString none = QString();
-    const QString *compared = &none;
-    for (int id = 0; id < count; ++id) {
+    const QList<VLMC_XMLNode *> entries = entriesById(*this, getHistoryCnt());
+    const int index = indexOfUrl(entries, url);
+    const int lookedAt = index < 0 ? int(entries.size()) : index + 1;
+    for (int i = 0; i < lookedAt; ++i) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
-        VLMC_XMLNode *const entry = entries.at(id);
-        if (!entry) {
-            continue;
-        }
-        if (VLMC_XMLNode *const field = childNamed(entry, kUrl)) {
-            compared = &field->getText();
-        }
-        if (*compared == url) {
-            return id;
-        }
     }
-    return -1;
+    return index;
 }
 
 void VLMC_HistorySetting::setHistory(VLMS_History *entry)

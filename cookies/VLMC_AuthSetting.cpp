@@ -62,7 +62,8 @@ void readSecret(VLMC_XMLNode *element, QByteArray *secret)
     if (!element) {
         return;
     }
-    const QByteArray bytes = QByteArray::fromBase64(element->getText().toUtf8());
+    // What Latin-1 cannot tell is no base64 either, and skipped as such.
+    const QByteArray bytes = QByteArray::fromBase64(element->getText().toLatin1());
     if (bytes.size() <= kMaxSecretBytes) {
         *secret = bytes;
     }

@@ -29,20 +29,6 @@ QXmlStreamAttributes vlm::oneAttribute(const char *name, const QString &value)
     return attributes;
 }
 
-VLMC_XMLNode *vlm::childNamed(VLMC_XMLNode *parent, QLatin1String name)
-{
-    if (!parent) {
-        return nullptr;
-    }
-    const QList<VLMC_XMLNode *> &children = NodeView::children(*parent);
-    for (VLMC_XMLNode *const child : children) {
-        if (child && NodeView::isNamed(*child, name)) {
-            return child;
-        }
-    }
-    return nullptr;
-}
-
 VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
 {
     VLMC_XMLNode *const root = store.getXMLRootNode();

@@ -1,6 +1,7 @@
 #ifndef ENTRIES_P_H
 #define ENTRIES_P_H
 
+#include "core/NodeView_p.h"
 #include "core/TextKind_p.h"
 
 #include <QtCore/QList>
@@ -18,12 +19,20 @@ namespace vlm
 // A set of one attribute.
 QXmlStreamAttributes oneAttribute(const char *name, const QString &value);
 
-// The parent's first child of this name, or null; null for a null parent. Inline for the length of
-// a literal, which the compiler knows.
-VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, QLatin1String name);
+// The parent's first child of this name, or null; null for a null parent. Inline for walks, since
+// the compiler knows the length of a literal.
 inline VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name)
 {
-    return childNamed(parent, QLatin1String(name));
+    if (!parent) {
+        return nullptr;
+    }
+    const QList<VLMC_XMLNode *> &children = NodeView::children(*parent);
+    for (VLMC_XMLNode *const child : children) {
+        if (child && NodeView::isNamed(*child, QLatin1String(name))) {
+            return child;
+        }
+    }
+    return nullptr;
 }
 
 // The first entry that carries this id, or null.

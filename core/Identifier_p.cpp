@@ -14,25 +14,6 @@ const int kSafeDigits = 9;
 const int kDigits = 3;
 const int kAhead = 64;
 
-// The number in a text of ASCII digits only, which is what the library writes; -1 for any other.
-template <typename Text>
-int plainNumber(const Text &text)
-{
-    const int size = int(text.size());
-    if (size < 1 || size > kSafeDigits) {
-        return -1;
-    }
-    int number = 0;
-    for (int i = 0; i < size; ++i) {
-        const int digit = text.at(i).unicode() - '0';
-        if (digit < 0 || digit > 9) {
-            return -1;
-        }
-        number = number * 10 + digit;
-    }
-    return number;
-}
-
 QXmlStreamAttributes identifier(const QString &attributeName, int number)
 {
     QXmlStreamAttributes attributes;
@@ -70,6 +51,22 @@ const QString &vlm::usualIdentifier()
     return *name;
 }
 
+int vlm::plainNumber(const QChar *text, int size)
+{
+    if (size < 1 || size > kSafeDigits) {
+        return -1;
+    }
+    int number = 0;
+    for (int i = 0; i < size; ++i) {
+        const int digit = text[i].unicode() - '0';
+        if (digit < 0 || digit > 9) {
+            return -1;
+        }
+        number = number * 10 + digit;
+    }
+    return number;
+}
+
 bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
                          int *number)
 {
@@ -79,7 +76,7 @@ bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &
         if (attribute.qualifiedName() != attributeName) {
             continue;
         }
-        *number = plainNumber(attribute.value());
+        *number = plainNumber(attribute.value().data(), int(attribute.value().size()));
         if (*number >= 0) {
             return true;
         }
@@ -96,7 +93,7 @@ bool vlm::isUsualIdentifier(const QXmlStreamAttributes &attributes, int number)
         return false;
     }
     const QXmlStreamAttribute &only = attributes.first();
-    return only.value().size() == kDigits && plainNumber(only.value()) == number
+    return only.value().size() == kDigits && plainNumber(only.value().data(), kDigits) == number
            && only.qualifiedName() == usualIdentifier() && !only.isDefault();
 }
 

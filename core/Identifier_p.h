@@ -16,6 +16,10 @@ const int kMaxNumbered = 999;
 // The attribute by which the stores number their entries: "id".
 const QString &usualIdentifier();
 
+// The number in a text of at most nine ASCII digits and nothing else, as the library writes it; -1
+// for any other, which QString::toInt may still read.
+int plainNumber(const QChar *text, int size);
+
 // The number in the first attribute of this qualified name, read as by QString::toInt in base 10.
 // False when there is none or when it is no number.
 bool readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,

@@ -36,6 +36,14 @@ public:
         return node.m_attributes;
     }
 
+    // As the setters, but without a copy: what the node had is in the argument afterwards.
+    static void takeName(VLMC_XMLNode &node, QString &name) { node.m_name.swap(name); }
+    static void takeText(VLMC_XMLNode &node, QString &text) { node.m_text.swap(text); }
+    static void takeAttributes(VLMC_XMLNode &node, QXmlStreamAttributes &attributes)
+    {
+        node.m_attributes.swap(attributes);
+    }
+
     // True when each of the first kMaxNumbered children is known to carry its position under this
     // name. False says nothing.
     static bool isNumbered(const VLMC_XMLNode &node, const QString &attributeName)

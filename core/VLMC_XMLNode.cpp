@@ -159,7 +159,8 @@ int VLMC_XMLNode::numberChildren(const QString &attributeName)
             ++nulls;
             continue;
         }
-        trusted = numberChild(*child, numbers.at(i)) && trusted;
+        child->takeNumber(numbers.at(i), i + 1 < count ? m_children.at(i + 1) : nullptr);
+        trusted = trusted && !child->m_attributesLent && child->m_parent == this;
     }
     m_numbered = trusted && nulls == 0;
     return nulls;
@@ -172,13 +173,18 @@ bool VLMC_XMLNode::isNumbered(const QString &attributeName) const
            && carriesIdentifier(m_children.first()->m_attributes, attributeName, 0);
 }
 
-// True when no later change of the child's attributes can escape this node.
-bool VLMC_XMLNode::numberChild(VLMC_XMLNode &child, const QXmlStreamAttributes &attributes)
+// Leaves this node with the number as its only attribute. After an insertion at the front the next
+// child has it, and is to get another one anyway: exchanging them touches no reference count.
+void VLMC_XMLNode::takeNumber(const QXmlStreamAttributes &number, VLMC_XMLNode *next)
 {
-    if (child.m_attributes.constData() != attributes.constData()) {
-        child.m_attributes = attributes;
+    if (m_attributes.constData() == number.constData()) {
+        return;
     }
-    return !child.m_attributesLent && child.m_parent == this;
+    if (next && next->m_attributes.constData() == number.constData()) {
+        m_attributes.swap(next->m_attributes);
+    } else {
+        m_attributes = number;
+    }
 }
 
 // To be called before this node's attributes or its place change.

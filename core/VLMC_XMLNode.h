@@ -82,7 +82,7 @@ private:
     VLM_HIDDEN QList<VLMC_XMLNode *> takeChildren();
     VLM_HIDDEN int releaseChildren();
     VLM_HIDDEN int numberChildren(const QString &attributeName);
-    VLM_HIDDEN bool numberChild(VLMC_XMLNode &child, const QXmlStreamAttributes &attributes);
+    VLM_HIDDEN void takeNumber(const QXmlStreamAttributes &number, VLMC_XMLNode *next);
     VLM_HIDDEN bool isNumbered(const QString &attributeName) const;
     VLM_HIDDEN bool isLastNumbered(const VLMC_XMLNode *child) const;
     VLM_HIDDEN void distrustNumber();

@@ -20,12 +20,13 @@ const int kMaxDefaulted = 4096;
 
 VLMC_XMLNode *emptyNode() { return new VLMC_XMLNode(nullptr, vlm::AtEnd); }
 
-// A document repeats a handful of element names, mostly in the same order; nodes share them.
-class NamesSeen
+// What the nodes of a document share, which spares memory and time.
+class SharedParts
 {
 public:
+    // A document repeats a handful of element names, mostly in the same order.
     template <typename Name>
-    QString shared(const Name &name)
+    QString name(const Name &name)
     {
         for (int i = 0; i < m_count; ++i) {
             m_last = m_last + 1 < m_count ? m_last + 1 : 0;
@@ -38,37 +39,42 @@ public:
         return m_names[m_last];
     }
 
+    // The entries of a store that was saved carry their positions, as those of every other store
+    // do. Other sets only lose the room that the reader's has for many more attributes.
+    void share(QXmlStreamAttributes &attributes, int position)
+    {
+        if (!vlm::isUsualIdentifier(attributes, position)) {
+            attributes.squeeze();
+            return;
+        }
+        if (position >= m_numbers.size()) {
+            m_numbers = vlm::identifiers(vlm::usualIdentifier(), position + 1);
+        }
+        attributes = m_numbers.at(position);
+    }
+
 private:
     static const int kNames = 8;
     QString m_names[kNames];
     int m_count = 0;
     int m_last = -1;
+    QVector<QXmlStreamAttributes> m_numbers;
 };
 
-// Spares memory: the reader's set has room for many more attributes, and the entries of a store
-// that was saved carry their positions, as those of every other store do.
-void share(QXmlStreamAttributes &attributes, int position)
-{
-    if (vlm::isUsualIdentifier(attributes, position)) {
-        attributes = vlm::identifiers(vlm::usualIdentifier(), position + 1).at(position);
-    } else {
-        attributes.squeeze();
-    }
-}
-
-// Keeps no hold on the reader's set of attributes, which it would then have to make anew for the
-// next tag.
-VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes attributes,
-                             VLMC_XMLNode *parent, NamesSeen &names)
+// Leaves attributes empty: who keeps a hold on the reader's set makes it allocate another one for
+// the next tag.
+VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes &attributes,
+                             VLMC_XMLNode *parent, SharedParts &shared)
 {
     VLMC_XMLNode *const node = new VLMC_XMLNode(parent, vlm::AtEnd);
     if (!attributes.isEmpty()) {
         const int position = parent ? int(vlm::NodeView::children(*parent).size()) - 1 : 0;
-        share(attributes, position);
-        node->setAttribute(attributes);
+        shared.share(attributes, position);
+        vlm::NodeView::takeAttributes(*node, attributes);
     }
-    QString name = names.shared(reader.name());
-    node->setName(name);
+    attributes = QXmlStreamAttributes();
+    QString name = shared.name(reader.name());
+    vlm::NodeView::takeName(*node, name);
     return node;
 }
 
@@ -153,8 +159,9 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
 
 VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
 {
-    NamesSeen names;
-    VLMC_XMLNode *const element = nodeOfStartTag(*this, attributes(), parent, names);
+    SharedParts shared;
+    QXmlStreamAttributes first = attributes();
+    VLMC_XMLNode *const element = nodeOfStartTag(*this, first, parent, shared);
     VLMC_XMLNode *open = element;
     int defaulted = 0;
     while (!atEnd()) {
@@ -170,13 +177,14 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
             readText(open);
         }
         if (token == StartElement) {
+            QXmlStreamAttributes attributes = this->attributes();
             // One declaration would otherwise fill as much memory as there are elements.
-            defaulted += defaultedIn(attributes());
+            defaulted += defaultedIn(attributes);
             if (defaulted > kMaxDefaulted) {
                 raiseError();
                 break;
             }
-            open = nodeOfStartTag(*this, attributes(), open, names);
+            open = nodeOfStartTag(*this, attributes, open, shared);
         }
     }
     return element;
@@ -190,5 +198,5 @@ void VLMC_XMLReader::readText(VLMC_XMLNode *node)
     node->setTextType(isCDATA() ? vlm::CDataText : vlm::PlainText);
     // A copy of its own: text().toString() may share the reader's buffer, with room for much more.
     QString content(text().data(), int(text().size()));
-    node->setText(content);
+    vlm::NodeView::takeText(*node, content);
 }
