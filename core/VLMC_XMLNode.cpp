@@ -160,7 +160,7 @@ int VLMC_XMLNode::numberChildren(const QString &attributeName)
             continue;
         }
         child->takeNumber(numbers.at(i), i + 1 < count ? m_children.at(i + 1) : nullptr);
-        trusted = trusted && !child->m_attributesLent && child->m_parent == this;
+        trusted = trusted && !child->m_attributesLent;
     }
     m_numbered = trusted && nulls == 0;
     return nulls;

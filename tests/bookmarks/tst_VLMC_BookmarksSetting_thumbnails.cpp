@@ -238,6 +238,8 @@ void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsNames_data()
     QTest::newRow("highest of six digits") << bookmarkWith("999999.PNG") << 999999;
     QTest::newRow("seven digits lose one") << bookmarkWith("1000023.PNG") << 23;
     QTest::newRow("negative") << bookmarkWith("-00001.PNG") << 0;
+    QTest::newRow("plus sign") << bookmarkWith("+00012.PNG") << 12;
+    QTest::newRow("blanks") << bookmarkWith("  0012.PNG") << 12;
     QTest::newRow("any suffix") << bookmarkWith("000012.xyz") << 12;
     QTest::newRow("short name meets the folder's") << bookmarkWith("5.PNG") << 0;
     QTest::newRow("foreign elements between")

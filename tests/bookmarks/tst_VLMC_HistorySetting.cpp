@@ -176,6 +176,7 @@ private slots:
     void getHistory_givesInvalidTimes();
 
     void getHistoryIndex_findsTheFirst();
+    void getHistoryIndex_findsEachOfMany();
     void getHistoryIndex_comparesExactly();
     void getHistoryIndex_logsOneLineAnEntry();
     void getHistoryIndex_reusesTheRecord();
@@ -644,6 +645,24 @@ void tst_VLMC_HistorySetting::getHistoryIndex_findsTheFirst()
     QCOMPARE(indexOf(history, "u"), 1);
     QCOMPARE(indexOf(history, "v"), 0);
     QCOMPARE(indexOf(history, "w"), -1);
+}
+
+void tst_VLMC_HistorySetting::getHistoryIndex_findsEachOfMany()
+{
+    const int many = 200;
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    history.loadHistory(directory.pathPointer(), many);
+    for (int i = many - 1; i >= 0; --i) {
+        VLMS_History entry = visit("t", QByteArray::number(i).constData(), "2026/01/01 00:00:00");
+        history.setHistory(&entry);
+    }
+    const QByteArray line = "3 [VLMC_HistorySetting::getHistory]\n";
+    for (int i = 0; i < many; ++i) {
+        takeLog();
+        QCOMPARE(indexOf(history, QByteArray::number(i).constData()), i);
+        QCOMPARE(loggedText(), line.repeated(i + 1));
+    }
 }
 
 void tst_VLMC_HistorySetting::getHistoryIndex_comparesExactly()
