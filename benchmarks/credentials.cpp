@@ -1,47 +1,68 @@
 #include "cookies/VLMC_AuthSetting.h"
 
+#include "benchmarks/StreamPasses.h"
 #include "benchmarks/measure.h"
 #include "benchmarks/profile.h"
 
 namespace
 {
-const int kMax = 999;
-
-void Credentials_list(benchmark::State &state)
+class CredentialsList
 {
-    Profile profile;
-    writeCredentials(profile, entriesOf(state));
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(profile.pathPointer(), kMax);
-    for (auto _ : state) {
-        const int count = store.getAuthInfoCnt();
+public:
+    static const int kCallsPerTurn = 256;
+
+    explicit CredentialsList(int entries)
+    {
+        writeCredentials(m_profile, entries);
+        m_store.loadAuthInfo(m_profile.pathPointer(), kFullStore);
+    }
+
+    void operator()()
+    {
+        const int count = m_store.getAuthInfoCnt();
         for (int id = 0; id < count; ++id) {
             VLMS_AuthInfo info;
-            benchmark::DoNotOptimize(store.getAuthInfo(id, &info));
+            benchmark::DoNotOptimize(m_store.getAuthInfo(id, &info));
         }
     }
-}
-BENCHMARK(Credentials_list)->Apply(allSizes);
 
-void Credentials_setAll(benchmark::State &state)
+private:
+    Profile m_profile;
+    VLMC_AuthSetting m_store;
+};
+
+// As many operations as there are entries, from an empty store on.
+class CredentialsSetAll
 {
-    Profile profile;
-    VLMC_AuthSetting store;
-    for (auto _ : state) {
-        state.PauseTiming();
-        store.loadAuthInfo(profile.pathPointer(), kMax);
-        state.ResumeTiming();
-        for (int entry = 0; entry < entriesOf(state); ++entry) {
+public:
+    static const int kCallsPerTurn = 1;
+
+    explicit CredentialsSetAll(int entries) : m_entries(entries) {}
+
+    void operator()()
+    {
+        m_store.loadAuthInfo(m_profile.pathPointer(), kFullStore);
+        for (int entry = 0; entry < m_entries; ++entry) {
             VLMS_AuthInfo info;
             info.hostName = QString::fromLatin1("host-%1.example.com").arg(entry);
             info.portNum = QString::fromLatin1("8080");
             info.authType = 0;
             info.user = "user name";
             info.passwd = "password";
-            benchmark::DoNotOptimize(store.setAuthInfo(&info));
+            benchmark::DoNotOptimize(m_store.setAuthInfo(&info));
         }
-        runDeferredDeletes(state);
     }
-}
-BENCHMARK(Credentials_setAll)->Apply(allSizes);
+
+private:
+    Profile m_profile;
+    VLMC_AuthSetting m_store;
+    int m_entries;
+};
+
+BENCHMARK(alone<CredentialsList>)->Name("Credentials_list")->Apply(allSizes);
+BENCHMARK(alone<CredentialsSetAll>)->Name("Credentials_setAll")->Apply(allSizes);
+
+BENCHMARK(inPairs<CredentialsList, HistoryReaderPass>)
+    ->Name("Credentials_list_inPairs")
+    ->Iterations(kPairs);
 } // namespace

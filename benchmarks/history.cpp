@@ -1,172 +1,215 @@
 #include "bookmarks/VLMC_HistorySetting.h"
 
+#include "benchmarks/SqliteVisit.h"
+#include "benchmarks/StreamPasses.h"
 #include "benchmarks/measure.h"
 #include "benchmarks/profile.h"
 #include "core/VLMC_XMLNode.h"
+#include "core/VLMG_Debug.h"
 
 namespace
 {
-const int kMax = 999;
-
-void History_load(benchmark::State &state)
+class HistoryLoad
 {
-    Profile profile;
-    writeHistory(profile, entriesOf(state));
-    VLMC_HistorySetting store;
-    for (auto _ : state) {
-        store.loadHistory(profile.pathPointer(), kMax);
-        runDeferredDeletes(state);
-    }
-}
-BENCHMARK(History_load)->Apply(allSizes);
+public:
+    static const int kCallsPerTurn = 1;
 
-void History_save(benchmark::State &state)
+    explicit HistoryLoad(int entries) { writeHistory(m_profile, entries); }
+
+    void operator()() { m_store.loadHistory(m_profile.pathPointer(), kFullStore); }
+
+private:
+    Profile m_profile;
+    VLMC_HistorySetting m_store;
+};
+
+// A history as the others find it: loaded, and nothing left for the event loop.
+class LoadedHistory
 {
-    Profile profile;
-    writeHistory(profile, entriesOf(state));
-    VLMC_HistorySetting store;
-    store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes();
-    for (auto _ : state) {
-        store.saveHistory(profile.pathPointer(), kMax);
+public:
+    static const int kCallsPerTurn = 256;
+
+protected:
+    LoadedHistory(int entries, int max)
+    {
+        writeHistory(m_profile, entries);
+        m_store.loadHistory(m_profile.pathPointer(), max);
+        runDeferredDeletes();
     }
-}
-BENCHMARK(History_save)->Apply(allSizes);
+
+    Profile m_profile;
+    VLMC_HistorySetting m_store;
+};
+
+class HistorySave : private LoadedHistory
+{
+public:
+    using LoadedHistory::kCallsPerTurn;
+
+    explicit HistorySave(int entries) : LoadedHistory(entries, kFullStore) {}
+
+    void operator()() { m_store.saveHistory(m_profile.pathPointer(), kFullStore); }
+};
 
 // The list is full: the look-up misses, the oldest entry goes, the new one comes to the front.
-void visit(benchmark::State &state, unsigned char systemLog)
+template <unsigned char SystemLogLevel>
+class HistoryVisit : private LoadedHistory
 {
-    Profile profile;
-    const int entries = entriesOf(state);
-    writeHistory(profile, entries);
-    VLMC_HistorySetting store;
-    store.loadHistory(profile.pathPointer(), entries);
-    runDeferredDeletes();
-    g_uc_SystemLogLevel = systemLog;
-    int visited = entries;
-    for (auto _ : state) {
-        VLMS_History entry;
-        entry.url = urlOf(visited);
-        if (store.getHistoryIndex(entry.url) != -1) {
-            state.SkipWithError("found what is not there");
-            break;
-        }
-        entry.title = titleOf(visited);
-        entry.dateTime = timeOf(-1);
-        store.updateHistory(&entry);
-        ++visited;
-        if (visited % 256 == 0) {
-            runDeferredDeletes(state);
-        }
+public:
+    using LoadedHistory::kCallsPerTurn;
+
+    explicit HistoryVisit(int entries) : LoadedHistory(entries, entries), m_visited(entries)
+    {
+        g_uc_SystemLogLevel = SystemLogLevel;
     }
-    g_uc_SystemLogLevel = 0;
-}
 
-void History_visit(benchmark::State &state) { visit(state, 0); }
-BENCHMARK(History_visit)->Apply(allSizes);
+    ~HistoryVisit() { g_uc_SystemLogLevel = 0; }
 
-void History_visit_systemLog(benchmark::State &state) { visit(state, 1); }
-BENCHMARK(History_visit_systemLog)->Apply(allSizes);
+    void operator()()
+    {
+        VLMS_History entry;
+        entry.url = urlOf(m_visited);
+        if (m_store.getHistoryIndex(entry.url) != -1) {
+            qFatal("found what is not there");
+        }
+        entry.title = titleOf(m_visited);
+        entry.dateTime = timeOf(-1);
+        m_store.updateHistory(&entry);
+        ++m_visited;
+    }
 
-void History_list(benchmark::State &state)
+private:
+    int m_visited;
+};
+
+class HistoryList : private LoadedHistory
 {
-    Profile profile;
-    writeHistory(profile, entriesOf(state));
-    VLMC_HistorySetting store;
-    store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes();
-    for (auto _ : state) {
-        const int count = store.getHistoryCnt();
+public:
+    using LoadedHistory::kCallsPerTurn;
+
+    explicit HistoryList(int entries) : LoadedHistory(entries, kFullStore) {}
+
+    void operator()()
+    {
+        const int count = m_store.getHistoryCnt();
         for (int id = 0; id < count; ++id) {
             VLMS_History entry;
-            benchmark::DoNotOptimize(store.getHistory(id, &entry));
+            benchmark::DoNotOptimize(m_store.getHistory(id, &entry));
         }
     }
-}
-BENCHMARK(History_list)->Apply(allSizes);
+};
 
-VLMC_XMLNode *lastEntry(VLMC_XMLNode &root, int id)
+class HistoryCount : private LoadedHistory
 {
-    QString attributeName = QString::fromLatin1("id");
-    return root.getXMLNodeChildByID(id, attributeName);
-}
+public:
+    using LoadedHistory::kCallsPerTurn;
 
-void Lookup_lastId(benchmark::State &state)
+    explicit HistoryCount(int entries) : LoadedHistory(entries, kFullStore) {}
+
+    void operator()() { benchmark::DoNotOptimize(m_store.getHistoryCnt()); }
+};
+
+// The newest entry has id 0, and the last one is the dearest to find.
+class LookupOfLast : private LoadedHistory
 {
-    Profile profile;
-    writeHistory(profile, entriesOf(state));
-    VLMC_HistorySetting store;
-    store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes();
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(lastEntry(*store.getXMLRootNode(), entriesOf(state) - 1));
+public:
+    using LoadedHistory::kCallsPerTurn;
+
+    explicit LookupOfLast(int entries) : LoadedHistory(entries, kFullStore), m_last(entries - 1) {}
+
+    void operator()()
+    {
+        QString attributeName = QString::fromLatin1("id");
+        benchmark::DoNotOptimize(
+            m_store.getXMLRootNode()->getXMLNodeChildByID(m_last, attributeName));
     }
-}
-BENCHMARK(Lookup_lastId)->Apply(allSizes);
 
-// The same look-up as a plain walk over the children from the first one on.
-void PlainLookup_lastId(benchmark::State &state)
+private:
+    int m_last;
+};
+
+// Look-ups as plain walks over the children from the first one on.
+class PlainLookups : private LoadedHistory
 {
-    Profile profile;
-    writeHistory(profile, entriesOf(state));
-    VLMC_HistorySetting store;
-    store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes();
-    const QList<VLMC_XMLNode *> &children = store.getXMLRootNode()->getXMLNodeChildren();
-    const QString attributeName = QString::fromLatin1("id");
-    const int wanted = entriesOf(state) - 1;
-    for (auto _ : state) {
-        VLMC_XMLNode *found = nullptr;
-        for (VLMC_XMLNode *const child : children) {
+public:
+    using LoadedHistory::kCallsPerTurn;
+
+protected:
+    explicit PlainLookups(int entries)
+        : LoadedHistory(entries, kFullStore),
+          m_children(m_store.getXMLRootNode()->getXMLNodeChildren()),
+          m_attributeName(QString::fromLatin1("id"))
+    {
+    }
+
+    VLMC_XMLNode *childById(int wanted) const
+    {
+        for (VLMC_XMLNode *const child : m_children) {
             bool ok = false;
-            const int id = child->getAttribute().value(attributeName).toString().toInt(&ok);
+            const int id = child->getAttribute().value(m_attributeName).toString().toInt(&ok);
             if (ok && id == wanted) {
-                found = child;
-                break;
+                return child;
             }
         }
-        benchmark::DoNotOptimize(found);
+        return nullptr;
     }
-}
-BENCHMARK(PlainLookup_lastId)->Apply(allSizes);
 
-// Counting as a search per number, which is what one pass stands for.
-void PlainCount_history(benchmark::State &state)
+    const QList<VLMC_XMLNode *> &m_children;
+    const QString m_attributeName;
+};
+
+class PlainLookupOfLast : private PlainLookups
 {
-    Profile profile;
-    writeHistory(profile, entriesOf(state));
-    VLMC_HistorySetting store;
-    store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes();
-    const QList<VLMC_XMLNode *> &children = store.getXMLRootNode()->getXMLNodeChildren();
-    const QString attributeName = QString::fromLatin1("id");
-    for (auto _ : state) {
+public:
+    using PlainLookups::kCallsPerTurn;
+
+    explicit PlainLookupOfLast(int entries) : PlainLookups(entries), m_last(entries - 1) {}
+
+    void operator()() { benchmark::DoNotOptimize(childById(m_last)); }
+
+private:
+    int m_last;
+};
+
+// A search per number, which is what one pass stands for.
+class PlainCount : private PlainLookups
+{
+public:
+    using PlainLookups::kCallsPerTurn;
+
+    explicit PlainCount(int entries) : PlainLookups(entries) {}
+
+    void operator()()
+    {
         int counted = 0;
-        for (int wanted = 0; wanted < children.size(); ++wanted) {
-            for (VLMC_XMLNode *const child : children) {
-                bool ok = false;
-                const int id = child->getAttribute().value(attributeName).toString().toInt(&ok);
-                if (ok && id == wanted) {
-                    ++counted;
-                    break;
-                }
-            }
+        for (int wanted = 0; wanted < m_children.size(); ++wanted) {
+            counted += childById(wanted) ? 1 : 0;
         }
         benchmark::DoNotOptimize(counted);
     }
-}
-BENCHMARK(PlainCount_history)->Apply(allSizes);
+};
 
-void Count_history(benchmark::State &state)
-{
-    Profile profile;
-    writeHistory(profile, entriesOf(state));
-    VLMC_HistorySetting store;
-    store.loadHistory(profile.pathPointer(), kMax);
-    runDeferredDeletes();
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(store.getHistoryCnt());
-    }
-}
-BENCHMARK(Count_history)->Apply(allSizes);
+BENCHMARK(alone<HistoryLoad>)->Name("History_load")->Apply(allSizes);
+BENCHMARK(alone<HistorySave>)->Name("History_save")->Apply(allSizes);
+BENCHMARK(alone<HistoryVisit<0>>)->Name("History_visit")->Apply(allSizes);
+BENCHMARK(alone<HistoryVisit<1>>)->Name("History_visit_systemLog")->Apply(allSizes);
+BENCHMARK(alone<HistoryList>)->Name("History_list")->Apply(allSizes);
+BENCHMARK(alone<HistoryCount>)->Name("Count_history")->Apply(allSizes);
+BENCHMARK(alone<LookupOfLast>)->Name("Lookup_lastId")->Apply(allSizes);
+BENCHMARK(alone<PlainCount>)->Name("PlainCount_history")->Apply(allSizes);
+BENCHMARK(alone<PlainLookupOfLast>)->Name("PlainLookup_lastId")->Apply(allSizes);
+
+BENCHMARK(inPairs<HistoryLoad, HistoryReaderPass>)
+    ->Name("History_load_inPairs")
+    ->Iterations(kPairs);
+BENCHMARK(inPairs<HistorySave, HistoryWriterPass>)
+    ->Name("History_save_inPairs")
+    ->Iterations(kPairs);
+BENCHMARK(inPairs<HistoryVisit<0>, SqliteVisit>)->Name("History_visit_inPairs")->Iterations(kPairs);
+BENCHMARK(inPairs<HistoryVisit<1>, SqliteVisit>)
+    ->Name("History_visit_systemLog_inPairs")
+    ->Iterations(kPairs);
+BENCHMARK(inPairs<HistoryList, HistoryReaderPass>)
+    ->Name("History_list_inPairs")
+    ->Iterations(kPairs);
 } // namespace

@@ -1,34 +1,88 @@
 #ifndef MEASURE_H
 #define MEASURE_H
 
-#include "core/VLMG_Debug.h"
-
 #include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QEvent>
+#include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <vector>
+
+// What is measured, an operation or a reference, is a class: made for a number of entries, and one
+// call of it is one measurement. Names such as History_visit are those of docs/performance.md.
+
+const int kFullStore = 999;
+// Enough for a steady median.
+const int kPairs = 100;
+// Bytes that glibc does not take from its lists of small pieces.
+const size_t kLargeRequest = 64 * 1024;
 
 // The sizes that every operation is measured at.
 inline void allSizes(benchmark::internal::Benchmark *measurement)
 {
-    for (const int entries : {10, 125, 250, 500, 999}) {
+    for (const int entries : {10, 125, 250, 500, kFullStore}) {
         measurement->Arg(entries);
     }
 }
 
-inline int entriesOf(const benchmark::State &state) { return int(state.range(0)); }
-
-// Frees what the stores have let go of, as the browser's event loop would between two calls.
+// Frees what the stores have let go of, as the browser's event loop would between two calls. The
+// allocator joins the pieces at the next request of some size, which is made here, since it is part
+// of the freeing.
 inline void runDeferredDeletes()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    void *const joined = malloc(kLargeRequest);
+    benchmark::DoNotOptimize(joined);
+    free(joined);
 }
 
-// The same in the middle of a measurement, and not part of it.
-inline void runDeferredDeletes(benchmark::State &state)
+// One measurement after the other. The event loop has its turn after kCallsPerTurn of them, and is
+// not measured.
+template <typename Measured>
+void alone(benchmark::State &state)
 {
-    state.PauseTiming();
+    Measured measured(int(state.range(0)));
+    int calls = 0;
+    for (auto _ : state) {
+        measured();
+        if (++calls % Measured::kCallsPerTurn == 0) {
+            state.PauseTiming();
+            runDeferredDeletes();
+            state.ResumeTiming();
+        }
+    }
+}
+
+// Of one call right after another one, so that what it needs is in the processor's cache as it is
+// when calls are measured one after the other.
+template <typename Measured>
+double nanosecondsOf(Measured &measured)
+{
+    measured();
     runDeferredDeletes();
-    state.ResumeTiming();
+    QElapsedTimer timer;
+    timer.start();
+    measured();
+    return double(timer.nsecsElapsed());
+}
+
+// An operation on a full store, and right after it the reference: a processor whose clock changes,
+// or that others use too, is as fast for the one as for the other. The counter "ratio" is the
+// median of the ratios.
+template <typename Operation, typename Reference>
+void inPairs(benchmark::State &state)
+{
+    Operation operation(kFullStore);
+    Reference reference(kFullStore);
+    std::vector<double> ratios;
+    for (auto _ : state) {
+        const double time = nanosecondsOf(operation);
+        ratios.push_back(time / nanosecondsOf(reference));
+        runDeferredDeletes();
+    }
+    std::sort(ratios.begin(), ratios.end());
+    state.counters["ratio"] = ratios.at(ratios.size() / 2);
 }
 
 #endif
