@@ -14,6 +14,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QStringBuilder>
+#include <QtCore/QVector>
 #include <QtGui/QImage>
 
 using namespace vlm;
@@ -52,25 +53,27 @@ QString prependThumbnailDir(QString &path, QString &dir)
     return dir % QLatin1String(kThumbnailDirectory) % path;
 }
 
-// Elements that are no bookmarks are passed over. Stops at the first bookmark without a thumbnail
-// element: later ones keep their paths, and their numbers do not count.
-template <typename Work>
-void withEachThumbnail(VLMC_XMLNode *root, Work work)
+// The thumbnail elements of the bookmarks, up to the first bookmark without one: later ones keep
+// their paths, and their numbers do not count. Elements that are no bookmarks are passed over.
+QVector<VLMC_XMLNode *> thumbnailsOf(VLMC_XMLNode *root)
 {
+    QVector<VLMC_XMLNode *> thumbnails;
     if (!root) {
-        return;
+        return thumbnails;
     }
-    const QList<VLMC_XMLNode *> children = NodeView::children(*root);
+    const QList<VLMC_XMLNode *> &children = NodeView::children(*root);
+    thumbnails.reserve(int(children.size()));
     for (VLMC_XMLNode *const child : children) {
         if (!child || !NodeView::isNamed(*child, QLatin1String(kBookmark))) {
             continue;
         }
         VLMC_XMLNode *const thumbnail = childNamed(child, kThumbnail);
         if (!thumbnail) {
-            return;
+            break;
         }
-        work(*thumbnail);
+        thumbnails.append(thumbnail);
     }
+    return thumbnails;
 }
 } // namespace
 
@@ -105,9 +108,10 @@ bool VLMC_BookmarksSetting::deleteThumbnail(QString *path) { return path && QFil
 int VLMC_BookmarksSetting::getLastNumber()
 {
     int last = 0;
-    withEachThumbnail(root, [&](VLMC_XMLNode &thumbnail) {
-        last = qMax(last, thumbnailNumber(getThumbFilePath(&thumbnail)));
-    });
+    const QVector<VLMC_XMLNode *> thumbnails = thumbnailsOf(root);
+    for (VLMC_XMLNode *const thumbnail : thumbnails) {
+        last = qMax(last, thumbnailNumber(getThumbFilePath(thumbnail)));
+    }
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::getLastNumber] last number:%d", last);
     return last;
 }
@@ -163,11 +167,12 @@ void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,
     if (!convert) {
         return;
     }
-    withEachThumbnail(root, [&](VLMC_XMLNode &thumbnail) {
-        QString path = getThumbFilePath(&thumbnail);
+    const QVector<VLMC_XMLNode *> thumbnails = thumbnailsOf(root);
+    for (VLMC_XMLNode *const thumbnail : thumbnails) {
+        QString path = getThumbFilePath(thumbnail);
         QString converted = convert(path, dir);
-        NodeView::takeText(thumbnail, converted);
-    });
+        NodeView::takeText(*thumbnail, converted);
+    }
 }
 
 void VLMC_BookmarksSetting::removeThumbnailFilePath()
