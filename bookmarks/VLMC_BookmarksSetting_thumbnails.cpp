@@ -14,8 +14,9 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QStringBuilder>
-#include <QtCore/QVector>
 #include <QtGui/QImage>
+
+#include <algorithm>
 
 using namespace vlm;
 
@@ -30,6 +31,8 @@ const int kNumberDigits = 6;
 // Characters of a file name with that many digits; a longer name loses its first ones.
 const int kNameChars = 10;
 const int kSuffixChars = 4;
+
+const int kThumbnailsAtOnce = 32;
 
 QString thumbnailName(int number)
 {
@@ -53,27 +56,33 @@ QString prependThumbnailDir(QString &path, QString &dir)
     return dir % QLatin1String(kThumbnailDirectory) % path;
 }
 
-// The thumbnail elements of the bookmarks, up to the first bookmark without one: later ones keep
-// their paths, and their numbers do not count. Elements that are no bookmarks are passed over.
-QVector<VLMC_XMLNode *> thumbnailsOf(VLMC_XMLNode *root)
+// Does the work with the thumbnail elements of the bookmarks, up to the first bookmark without one:
+// later ones keep their paths, and their numbers do not count. Elements that are no bookmarks are
+// passed over. Looks for some thumbnails before it works with the first: while the memory of one is
+// waited for, the next ones can be asked for.
+template <typename Work>
+void withEachThumbnail(VLMC_XMLNode *root, Work work)
 {
-    QVector<VLMC_XMLNode *> thumbnails;
     if (!root) {
-        return thumbnails;
+        return;
     }
-    const QList<VLMC_XMLNode *> &children = NodeView::children(*root);
-    thumbnails.reserve(int(children.size()));
+    VLMC_XMLNode *thumbnails[kThumbnailsAtOnce];
+    int found = 0;
+    const QList<VLMC_XMLNode *> children = NodeView::children(*root);
     for (VLMC_XMLNode *const child : children) {
         if (!child || !NodeView::isNamed(*child, QLatin1String(kBookmark))) {
             continue;
         }
-        VLMC_XMLNode *const thumbnail = childNamed(child, kThumbnail);
-        if (!thumbnail) {
+        thumbnails[found] = childNamed(child, kThumbnail);
+        if (!thumbnails[found]) {
             break;
         }
-        thumbnails.append(thumbnail);
+        if (++found == kThumbnailsAtOnce) {
+            std::for_each(thumbnails, thumbnails + found, work);
+            found = 0;
+        }
     }
-    return thumbnails;
+    std::for_each(thumbnails, thumbnails + found, work);
 }
 } // namespace
 
@@ -108,10 +117,9 @@ bool VLMC_BookmarksSetting::deleteThumbnail(QString *path) { return path && QFil
 int VLMC_BookmarksSetting::getLastNumber()
 {
     int last = 0;
-    const QVector<VLMC_XMLNode *> thumbnails = thumbnailsOf(root);
-    for (VLMC_XMLNode *const thumbnail : thumbnails) {
+    withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) {
         last = qMax(last, thumbnailNumber(getThumbFilePath(thumbnail)));
-    }
+    });
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::getLastNumber] last number:%d", last);
     return last;
 }
@@ -167,12 +175,11 @@ void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,
     if (!convert) {
         return;
     }
-    const QVector<VLMC_XMLNode *> thumbnails = thumbnailsOf(root);
-    for (VLMC_XMLNode *const thumbnail : thumbnails) {
+    withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) {
         QString path = getThumbFilePath(thumbnail);
         QString converted = convert(path, dir);
         NodeView::takeText(*thumbnail, converted);
-    }
+    });
 }
 
 void VLMC_BookmarksSetting::removeThumbnailFilePath()

@@ -245,6 +245,13 @@ void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsNames_data()
     QTest::newRow("foreign elements between")
         << "<x/>" + bookmarkWith("000003.PNG") + "<x/><x/>" + bookmarkWith("000009.PNG") + "<x/>"
         << 9;
+    QByteArray many;
+    for (int number = 1; number <= 100; ++number) {
+        many +=
+            bookmarkWith((QByteArray::number(number).rightJustified(6, '0') + ".PNG").constData());
+    }
+    QTest::newRow("many") << many << 100;
+    QTest::newRow("many, and stops") << many + "<bookmark/>" + bookmarkWith("000200.PNG") << 100;
     QTest::newRow("stops without thumbnail")
         << bookmarkWith("000003.PNG") + "<bookmark/>" + bookmarkWith("000017.PNG") << 3;
 }
