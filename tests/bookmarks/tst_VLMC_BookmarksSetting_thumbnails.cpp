@@ -25,6 +25,21 @@ QByteArray bookmarkWith(const char *path)
     return QByteArray("<bookmark><thumbnail>") + path + "</thumbnail></bookmark>";
 }
 
+QByteArray thumbnailName(int number)
+{
+    return QByteArray::number(number).rightJustified(6, '0') + ".PNG";
+}
+
+// Their thumbnails are numbered from 1 on.
+QByteArray bookmarksUpTo(int count)
+{
+    QByteArray entries;
+    for (int number = 1; number <= count; ++number) {
+        entries += bookmarkWith(thumbnailName(number).constData());
+    }
+    return entries;
+}
+
 // A list loaded from these entries; returns the last number.
 int loadList(VLMC_BookmarksSetting &bookmarks, TestDirectory &directory, const QByteArray &entries)
 {
@@ -71,6 +86,7 @@ private slots:
     void bookmarkThumbnailFilePath_limits_data();
     void bookmarkThumbnailFilePath_limits();
     void changeThumbFilePath_convertsEachOnce();
+    void changeThumbFilePath_convertsEachOfMany();
     void changeThumbFilePath_stopsWithoutThumbnail();
     void changeThumbFilePath_readsOverLongPathAsEmpty();
     void changeThumbFilePath_doesNothingWithoutConversionOrEntries();
@@ -245,11 +261,7 @@ void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsNames_data()
     QTest::newRow("foreign elements between")
         << "<x/>" + bookmarkWith("000003.PNG") + "<x/><x/>" + bookmarkWith("000009.PNG") + "<x/>"
         << 9;
-    QByteArray many;
-    for (int number = 1; number <= 100; ++number) {
-        many +=
-            bookmarkWith((QByteArray::number(number).rightJustified(6, '0') + ".PNG").constData());
-    }
+    const QByteArray many = bookmarksUpTo(100);
     QTest::newRow("many") << many << 100;
     QTest::newRow("many, and stops") << many + "<bookmark/>" + bookmarkWith("000200.PNG") << 100;
     QTest::newRow("stops without thumbnail")
@@ -385,6 +397,18 @@ void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_convertsEachOnce(
     bookmarks.changeThumbFilePath(dir, bracketed);
     QCOMPARE(pathOf(bookmarks, 2), utf8("d<1>"));
     QCOMPARE(pathOf(bookmarks, 4), utf8("d<2>"));
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_convertsEachOfMany()
+{
+    const int many = 100;
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    loadList(bookmarks, directory, bookmarksUpTo(many));
+    for (int id = 0; id < many; ++id) {
+        QCOMPARE(pathOf(bookmarks, id),
+                 directory.file("thumbnail/") + utf8(thumbnailName(id + 1).constData()));
+    }
 }
 
 void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_stopsWithoutThumbnail()
