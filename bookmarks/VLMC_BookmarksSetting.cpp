@@ -39,8 +39,7 @@ void VLMC_BookmarksSetting::loadBookmark(QString *dir, int max, int &lastNumber)
     }
     loadMax = max;
     loadEntries(*this, *dir, kFileName);
-    addThumbnailFilePath(dir);
-    lastNumber = getLastNumber();
+    lastNumber = loadThumbnailFilePath(*dir);
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::loadBookmark] end");
 }
 

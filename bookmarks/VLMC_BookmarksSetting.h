@@ -107,6 +107,9 @@ public:
 protected:
     /// The max of the last loadBookmark, kept as a record only; 0 at first.
     int loadMax;
+
+private:
+    VLM_HIDDEN int loadThumbnailFilePath(QString &dir);
 };
 
 #endif

@@ -56,6 +56,28 @@ QString prependThumbnailDir(QString &path, QString &dir)
     return dir % QLatin1String(kThumbnailDirectory) % path;
 }
 
+// Empty when the path is over the limit.
+QString pathIn(VLMC_XMLNode *thumbnail)
+{
+    const QString &path = thumbnail->getText();
+    return fitsUtf8(path, kMaxThumbnailPathBytes) ? path : QString();
+}
+
+void convertPath(VLMC_XMLNode *thumbnail, QString &dir,
+                 QString (*convert)(QString &path, QString &dir))
+{
+    QString path = pathIn(thumbnail);
+    QString converted = convert(path, dir);
+    NodeView::takeText(*thumbnail, converted);
+}
+
+int reported(int lastNumber)
+{
+    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::getLastNumber] last number:%d",
+                    lastNumber);
+    return lastNumber;
+}
+
 // Does the work with the thumbnail elements of the bookmarks, up to the first bookmark without one:
 // later ones keep their paths, and their numbers do not count. Elements that are no bookmarks are
 // passed over. Looks for some thumbnails before it works with the first: while the memory of one is
@@ -118,10 +140,9 @@ int VLMC_BookmarksSetting::getLastNumber()
 {
     int last = 0;
     withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) {
-        last = qMax(last, thumbnailNumber(getThumbFilePath(thumbnail)));
+        last = qMax(last, thumbnailNumber(pathIn(thumbnail)));
     });
-    VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::getLastNumber] last number:%d", last);
-    return last;
+    return reported(last);
 }
 
 VLMC_XMLNode *VLMC_BookmarksSetting::getThumbNode(int &index)
@@ -136,10 +157,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getThumbNode(int &index)
 
 QString VLMC_BookmarksSetting::getThumbFilePath(VLMC_XMLNode *node)
 {
-    if (!node || !fitsUtf8(node->getText(), kMaxThumbnailPathBytes)) {
-        return QString();
-    }
-    return node->getText();
+    return node ? pathIn(node) : QString();
 }
 
 bool VLMC_BookmarksSetting::setThumbFilePath(VLMC_XMLNode *node, QString &path)
@@ -175,11 +193,7 @@ void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,
     if (!convert) {
         return;
     }
-    withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) {
-        QString path = getThumbFilePath(thumbnail);
-        QString converted = convert(path, dir);
-        NodeView::takeText(*thumbnail, converted);
-    });
+    withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) { convertPath(thumbnail, dir, convert); });
 }
 
 void VLMC_BookmarksSetting::removeThumbnailFilePath()
@@ -193,4 +207,16 @@ void VLMC_BookmarksSetting::addThumbnailFilePath(QString *dir)
     if (dir) {
         changeThumbFilePath(*dir, prependThumbnailDir);
     }
+}
+
+// As addThumbnailFilePath() and then getLastNumber(), in one walk, which waits for the memory of
+// the whole tree but once.
+int VLMC_BookmarksSetting::loadThumbnailFilePath(QString &dir)
+{
+    int last = 0;
+    withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) {
+        convertPath(thumbnail, dir, prependThumbnailDir);
+        last = qMax(last, thumbnailNumber(pathIn(thumbnail)));
+    });
+    return reported(last);
 }

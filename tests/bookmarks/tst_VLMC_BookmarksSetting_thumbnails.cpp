@@ -80,6 +80,8 @@ private slots:
     void deleteThumbnail_removesTheFile();
     void getLastNumber_readsNames_data();
     void getLastNumber_readsNames();
+    void getLastNumber_readsWholePathsAtLoad_data();
+    void getLastNumber_readsWholePathsAtLoad();
     void getLastNumber_isZeroBeforeLoad();
     void getThumbNode_searchesFromIndex();
     void thumbFilePath_limitsReadingOnly();
@@ -256,6 +258,8 @@ void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsNames_data()
     QTest::newRow("negative") << bookmarkWith("-00001.PNG") << 0;
     QTest::newRow("plus sign") << bookmarkWith("+00012.PNG") << 12;
     QTest::newRow("blanks") << bookmarkWith("  0012.PNG") << 12;
+    QTest::newRow("longer than a path may be")
+        << bookmarkWith(QByteArray(247, 'x') + "000012.PNG") + bookmarkWith("000003.PNG") << 3;
     QTest::newRow("any suffix") << bookmarkWith("000012.xyz") << 12;
     QTest::newRow("short name meets the folder's") << bookmarkWith("5.PNG") << 0;
     QTest::newRow("foreign elements between")
@@ -279,6 +283,36 @@ void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsNames()
     QCOMPARE(bookmarks.getLastNumber(), last);
     COMPARE_BYTES(loggedText(), "3 [VLMC_BookmarksSetting::getLastNumber] last number:"
                                     + QByteArray::number(last) + "\n");
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsWholePathsAtLoad_data()
+{
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<int>("last");
+    QTest::newRow("at the limit of a path") << 256 << 17;
+    QTest::newRow("over it") << 257 << 0;
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsWholePathsAtLoad()
+{
+    QFETCH(int, bytes);
+    QFETCH(int, last);
+    TestDirectory directory;
+    const int added = int(qstrlen("/thumbnail/000017.PNG"));
+    const QString inner = letters(bytes - added - directory.path().toUtf8().size());
+    QVERIFY(QDir(directory.path()).mkdir(inner));
+    QString path = directory.path() + inner + utf8("/");
+    writeFile(path + utf8("bookmark.xml"), "<bookmarks>" + bookmarkWith("000017.PNG")
+                                               + bookmarkWith("000003.PNG") + "</bookmarks>");
+    VLMC_BookmarksSetting bookmarks;
+    int lastNumber = -1;
+
+    bookmarks.loadBookmark(&path, 999, lastNumber);
+
+    QCOMPARE(lastNumber, last);
+    const QString whole = bookmarks.getBookmarkChildNode(0, 2)->getText();
+    QCOMPARE(whole, path + utf8("thumbnail/000017.PNG"));
+    QCOMPARE(whole.toUtf8().size(), bytes);
 }
 
 void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_isZeroBeforeLoad()
