@@ -10,7 +10,7 @@
 namespace
 {
 // Room for the fields of most entries, in one allocation.
-const int kUsualChildren = 4;
+const int kUsualChildren = 3;
 
 // Not null. Never destroyed: nodes may be made while the process exits.
 const QString &emptyText()
