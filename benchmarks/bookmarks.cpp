@@ -56,4 +56,7 @@ BENCHMARK(inPairs<BookmarksLoad, BookmarksReaderPass>)
 BENCHMARK(inPairs<BookmarksList, HistoryReaderPass>)
     ->Name("Bookmarks_list_inPairs")
     ->Iterations(kPairs);
+
+BENCHMARK(growth<BookmarksLoad>)->Name("Bookmarks_load_growth")->Iterations(kPairs);
+BENCHMARK(growth<BookmarksList>)->Name("Bookmarks_list_growth")->Iterations(kPairs);
 } // namespace

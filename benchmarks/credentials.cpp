@@ -65,4 +65,6 @@ BENCHMARK(alone<CredentialsSetAll>)->Name("Credentials_setAll")->Apply(allSizes)
 BENCHMARK(inPairs<CredentialsList, HistoryReaderPass>)
     ->Name("Credentials_list_inPairs")
     ->Iterations(kPairs);
+
+BENCHMARK(growth<CredentialsList>)->Name("Credentials_list_growth")->Iterations(kPairs);
 } // namespace

@@ -33,4 +33,6 @@ private:
 BENCHMARK(alone<FontsList>)->Name("Fonts_list")->Apply(allSizes);
 
 BENCHMARK(inPairs<FontsList, HistoryReaderPass>)->Name("Fonts_list_inPairs")->Iterations(kPairs);
+
+BENCHMARK(growth<FontsList>)->Name("Fonts_list_growth")->Iterations(kPairs);
 } // namespace

@@ -212,4 +212,9 @@ BENCHMARK(inPairs<HistoryVisit<1>, SqliteVisit>)
 BENCHMARK(inPairs<HistoryList, HistoryReaderPass>)
     ->Name("History_list_inPairs")
     ->Iterations(kPairs);
+
+BENCHMARK(growth<HistoryLoad>)->Name("History_load_growth")->Iterations(kPairs);
+BENCHMARK(growth<HistorySave>)->Name("History_save_growth")->Iterations(kPairs);
+BENCHMARK(growth<HistoryVisit<0>>)->Name("History_visit_growth")->Iterations(kPairs);
+BENCHMARK(growth<HistoryList>)->Name("History_list_growth")->Iterations(kPairs);
 } // namespace

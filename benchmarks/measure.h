@@ -6,6 +6,7 @@
 #include <QtCore/QEvent>
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cmath>
 #include <cstdlib>
 #include <vector>
 
@@ -13,6 +14,7 @@
 // call of it is one measurement. Names such as History_visit are those of docs/performance.md.
 
 const int kFullStore = 999;
+const int kQuarterStore = 250;
 // Enough for a steady median.
 const int kPairs = 100;
 // Bytes that glibc does not take from its lists of small pieces.
@@ -21,7 +23,7 @@ const size_t kLargeRequest = 64 * 1024;
 // The sizes that every operation is measured at.
 inline void allSizes(benchmark::internal::Benchmark *measurement)
 {
-    for (const int entries : {10, 125, 250, 500, kFullStore}) {
+    for (const int entries : {10, 125, kQuarterStore, 500, kFullStore}) {
         measurement->Arg(entries);
     }
 }
@@ -67,22 +69,39 @@ double nanosecondsOf(Measured &measured)
     return double(timer.nsecsElapsed());
 }
 
-// An operation on a full store, and right after it the reference: a processor whose clock changes,
-// or that others use too, is as fast for the one as for the other. The counter "ratio" is the
-// median of the ratios.
+// The median of the ratios of one and the other, measured right after each other: a processor whose
+// clock changes, or that others use too, is as fast for the one as for the other.
+template <typename First, typename Second>
+double medianRatio(benchmark::State &state, First &first, Second &second)
+{
+    std::vector<double> ratios;
+    for (auto _ : state) {
+        const double time = nanosecondsOf(first);
+        ratios.push_back(time / nanosecondsOf(second));
+        runDeferredDeletes();
+    }
+    std::sort(ratios.begin(), ratios.end());
+    return ratios.at(ratios.size() / 2);
+}
+
+// An operation on a full store beside its reference, as the counter "ratio".
 template <typename Operation, typename Reference>
 void inPairs(benchmark::State &state)
 {
     Operation operation(kFullStore);
     Reference reference(kFullStore);
-    std::vector<double> ratios;
-    for (auto _ : state) {
-        const double time = nanosecondsOf(operation);
-        ratios.push_back(time / nanosecondsOf(reference));
-        runDeferredDeletes();
-    }
-    std::sort(ratios.begin(), ratios.end());
-    state.counters["ratio"] = ratios.at(ratios.size() / 2);
+    state.counters["ratio"] = medianRatio(state, operation, reference);
+}
+
+// An operation on a full store beside the same on a smaller one. The counter "exponent" is the
+// power of the number of entries that the time grows with.
+template <typename Operation>
+void growth(benchmark::State &state)
+{
+    Operation full(kFullStore);
+    Operation quarter(kQuarterStore);
+    const double ratio = medianRatio(state, full, quarter);
+    state.counters["exponent"] = std::log(ratio) / std::log(double(kFullStore) / kQuarterStore);
 }
 
 #endif
