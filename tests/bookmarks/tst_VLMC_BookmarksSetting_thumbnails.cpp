@@ -299,7 +299,7 @@ void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsWholePathsAtLoad()
     QFETCH(int, last);
     TestDirectory directory;
     const int added = int(qstrlen("/thumbnail/000017.PNG"));
-    const QString inner = letters(bytes - added - directory.path().toUtf8().size());
+    const QString inner = letters(bytes - added - int(directory.path().toUtf8().size()));
     QVERIFY(QDir(directory.path()).mkdir(inner));
     QString path = directory.path() + inner + utf8("/");
     writeFile(path + utf8("bookmark.xml"), "<bookmarks>" + bookmarkWith("000017.PNG")
@@ -312,7 +312,7 @@ void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_readsWholePathsAtLoad()
     QCOMPARE(lastNumber, last);
     const QString whole = bookmarks.getBookmarkChildNode(0, 2)->getText();
     QCOMPARE(whole, path + utf8("thumbnail/000017.PNG"));
-    QCOMPARE(whole.toUtf8().size(), bytes);
+    QCOMPARE(int(whole.toUtf8().size()), bytes);
 }
 
 void tst_VLMC_BookmarksSetting_thumbnails::getLastNumber_isZeroBeforeLoad()
