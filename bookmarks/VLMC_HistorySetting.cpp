@@ -286,7 +286,10 @@ void VLMC_HistorySetting::sortHistory()
             numberEntries(*this);
         }
     }
-    numberSortedEntries();
+    if (!isSeen) {
+        numberPushedOut();
+    }
+    numberEntries(*this);
 }
 
 // What sortHistory makes of entries that were just read, and the same lines in the log, but every
@@ -306,7 +309,8 @@ void VLMC_HistorySetting::sortLoadedEntries()
             addVisit(*this, textsOf(visit), place);
         }
     }
-    numberSortedEntries();
+    numberPushedOut();
+    numberEntries(*this);
     for (VLMC_XMLNode *const entry : loaded) {
         if (!entry->getXMLNodeParent()) {
             delete entry;
@@ -316,7 +320,7 @@ void VLMC_HistorySetting::sortLoadedEntries()
 
 // As if the entries had been numbered after each insertion at the front: those that later ones
 // pushed out of the numbered range still carry its last number.
-void VLMC_HistorySetting::numberSortedEntries()
+void VLMC_HistorySetting::numberPushedOut()
 {
     const QList<VLMC_XMLNode *> &entries = NodeView::children(*root);
     for (int i = kMaxNumbered; i < entries.size(); ++i) {
@@ -324,7 +328,6 @@ void VLMC_HistorySetting::numberSortedEntries()
             identifiers(usualIdentifier(), kMaxNumbered).at(kMaxNumbered - 1);
         entries.at(i)->setAttribute(last);
     }
-    numberEntries(*this);
 }
 
 QString VLMC_HistorySetting::ClipString(const QString &text, int maxBytes)

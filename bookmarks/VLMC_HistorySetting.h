@@ -74,7 +74,7 @@ public:
 
 private:
     VLM_HIDDEN void sortLoadedEntries();
-    VLM_HIDDEN void numberSortedEntries();
+    VLM_HIDDEN void numberPushedOut();
 
     int loadMax;
 };

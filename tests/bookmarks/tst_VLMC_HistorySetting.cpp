@@ -88,6 +88,12 @@ int indexOf(VLMC_HistorySetting &history, const char *url)
     return history.getHistoryIndex(text);
 }
 
+class UnnumberedHistory : public VLMC_HistorySetting
+{
+public:
+    void setIDforChildren(QString &) override {}
+};
+
 VLMC_XMLNode *addRaw(VLMC_XMLNode *parent, const char *name, const char *text, const char *id)
 {
     VLMC_XMLNode *const node = new VLMC_XMLNode(parent, 0);
@@ -222,6 +228,9 @@ private slots:
     void sortHistory_readsByIdOnce();
     void sortHistory_keepsTheRoot();
     void sortHistory_logsNullChildrenEveryTime();
+    void sortHistory_leavesThoseBehindTheNumberedTheLastId_data();
+    void sortHistory_leavesThoseBehindTheNumberedTheLastId();
+    void sortHistory_leavesNumberingToAnOverride();
     void sortHistory_callsVirtualOperations();
     void sortHistory_endsAlikeInDerivedClasses();
 
@@ -1196,6 +1205,58 @@ void tst_VLMC_HistorySetting::sortHistory_logsNullChildrenEveryTime()
                       + "3 [VLMC_XMLSetting::deleteRootChildren] " + hexAddress(root)
                       + "\n1 [VLMC_XMLSetting::deleteRootChildren] " + hexAddress(root)
                       + " Why Pass??\n" + (kSetLine + numbering).repeated(2) + numbering);
+}
+
+void tst_VLMC_HistorySetting::sortHistory_leavesThoseBehindTheNumberedTheLastId_data()
+{
+    QTest::addColumn<int>("nulls");
+    QTest::newRow("visits alone") << 0;
+    QTest::newRow("null children") << 2;
+}
+
+void tst_VLMC_HistorySetting::sortHistory_leavesThoseBehindTheNumberedTheLastId()
+{
+    QFETCH(int, nulls);
+    const int visits = 1001;
+    VLMC_HistorySetting history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    for (int id = 0; id < visits; ++id) {
+        addRaw(root, "pageInfo", "", QByteArray::number(id).constData());
+    }
+    for (int i = 0; i < nulls; ++i) {
+        root->getXMLNodeChildren().append(static_cast<VLMC_XMLNode *>(nullptr));
+    }
+
+    history.sortHistory();
+
+    const QList<VLMC_XMLNode *> children = root->getXMLNodeChildren();
+    QCOMPARE(int(children.size()), visits + nulls);
+    const QString idName = utf8("id");
+    for (int i = 0; i < visits; ++i) {
+        const QByteArray id = QByteArray::number(qMin(i, 998)).rightJustified(3, '0');
+        COMPARE_BYTES(children.at(i)->getAttribute().value(idName).toString().toUtf8(), id);
+    }
+    for (int i = 0; i < nulls; ++i) {
+        QVERIFY(!children.at(visits + i));
+    }
+}
+
+void tst_VLMC_HistorySetting::sortHistory_leavesNumberingToAnOverride()
+{
+    const int visits = 1000;
+    UnnumberedHistory history;
+    VLMC_XMLNode *const root = history.createXMLRootNode();
+    for (int id = 0; id < visits; ++id) {
+        addRaw(root, "pageInfo", "", QByteArray::number(id).constData());
+    }
+
+    history.sortHistory();
+
+    const QList<VLMC_XMLNode *> children = root->getXMLNodeChildren();
+    QCOMPARE(int(children.size()), visits);
+    for (VLMC_XMLNode *const child : children) {
+        QVERIFY(child->getAttribute().isEmpty());
+    }
 }
 
 void tst_VLMC_HistorySetting::sortHistory_callsVirtualOperations()
