@@ -106,6 +106,11 @@ void withEachThumbnail(VLMC_XMLNode *root, Work work)
     }
     std::for_each(thumbnails, thumbnails + found, work);
 }
+
+void convertPaths(VLMC_XMLNode *root, QString &dir, QString (*convert)(QString &path, QString &dir))
+{
+    withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) { convertPath(thumbnail, dir, convert); });
+}
 } // namespace
 
 bool VLMC_BookmarksSetting::setThumbnail(QImage *image, QString *path, int &number)
@@ -193,19 +198,24 @@ void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,
     if (!convert) {
         return;
     }
-    withEachThumbnail(root, [&](VLMC_XMLNode *thumbnail) { convertPath(thumbnail, dir, convert); });
+    // Looked up one by one, as the conversion may change the list.
+    int index = 0;
+    while (VLMC_XMLNode *const thumbnail = getThumbNode(index)) {
+        convertPath(thumbnail, dir, convert);
+        ++index;
+    }
 }
 
 void VLMC_BookmarksSetting::removeThumbnailFilePath()
 {
     QString noDirectory;
-    changeThumbFilePath(noDirectory, stripThumbnailDir);
+    convertPaths(root, noDirectory, stripThumbnailDir);
 }
 
 void VLMC_BookmarksSetting::addThumbnailFilePath(QString *dir)
 {
     if (dir) {
-        changeThumbFilePath(*dir, prependThumbnailDir);
+        convertPaths(root, *dir, prependThumbnailDir);
     }
 }
 

@@ -58,6 +58,18 @@ QString pathOf(VLMC_BookmarksSetting &bookmarks, int id)
 
 QString bracketed(QString &path, QString &dir) { return dir + utf8("<") + path + utf8(">"); }
 
+VLMC_BookmarksSetting *g_shrinking = nullptr;
+
+// Takes the second bookmark of g_shrinking out before the first one gets its path.
+QString withoutSecond(QString &path, QString &dir)
+{
+    if (g_shrinking) {
+        g_shrinking->deleteBookmark(1);
+        g_shrinking = nullptr;
+    }
+    return bracketed(path, dir);
+}
+
 QString letters(int count) { return QString(count, QLatin1Char('x')); }
 } // namespace
 
@@ -89,6 +101,7 @@ private slots:
     void bookmarkThumbnailFilePath_limits();
     void changeThumbFilePath_convertsEachOnce();
     void changeThumbFilePath_convertsEachOfMany();
+    void changeThumbFilePath_followsAListThatConversionsChange();
     void changeThumbFilePath_stopsWithoutThumbnail();
     void changeThumbFilePath_readsOverLongPathAsEmpty();
     void changeThumbFilePath_doesNothingWithoutConversionOrEntries();
@@ -443,6 +456,25 @@ void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_convertsEachOfMan
         QCOMPARE(pathOf(bookmarks, id),
                  directory.file("thumbnail/") + utf8(thumbnailName(id + 1).constData()));
     }
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_followsAListThatConversionsChange()
+{
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    loadList(bookmarks, directory, bookmarkWith("a") + bookmarkWith("b") + bookmarkWith("c"));
+    bookmarks.removeThumbnailFilePath();
+    VLMC_XMLNode *const second = bookmarks.getBookmarkChildNode(1, 2);
+    const QString pathOfSecond = second->getText();
+    g_shrinking = &bookmarks;
+    QString dir = utf8("d");
+
+    bookmarks.changeThumbFilePath(dir, withoutSecond);
+
+    QCOMPARE(bookmarks.getBookmarkCnt(), 2);
+    QVERIFY(pathOf(bookmarks, 0).startsWith(utf8("d<")));
+    QVERIFY(pathOf(bookmarks, 1).startsWith(utf8("d<")));
+    QCOMPARE(second->getText(), pathOfSecond);
 }
 
 void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_stopsWithoutThumbnail()
