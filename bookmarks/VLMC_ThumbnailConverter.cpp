@@ -3,6 +3,7 @@
 #include "bookmarks/RegularFile_p.h"
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
+#include "core/QtCompat_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 
@@ -55,7 +56,7 @@ void packImages(VLMC_ThumbnailConverter &converter, QString directory, VLMC_XMLN
         QString file = directory + name;
         QByteArray bytes;
         converter.encode_base64(file, bytes);
-        QString text = QString::fromLatin1(bytes.constData());
+        QString text = fromCString(bytes.constData());
         converter.setThumbnail(text, name, root);
     }
 }
@@ -101,8 +102,8 @@ void VLMC_ThumbnailConverter::convertThumbnailPngToXML(char *pngDir, char *xmlFi
         root->deleteLater();
     }
     root = packed;
-    packImages(*this, QString::fromLatin1(pngDir), root);
-    QString path = QString::fromLatin1(xmlFile);
+    packImages(*this, fromCString(pngDir), root);
+    QString path = fromCString(xmlFile);
     save(path);
     deleteAllXMLNode();
 }
@@ -114,12 +115,12 @@ void VLMC_ThumbnailConverter::convertThumbnailXMLToPng(char *xmlFile, char *pngD
                         "[VLMC_ThumbnailConverter::convertThumbnailXMLToPng] Invalid Parameter.");
         return;
     }
-    QString path = QString::fromLatin1(xmlFile);
+    QString path = fromCString(xmlFile);
     load(path);
     if (!root) {
         return;
     }
-    unpackImages(*this, QString::fromLatin1(pngDir), root);
+    unpackImages(*this, fromCString(pngDir), root);
     deleteAllXMLNode();
 }
 

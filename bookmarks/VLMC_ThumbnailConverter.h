@@ -10,8 +10,8 @@
 /**
  * Packs the PNG files of a directory into one XML file, each as Base64 text with its file name, and
  * unpacks such a file again. It keeps nothing between two conversions. Directories end with "/" and
- * have to exist. Paths come as Latin-1. Failures go to the log as errors. Used from one thread,
- * which runs an event loop.
+ * have to exist. Paths come as Latin-1, or on Qt 4 in the codec that the application has set for C
+ * strings. Failures go to the log as errors. Used from one thread, which runs an event loop.
  */
 class VLM_EXPORT VLMC_ThumbnailConverter : public VLMC_XMLSetting
 {
