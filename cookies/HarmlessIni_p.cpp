@@ -1,17 +1,68 @@
 #include "cookies/HarmlessIni_p.h"
 
+#include <cctype>
 #include <cstring>
 
 namespace
 {
-// True for a file that holds the one value as a byte array and nothing else, as QSettings writes
-// it.
-bool isOneByteArray(const QByteArray &file)
+bool isOneOf(char byte, const char *bytes) { return byte && strchr(bytes, byte); }
+
+// Where the next line begins, as QSettings sees it: behind blanks, empty lines and comments. A line
+// that was cut at a ";" goes on as a comment.
+int lineStart(const QByteArray &file, int from)
 {
-    const QByteArray start("[Cookie]\ncookies=");
-    const QByteArray value = file.mid(int(start.size())).trimmed();
+    int i = from;
+    while (i < file.size() && (isOneOf(file.at(i), " \t\r\n") || file.at(i) == ';')) {
+        if (file.at(i) == ';') {
+            while (i < file.size() && !isOneOf(file.at(i), "\r\n")) {
+                ++i;
+            }
+        } else {
+            ++i;
+        }
+    }
+    return i;
+}
+
+// Where that line ends: not between quotes nor behind a backslash.
+int lineEnd(const QByteArray &file, int start)
+{
+    bool quoted = false;
+    for (int i = start; i < file.size(); ++i) {
+        const char byte = file.at(i);
+        if (byte == '\\') {
+            const QByteArray pair = file.mid(i + 1, 2);
+            i += pair == "\r\n" || pair == "\n\r" ? 2 : 1;
+        } else if (byte == '"') {
+            quoted = !quoted;
+        } else if (!quoted && isOneOf(byte, "\r\n;")) {
+            return i;
+        }
+    }
+    return int(file.size());
+}
+
+// True for a line "[name]" whose name is sure not to be another spelling of the group's.
+bool startsOtherGroup(const QByteArray &line, const QByteArray &group)
+{
+    const QByteArray name = line.mid(1, line.indexOf(']') - 1);
+    for (const char byte : name) {
+        if (!isalnum(static_cast<unsigned char>(byte))) {
+            return false;
+        }
+    }
+    return line.contains(']') && name.toLower() != group.toLower();
+}
+
+// True for a value that is a byte array and nothing else, in which the texts do no harm.
+bool isByteArray(const QByteArray &line)
+{
+    const int equals = int(line.indexOf('='));
+    const QByteArray key = line.left(equals);
+    const QByteArray value = line.mid(equals + 1).trimmed();
     const bool quoted = value.startsWith('"');
-    if (!file.startsWith(start) || !value.mid(quoted).startsWith("@ByteArray(")) {
+    if (equals < 0 || key.contains('"') || key.contains('\\')
+        || !value.mid(quoted).startsWith("@ByteArray(")) {
         return false;
     }
     for (int i = quoted; i < value.size(); ++i) {
@@ -20,11 +71,31 @@ bool isOneByteArray(const QByteArray &file)
             ++i;
         } else if (byte == '"') {
             return quoted && i == value.size() - 1;
-        } else if (byte == '\n' || byte == '\r' || (!quoted && (byte == ',' || byte == ';'))) {
+        } else if (!quoted && byte == ',') {
             return false;
         }
     }
-    return !quoted;
+    return true;
+}
+
+// The lines of the group, or of all, that are no byte arrays.
+QByteArray doubtfulLines(const QByteArray &file, const QByteArray &group)
+{
+    QByteArray doubtful;
+    bool counts = true;
+    int start = lineStart(file, 0);
+    while (start < file.size()) {
+        const int end = lineEnd(file, start);
+        const QByteArray line = file.mid(start, end - start);
+        if (line.startsWith('[')) {
+            counts = group.isEmpty() || !startsOtherGroup(line, group);
+        }
+        if (counts && !isByteArray(line)) {
+            doubtful += line + '\n';
+        }
+        start = lineStart(file, end);
+    }
+    return doubtful;
 }
 
 // The bytes with numeric escapes resolved and all that QSettings may pass over left out.
@@ -33,7 +104,7 @@ QByteArray unescaped(const QByteArray &file)
     QByteArray bytes;
     for (int i = 0; i < file.size(); ++i) {
         if (file.at(i) != '\\') {
-            if (!strchr("\"\r\n", file.at(i))) {
+            if (!isOneOf(file.at(i), "\" \t\r\n")) {
                 bytes.append(file.at(i));
             }
             continue;
@@ -42,7 +113,7 @@ QByteArray unescaped(const QByteArray &file)
         const char *const digits = hex ? "0123456789abcdefABCDEF" : "01234567";
         const int start = i + 1 + hex;
         int end = start;
-        while (end < file.size() && file.at(end) && strchr(digits, file.at(end))) {
+        while (end < file.size() && isOneOf(file.at(end), digits)) {
             ++end;
         }
         // In either base three digits hold the low byte.
@@ -56,11 +127,8 @@ QByteArray unescaped(const QByteArray &file)
 }
 } // namespace
 
-bool vlm::isHarmlessIni(const QByteArray &file)
+bool vlm::isHarmlessIni(const QByteArray &file, const QByteArray &group)
 {
-    if (isOneByteArray(file)) {
-        return true;
-    }
-    const QByteArray bytes = unescaped(file);
+    const QByteArray bytes = unescaped(doubtfulLines(file, group));
     return !bytes.contains("@Variant(") && !bytes.contains("@DateTime(");
 }

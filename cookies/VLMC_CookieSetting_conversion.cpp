@@ -40,11 +40,12 @@ QString iniPath(const QString &directory)
     return directory + QEXC_TextCodec::fromSJIS(kIniFileName);
 }
 
-bool isHarmlessFile(const QString &path)
+// Of the group, or of the whole file.
+bool isHarmlessFile(const QString &path, const char *group = "")
 {
     QFile file(path);
     return !QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)
-           || isHarmlessIni(file.readAll());
+           || isHarmlessIni(file.readAll(), group);
 }
 
 // Null for a pipe or the like, where QSettings would wait for the other end.
@@ -59,7 +60,8 @@ QSettings *openIni(const QString &path)
 
 QByteArray readIni(const QString &path)
 {
-    const QScopedPointer<QSettings> settings(isHarmlessFile(path) ? openIni(path) : nullptr);
+    const QScopedPointer<QSettings> settings(isHarmlessFile(path, kIniGroup) ? openIni(path)
+                                                                             : nullptr);
     if (!settings) {
         return QByteArray();
     }

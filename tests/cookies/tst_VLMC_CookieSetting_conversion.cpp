@@ -38,6 +38,8 @@ private slots:
     void loadCookieInfo_buildsNoDescribedValues_data();
     void loadCookieInfo_buildsNoDescribedValues();
     void loadCookieInfo_readsHarmfulTextInsideACookie();
+    void loadCookieInfo_readsBesideOtherValues_data();
+    void loadCookieInfo_readsBesideOtherValues();
     void loadCookieInfo_doesNotWaitAtAPipe();
     void saveCookieInfo_writesTheFile();
     void saveCookieInfo_writesExactBytes();
@@ -519,6 +521,8 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_buildsNoDescribedValues_d
     QTest::newRow("hexadecimal") << head + "\"\\x40V\\x061riant(" + deep + ")\"\n";
     QTest::newRow("octal") << head + "\"\\100V\\141riant(" + deep + ")\"\n";
     QTest::newRow("torn by quotes") << head + "@Var\"iant(" + deep + ")\"\n";
+    QTest::newRow("torn by a blank behind quotes") << head + "\"@Variant\" (" + deep + ")\n";
+    QTest::newRow("torn by a tab behind quotes") << head + "\"@Var\"\tiant(" + deep + ")\n";
     QTest::newRow("torn by a line's end") << head + "\"@Var\\\r\niant(" + deep + ")\"\n";
     QTest::newRow("in a list") << head + "@ByteArray(), @Variant(" + deep + ")\n";
     QTest::newRow("in a list behind quotes") << head + "\"@ByteArray()\", @Variant(" + deep + ")\n";
@@ -548,6 +552,39 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_readsHarmfulTextInsideACo
     QCOMPARE(load(directory), cookies);
     save(cookies + cookies, directory);
     QCOMPARE(load(directory), cookies + cookies);
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_readsBesideOtherValues_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("text in the group") << utf8("Cookie/version") << QVariant(1);
+    QTest::newRow("quoted text in the group") << utf8("Cookie/note") << QVariant(utf8("a;\"b\\"));
+    const QVariant time(QDateTime(QDate(2026, 1, 2), QTime(3, 4)));
+    QTest::newRow("time in none") << utf8("lastUse") << time;
+    QTest::newRow("time in a group before") << utf8("Access/lastUse") << time;
+    QTest::newRow("time in a group behind") << utf8("Use/last") << time;
+    QTest::newRow("list in a group behind")
+        << utf8("Use/all") << QVariant(QVariantList() << 1 << time << utf8("a,\"b"));
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_readsBesideOtherValues()
+{
+    QFETCH(QString, key);
+    QFETCH(QVariant, value);
+    const TestDirectory directory;
+    const QList<QNetworkCookie> cookies =
+        QList<QNetworkCookie>() << QNetworkCookie("a", "@Variant(") << QNetworkCookie("b", "2");
+    save(cookies, directory);
+    {
+        QSettings settings(directory.file(kIni), QSettings::IniFormat);
+        settings.setValue(key, value);
+    }
+    QVERIFY(readFile(directory.file(kIni)).contains(key.section(QLatin1Char('/'), -1).toUtf8()));
+    QCOMPARE(load(directory), cookies);
+    save(QList<QNetworkCookie>() << QNetworkCookie("c", "3"), directory);
+    QCOMPARE(loadedPairs(directory), Bytes() << "c=3");
+    QVERIFY(!readFile(directory.file(kIni)).contains(key.section(QLatin1Char('/'), -1).toUtf8()));
 }
 
 void tst_VLMC_CookieSetting_conversion::loadCookieInfo_doesNotWaitAtAPipe()
