@@ -1,6 +1,7 @@
 # Shared by the scripts of this folder; sourced, never run.
 
 set -eu
+called_in=$PWD
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
 
@@ -10,6 +11,14 @@ say() { printf '\n== %s\n' "$*"; }
 fail() {
     printf '%s: %s\n' "$(basename "$0")" "$*" >&2
     exit 2
+}
+
+# absolute <path>: a path as the caller means it, who may be in any folder.
+absolute() {
+    case "$1" in
+    /*) printf '%s' "$1" ;;
+    *) printf '%s/%s' "$called_in" "$1" ;;
+    esac
 }
 
 installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'ok installed'; }

@@ -10,7 +10,9 @@ fail() {
     exit 1
 }
 
-scripts/reference "$folder"
+root=$PWD
+(cd "$folder" && "$root/scripts/reference" made)
+[ -s "$folder/made/html/index.html" ] || fail "the reference is not where it was asked for"
 for page in docs/reference/*.md; do
     name=$(basename "$page" .md)
     [ "$name" = index ] || grep -qF "($name.md)" docs/reference/index.md || fail "$name.md is not in the index"
