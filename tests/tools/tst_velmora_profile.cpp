@@ -123,6 +123,8 @@ private slots:
     void usage_worksInFoldersOfAnyName();
     void show_listsEveryFile();
     void show_tellsDamage();
+    void show_readsNoMoreThanTheLibrary_data();
+    void show_readsNoMoreThanTheLibrary();
     void show_printsJson();
     void prefs_listsValuesAndDefaults();
     void prefs_setsWords_data();
@@ -542,6 +544,47 @@ void tst_velmora_profile::show_tellsDamage()
                                  "document. (2 entries before it)\n"),
              run.output.constData());
     QCOMPARE(run.status, 0);
+}
+
+void tst_velmora_profile::show_readsNoMoreThanTheLibrary_data()
+{
+    QTest::addColumn<QByteArray>("declarations");
+    QTest::addColumn<QByteArray>("title");
+    QTest::addColumn<bool>("isWhole");
+    const QByteArray entity = "<!ENTITY e '" + QByteArray(4000, 'x') + "'>";
+    QTest::newRow("an entity") << entity << QByteArray("&e;") << true;
+    QTest::newRow("two uses of it") << entity << QByteArray("&e;&e;") << false;
+    QTest::newRow("more uses than memory holds")
+        << entity << QByteArray("&e;").repeated(600000) << false;
+    const QByteArray attribute = "<!ATTLIST x a CDATA '" + QByteArray(4000, 'x') + "'>";
+    QTest::newRow("an attribute") << attribute << QByteArray("<x/>") << true;
+    QTest::newRow("the attribute twice") << attribute << QByteArray("<x/><x/>") << false;
+}
+
+// An entity that is used often enough fills all memory out of a small file.
+void tst_velmora_profile::show_readsNoMoreThanTheLibrary()
+{
+    QFETCH(QByteArray, declarations);
+    QFETCH(QByteArray, title);
+    QFETCH(bool, isWhole);
+    const TestDirectory directory;
+    const QByteArray bookmark = "<bookmark><href>http://a/</href><thumbnail/>";
+    writeFile(directory.file("bookmark.xml"), "<!DOCTYPE b [" + declarations + "]><bookmarks>"
+                                                  + bookmark + "</bookmark>" + bookmark + "<title>"
+                                                  + title + "</title></bookmark></bookmarks>");
+    const QByteArray before = contentsOf(directory.path());
+    for (const char *const command :
+         {"show %", "check %", "repair % --dry-run", "bookmarks list %"}) {
+        const ToolRun run = runTool(directory, command);
+        QVERIFY2(run.status == 0 || run.status == 1, command);
+        const bool tellsDamage = (run.output + run.errors).contains("(1 entry before it)");
+        QVERIFY2(tellsDamage != isWhole || command == QByteArray("repair % --dry-run"),
+                 (run.output + run.errors).constData());
+    }
+    QCOMPARE(runTool(directory, "bookmarks add % http://b/").status, isWhole ? 0 : 2);
+    if (!isWhole) {
+        COMPARE_BYTES(contentsOf(directory.path()), before);
+    }
 }
 
 void tst_velmora_profile::show_printsJson()
