@@ -169,6 +169,7 @@ private slots:
     void diff_masksTheValuesOfCookies();
     void interruptedSave_leavesTheFileWhole();
     void tables_alignWideCharacters();
+    void tables_printLongCellsWhole();
     void tables_showNoControlCharacters();
 };
 
@@ -1377,6 +1378,24 @@ void tst_velmora_profile::tables_alignWideCharacters()
                 "1   \xe3\x81\x82     u\n"
                 "2   \xf0\x9f\x98\x80     u\n",
                 "");
+}
+
+// Rows that were all as long as the longest cell would take 6 GB.
+void tst_velmora_profile::tables_printLongCellsWhole()
+{
+    const TestDirectory directory;
+    const QByteArray title(3000000, 't');
+    const QByteArray entry = "<bookmark><href>u</href><title>s</title><thumbnail/></bookmark>";
+    writeFile(directory.file("bookmark.xml"), "<bookmarks><bookmark><href>u</href><title>" + title
+                                                  + "</title><thumbnail/></bookmark>"
+                                                  + entry.repeated(998) + "</bookmarks>");
+    const ToolRun run = runTool(directory, "bookmarks list %");
+    QCOMPARE(run.status, 0);
+    const QList<QByteArray> lines = run.output.split('\n');
+    QCOMPARE(int(lines.size()), 1 + 999 + 1);
+    QVERIFY(lines.at(1) == "0    " + title + "  u");
+    QVERIFY(lines.at(2).startsWith("1    s  ") && lines.at(2).endsWith("  u"));
+    QVERIFY(lines.at(2).size() < 10000);
 }
 
 void tst_velmora_profile::tables_showNoControlCharacters()
