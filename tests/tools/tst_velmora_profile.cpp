@@ -8,6 +8,8 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 
+#include <sys/stat.h>
+
 namespace
 {
 // Every command with operands that a good profile takes; those of the last list need more than an
@@ -160,6 +162,8 @@ private slots:
     void cookies_loseThoseBehindThe20th();
     void cookies_arePrivateWhenNew();
     void thumbnails_areListed();
+    void thumbnails_areFilesAlone_data();
+    void thumbnails_areFilesAlone();
     void thumbnails_arePackedAndUnpacked();
     void thumbnails_areUnpackedIntoTheProfileAlone();
     void thumbnails_areCleaned();
@@ -1210,6 +1214,37 @@ void tst_velmora_profile::thumbnails_areListed()
                 "000002.PNG  missing   \xe6\x97\xa5\xe6\x9c\xac <b>\n"
                 "000009.PNG  no image\n",
                 "");
+}
+
+void tst_velmora_profile::thumbnails_areFilesAlone_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<QByteArray>("piece");
+    QTest::newRow("list") << QByteArray("thumbnails list %")
+                          << QByteArray("000001.PNG  no image  Alpha\n000002.PNG  no image  ");
+    QTest::newRow("pack") << QByteArray("thumbnails pack % -") << QByteArray("<thumbnail");
+    QTest::newRow("clean") << QByteArray("thumbnails clean % --dry-run") << QByteArray();
+    QTest::newRow("report") << QByteArray("report % -o -") << QByteArray("no picture</span>");
+    QTest::newRow("diff") << QByteArray("diff % %") << QByteArray();
+    QTest::newRow("check") << QByteArray("check %") << QByteArray("nothing is wrong\n");
+    QTest::newRow("repair") << QByteArray("repair % --dry-run") << QByteArray();
+}
+
+// A FIFO keeps its reader waiting, and a device may have no end.
+void tst_velmora_profile::thumbnails_areFilesAlone()
+{
+    QFETCH(QByteArray, command);
+    QFETCH(QByteArray, piece);
+    TestDirectory directory;
+    writeGoodProfile(directory);
+    const QString endless = directory.file("thumbnail/000002.PNG");
+    QVERIFY(QFile::remove(directory.file("thumbnail/000001.PNG")) && QFile::remove(endless));
+    QCOMPARE(mkfifo(directory.localFile("thumbnail/000001.PNG"), 0600), 0);
+    QVERIFY(QFile::link(utf8("/dev/zero"), endless));
+    const ToolRun run = runTool(directory, command.constData());
+    COMPARE_BYTES(run.errors, "");
+    QCOMPARE(run.status, 0);
+    QVERIFY2(run.output.contains(piece), run.output.constData());
 }
 
 void tst_velmora_profile::thumbnails_arePackedAndUnpacked()

@@ -24,7 +24,8 @@ QString sizeOf(const Thumbnail &thumbnail)
     if (!thumbnail.exists) {
         return text("missing");
     }
-    const QSize size = QImageReader(folder() + thumbnail.name).size();
+    const QString path = folder() + thumbnail.name;
+    const QSize size = isPictureFile(path) ? QImageReader(path).size() : QSize();
     return size.isValid() ? text("%1x%2").arg(size.width()).arg(size.height()) : text("no image");
 }
 
