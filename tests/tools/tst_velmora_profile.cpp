@@ -165,6 +165,7 @@ private slots:
     void thumbnails_areFilesAlone_data();
     void thumbnails_areFilesAlone();
     void thumbnails_arePackedAndUnpacked();
+    void thumbnails_areUnpackedInPlaceOfPipes();
     void thumbnails_areUnpackedIntoTheProfileAlone();
     void thumbnails_areCleaned();
     void thumbnails_areNotCleanedWithoutBookmarks();
@@ -1262,6 +1263,21 @@ void tst_velmora_profile::thumbnails_arePackedAndUnpacked()
     COMPARE_RUN(runTool(directory, "thumbnails unpack % %bookmark.xml"), 2, "",
                 "velmora-profile: '" + directory.path().toUtf8()
                     + "bookmark.xml' holds no packed thumbnails; nothing was changed\n");
+}
+
+// Nobody named the pipe, so nobody waits at its other end.
+void tst_velmora_profile::thumbnails_areUnpackedInPlaceOfPipes()
+{
+    TestDirectory directory;
+    writeGoodProfile(directory);
+    QCOMPARE(runTool(directory, "thumbnails pack % %packed.xml").status, 0);
+    const QString file = directory.file("thumbnail/000001.PNG");
+    const QByteArray content = readFile(file);
+    QVERIFY(QFile::remove(file));
+    QCOMPARE(mkfifo(directory.localFile("thumbnail/000001.PNG"), 0600), 0);
+    QCOMPARE(runTool(directory, "thumbnails unpack % %packed.xml").status, 0);
+    QVERIFY(QFileInfo(file).isFile());
+    COMPARE_BYTES(readFile(file), content);
 }
 
 void tst_velmora_profile::thumbnails_areUnpackedIntoTheProfileAlone()
