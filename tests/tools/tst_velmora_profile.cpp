@@ -8,6 +8,8 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 
+#include <sys/stat.h>
+
 namespace
 {
 // Every command with operands that a good profile takes; those of the last list need more than an
@@ -123,6 +125,8 @@ private slots:
     void usage_worksInFoldersOfAnyName();
     void show_listsEveryFile();
     void show_tellsDamage();
+    void show_readsNoMoreThanTheLibrary_data();
+    void show_readsNoMoreThanTheLibrary();
     void show_printsJson();
     void prefs_listsValuesAndDefaults();
     void prefs_setsWords_data();
@@ -158,7 +162,10 @@ private slots:
     void cookies_loseThoseBehindThe20th();
     void cookies_arePrivateWhenNew();
     void thumbnails_areListed();
+    void thumbnails_areFilesAlone_data();
+    void thumbnails_areFilesAlone();
     void thumbnails_arePackedAndUnpacked();
+    void thumbnails_areUnpackedInPlaceOfPipes();
     void thumbnails_areUnpackedIntoTheProfileAlone();
     void thumbnails_areCleaned();
     void thumbnails_areNotCleanedWithoutBookmarks();
@@ -167,6 +174,7 @@ private slots:
     void diff_masksTheValuesOfCookies();
     void interruptedSave_leavesTheFileWhole();
     void tables_alignWideCharacters();
+    void tables_printLongCellsWhole();
     void tables_showNoControlCharacters();
 };
 
@@ -542,6 +550,47 @@ void tst_velmora_profile::show_tellsDamage()
                                  "document. (2 entries before it)\n"),
              run.output.constData());
     QCOMPARE(run.status, 0);
+}
+
+void tst_velmora_profile::show_readsNoMoreThanTheLibrary_data()
+{
+    QTest::addColumn<QByteArray>("declarations");
+    QTest::addColumn<QByteArray>("title");
+    QTest::addColumn<bool>("isWhole");
+    const QByteArray entity = "<!ENTITY e '" + QByteArray(4000, 'x') + "'>";
+    QTest::newRow("an entity") << entity << QByteArray("&e;") << true;
+    QTest::newRow("two uses of it") << entity << QByteArray("&e;&e;") << false;
+    QTest::newRow("more uses than memory holds")
+        << entity << QByteArray("&e;").repeated(600000) << false;
+    const QByteArray attribute = "<!ATTLIST x a CDATA '" + QByteArray(4000, 'x') + "'>";
+    QTest::newRow("an attribute") << attribute << QByteArray("<x/>") << true;
+    QTest::newRow("the attribute twice") << attribute << QByteArray("<x/><x/>") << false;
+}
+
+// An entity that is used often enough fills all memory out of a small file.
+void tst_velmora_profile::show_readsNoMoreThanTheLibrary()
+{
+    QFETCH(QByteArray, declarations);
+    QFETCH(QByteArray, title);
+    QFETCH(bool, isWhole);
+    const TestDirectory directory;
+    const QByteArray bookmark = "<bookmark><href>http://a/</href><thumbnail/>";
+    writeFile(directory.file("bookmark.xml"), "<!DOCTYPE b [" + declarations + "]><bookmarks>"
+                                                  + bookmark + "</bookmark>" + bookmark + "<title>"
+                                                  + title + "</title></bookmark></bookmarks>");
+    const QByteArray before = contentsOf(directory.path());
+    for (const char *const command :
+         {"show %", "check %", "repair % --dry-run", "bookmarks list %"}) {
+        const ToolRun run = runTool(directory, command);
+        QVERIFY2(run.status == 0 || run.status == 1, command);
+        const bool tellsDamage = (run.output + run.errors).contains("(1 entry before it)");
+        QVERIFY2(tellsDamage != isWhole || command == QByteArray("repair % --dry-run"),
+                 (run.output + run.errors).constData());
+    }
+    QCOMPARE(runTool(directory, "bookmarks add % http://b/").status, isWhole ? 0 : 2);
+    if (!isWhole) {
+        COMPARE_BYTES(contentsOf(directory.path()), before);
+    }
 }
 
 void tst_velmora_profile::show_printsJson()
@@ -1168,6 +1217,37 @@ void tst_velmora_profile::thumbnails_areListed()
                 "");
 }
 
+void tst_velmora_profile::thumbnails_areFilesAlone_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<QByteArray>("piece");
+    QTest::newRow("list") << QByteArray("thumbnails list %")
+                          << QByteArray("000001.PNG  no image  Alpha\n000002.PNG  no image  ");
+    QTest::newRow("pack") << QByteArray("thumbnails pack % -") << QByteArray("<thumbnail");
+    QTest::newRow("clean") << QByteArray("thumbnails clean % --dry-run") << QByteArray();
+    QTest::newRow("report") << QByteArray("report % -o -") << QByteArray("no picture</span>");
+    QTest::newRow("diff") << QByteArray("diff % %") << QByteArray();
+    QTest::newRow("check") << QByteArray("check %") << QByteArray("nothing is wrong\n");
+    QTest::newRow("repair") << QByteArray("repair % --dry-run") << QByteArray();
+}
+
+// A FIFO keeps its reader waiting, and a device may have no end.
+void tst_velmora_profile::thumbnails_areFilesAlone()
+{
+    QFETCH(QByteArray, command);
+    QFETCH(QByteArray, piece);
+    TestDirectory directory;
+    writeGoodProfile(directory);
+    const QString endless = directory.file("thumbnail/000002.PNG");
+    QVERIFY(QFile::remove(directory.file("thumbnail/000001.PNG")) && QFile::remove(endless));
+    QCOMPARE(mkfifo(directory.localFile("thumbnail/000001.PNG"), 0600), 0);
+    QVERIFY(QFile::link(utf8("/dev/zero"), endless));
+    const ToolRun run = runTool(directory, command.constData());
+    COMPARE_BYTES(run.errors, "");
+    QCOMPARE(run.status, 0);
+    QVERIFY2(run.output.contains(piece), run.output.constData());
+}
+
 void tst_velmora_profile::thumbnails_arePackedAndUnpacked()
 {
     const TestDirectory directory;
@@ -1183,6 +1263,21 @@ void tst_velmora_profile::thumbnails_arePackedAndUnpacked()
     COMPARE_RUN(runTool(directory, "thumbnails unpack % %bookmark.xml"), 2, "",
                 "velmora-profile: '" + directory.path().toUtf8()
                     + "bookmark.xml' holds no packed thumbnails; nothing was changed\n");
+}
+
+// Nobody named the pipe, so nobody waits at its other end.
+void tst_velmora_profile::thumbnails_areUnpackedInPlaceOfPipes()
+{
+    TestDirectory directory;
+    writeGoodProfile(directory);
+    QCOMPARE(runTool(directory, "thumbnails pack % %packed.xml").status, 0);
+    const QString file = directory.file("thumbnail/000001.PNG");
+    const QByteArray content = readFile(file);
+    QVERIFY(QFile::remove(file));
+    QCOMPARE(mkfifo(directory.localFile("thumbnail/000001.PNG"), 0600), 0);
+    QCOMPARE(runTool(directory, "thumbnails unpack % %packed.xml").status, 0);
+    QVERIFY(QFileInfo(file).isFile());
+    COMPARE_BYTES(readFile(file), content);
 }
 
 void tst_velmora_profile::thumbnails_areUnpackedIntoTheProfileAlone()
@@ -1334,6 +1429,24 @@ void tst_velmora_profile::tables_alignWideCharacters()
                 "1   \xe3\x81\x82     u\n"
                 "2   \xf0\x9f\x98\x80     u\n",
                 "");
+}
+
+// Rows that were all as long as the longest cell would take 6 GB.
+void tst_velmora_profile::tables_printLongCellsWhole()
+{
+    const TestDirectory directory;
+    const QByteArray title(3000000, 't');
+    const QByteArray entry = "<bookmark><href>u</href><title>s</title><thumbnail/></bookmark>";
+    writeFile(directory.file("bookmark.xml"), "<bookmarks><bookmark><href>u</href><title>" + title
+                                                  + "</title><thumbnail/></bookmark>"
+                                                  + entry.repeated(998) + "</bookmarks>");
+    const ToolRun run = runTool(directory, "bookmarks list %");
+    QCOMPARE(run.status, 0);
+    const QList<QByteArray> lines = run.output.split('\n');
+    QCOMPARE(int(lines.size()), 1 + 999 + 1);
+    QVERIFY(lines.at(1) == "0    " + title + "  u");
+    QVERIFY(lines.at(2).startsWith("1    s  ") && lines.at(2).endsWith("  u"));
+    QVERIFY(lines.at(2).size() < 10000);
 }
 
 void tst_velmora_profile::tables_showNoControlCharacters()

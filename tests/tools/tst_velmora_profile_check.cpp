@@ -19,6 +19,8 @@ private slots:
     void check_findsFilesThatOthersCanRead();
     void check_findsWhatAnInterruptedSaveLeft_data();
     void check_findsWhatAnInterruptedSaveLeft();
+    void check_leavesCopiesAlone_data();
+    void check_leavesCopiesAlone();
     void check_findsADamagedCookieFile();
     void check_failsOnWhatCannotBeRead();
     void check_printsJson();
@@ -289,8 +291,8 @@ void tst_velmora_profile_check::check_findsWhatAnInterruptedSaveLeft_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("what");
-    for (const char *const file : {".velmora-save-12-3", "cookie.xml.a1B2c3", "cookie.ini.XyZabc",
-                                   "thumbnail/000001.PNG.aaaaaa", "thumbnail/.velmora-save-1-1"}) {
+    for (const char *const file : {".velmora-save-12-3", "cookie.xml.aQBzcX", "cookie.ini.XyZabc",
+                                   "thumbnail/000001.PNG.aaAaaa", "thumbnail/.velmora-save-1-1"}) {
         QTest::newRow(file) << QByteArray(file)
                             << finding(file, "a temporary file that was left behind",
                                        "none; it takes space, and may hold secrets",
@@ -310,6 +312,26 @@ void tst_velmora_profile_check::check_findsWhatAnInterruptedSaveLeft()
     writeGoodProfile(directory);
     writeFile(directory.file(file.constData()), "x");
     COMPARE_RUN(runTool(directory, "check %"), 1, what + "1 finding\n", "");
+}
+
+void tst_velmora_profile_check::check_leavesCopiesAlone_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    for (const char *const file :
+         {"visit.xml.backup", "bookmark.xml.BeFore", "cookie.xml.BACKUP", "cookie.ini.backup",
+          "cookie.xml.260102", "thumbnail/000001.PNG.backup", ".velmora-save-of-mine"}) {
+        QTest::newRow(file) << QByteArray(file);
+    }
+}
+
+// Who is told to remove them may have nothing else left.
+void tst_velmora_profile_check::check_leavesCopiesAlone()
+{
+    QFETCH(QByteArray, file);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file(file.constData()), "x");
+    COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
 void tst_velmora_profile_check::check_findsADamagedCookieFile()

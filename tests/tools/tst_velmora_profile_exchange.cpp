@@ -8,6 +8,9 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QSettings>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 class tst_velmora_profile_exchange : public QObject
 {
     Q_OBJECT
@@ -33,6 +36,10 @@ private slots:
     void exports_refuseDamage_data();
     void exports_refuseDamage();
     void exports_arePrivateWhereTheyHoldSessions();
+    void exports_goIntoPipes_data();
+    void exports_goIntoPipes();
+    void exports_goToStandardOutputByItsName();
+    void exports_refuseFolders();
     void files_thatCannotBeReadOrWritten_data();
     void files_thatCannotBeReadOrWritten();
 };
@@ -362,6 +369,52 @@ void tst_velmora_profile_exchange::exports_arePrivateWhereTheyHoldSessions()
     writeGoodProfile(directory);
     QCOMPARE(runTool(directory, "cookies export % %out").status, 0);
     QVERIFY(!QFileInfo(directory.file("out")).permission(QFile::ReadGroup));
+}
+
+void tst_velmora_profile_exchange::exports_goIntoPipes_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    for (const char *const command : {"bookmarks export % ", "history export % ",
+                                      "cookies export % ", "thumbnails pack % ", "report % -o "}) {
+        QTest::newRow(command) << QByteArray(command);
+    }
+}
+
+// A file in the place of the pipe would leave its reader waiting.
+void tst_velmora_profile_exchange::exports_goIntoPipes()
+{
+    QFETCH(QByteArray, command);
+    TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray path = directory.localFile("pipe");
+    QCOMPARE(mkfifo(path.constData(), 0600), 0);
+    QFile pipe;
+    QVERIFY(pipe.open(open(path.constData(), O_RDWR | O_NONBLOCK), QIODevice::ReadWrite,
+                      QFile::AutoCloseHandle));
+    const QByteArray whole = runTool(directory, (command + "-").constData()).output;
+    QVERIFY(!whole.isEmpty());
+    QCOMPARE(runTool(directory, (command + "%pipe").constData()).status, 0);
+    struct stat status = {};
+    QVERIFY(lstat(path.constData(), &status) == 0 && S_ISFIFO(status.st_mode));
+    // A page tells its minute, which may be the next one.
+    QCOMPARE(int(pipe.read(2 * whole.size()).size()), int(whole.size()));
+}
+
+void tst_velmora_profile_exchange::exports_goToStandardOutputByItsName()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray whole = runTool(directory, "bookmarks export % -").output;
+    COMPARE_RUN(runTool(directory, "bookmarks export % /dev/stdout"), 0, whole, "");
+}
+
+void tst_velmora_profile_exchange::exports_refuseFolders()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    COMPARE_RUN(runTool(directory, "bookmarks export % %thumbnail"), 2, "",
+                "velmora-profile: '" + directory.path().toUtf8()
+                    + "thumbnail' cannot be written: it is a folder\n");
 }
 
 void tst_velmora_profile_exchange::files_thatCannotBeReadOrWritten_data()

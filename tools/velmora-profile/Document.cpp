@@ -1,5 +1,6 @@
 #include "tools/velmora-profile/Document.h"
 
+#include "core/DocumentSource_p.h"
 #include "core/VLMC_XMLReader.h"
 #include "tools/velmora-profile/Console.h"
 
@@ -21,6 +22,9 @@ const DocumentType kTypes[] = {
     {CookieDocument, "cookie.xml", "cookie", "webSiteInfo"},
 };
 
+// The library's bound for the attributes that a document declares for elements without them.
+const int kMaxDefaulted = 4096;
+
 // What one pass over the tokens tells: the error, and how much was whole before it.
 struct Outline {
     QXmlStreamReader::Error error;
@@ -41,19 +45,61 @@ void count(const QXmlStreamReader &reader, const DocumentType &type, int depth, 
     }
 }
 
-Outline outlineOf(const QByteArray &content, const DocumentType &type)
+bool isUtf8(const QXmlStreamReader &reader)
 {
-    Outline outline = {QXmlStreamReader::NoError, {0, 0, QString(), 0}, 0, 0};
-    QXmlStreamReader reader(content);
-    int depth = 0;
-    while (!reader.atEnd()) {
-        const QXmlStreamReader::TokenType token = reader.readNext();
-        if (token == QXmlStreamReader::StartElement) {
-            ++depth;
-        } else if (token == QXmlStreamReader::EndElement) {
-            count(reader, type, --depth, &outline);
+    const QString encoding = reader.documentEncoding().toString();
+    return encoding.isEmpty() || encoding.compare(text("UTF-8"), Qt::CaseInsensitive) == 0;
+}
+
+// Characters that a start tag has not from itself but from a declaration.
+int defaultedIn(const QXmlStreamReader &reader)
+{
+    int defaulted = 0;
+    const QXmlStreamAttributes attributes = reader.attributes();
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        if (attribute.isDefault()) {
+            defaulted += int(attribute.qualifiedName().size() + attribute.value().size());
         }
     }
+    return defaulted;
+}
+
+// Reads with the library's bounds: a few declared entities can come to more than memory holds, and
+// what the library does not read is not there for the browser either.
+void readOutline(QXmlStreamReader &reader, vlm::DocumentSource &source, const DocumentType &type,
+                 Outline *outline)
+{
+    bool utf8 = true;
+    int depth = 0;
+    int defaulted = 0;
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::StartDocument) {
+            // The encoding is known at this token only.
+            utf8 = isUtf8(reader);
+        } else if (token == QXmlStreamReader::DTD) {
+            source.declare(reader.entityDeclarations(), utf8);
+        } else if (token == QXmlStreamReader::StartElement) {
+            source.endProlog();
+            // The library reads the root's attributes whatever they come to.
+            defaulted += depth++ > 0 ? defaultedIn(reader) : 0;
+            if (defaulted > kMaxDefaulted) {
+                reader.raiseError(text("Too many attributes out of declarations."));
+            }
+        } else if (token == QXmlStreamReader::EndElement) {
+            count(reader, type, --depth, outline);
+        }
+    }
+}
+
+Outline outlineOf(QByteArray content, const DocumentType &type)
+{
+    Outline outline = {QXmlStreamReader::NoError, {0, 0, QString(), 0}, 0, 0};
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::ReadOnly);
+    vlm::DocumentSource source(&buffer);
+    QXmlStreamReader reader(&source);
+    readOutline(reader, source, type, &outline);
     outline.error = reader.error();
     outline.damage.line = reader.lineNumber();
     outline.damage.column = reader.columnNumber();

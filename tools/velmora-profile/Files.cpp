@@ -8,13 +8,48 @@
 #include <QtCore/QSaveFile>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
 using namespace profile;
 
 const qint64 kPieceBytes = kMebibyte;
+
+bool refuseToWrite(const QString &path, const QString &reason)
+{
+    warn(text("'%1' cannot be written: %2").arg(path, reason));
+    return false;
+}
+
+// What /dev/stdout leads to, whatever that is; a file is then appended to when the shell says so.
+bool isStandardOutput(const struct stat &status)
+{
+    struct stat output = {};
+    return fstat(STDOUT_FILENO, &output) == 0 && output.st_dev == status.st_dev
+           && output.st_ino == status.st_ino;
+}
+
+// For pipes and devices: a file that took their name would never reach who waits at the other end.
+// There is nothing to keep whole, so an interruption ends the wait for a reader.
+bool writeInPlace(const QString &path, const QByteArray &content)
+{
+    const int descriptor =
+        open(QFile::encodeName(path).constData(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+    if (descriptor < 0) {
+        return refuseToWrite(path, QString::fromLocal8Bit(strerror(errno)));
+    }
+    QFile file;
+    const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
+    return (file.open(descriptor, mode, QFile::AutoCloseHandle)
+            && file.write(content) == content.size())
+           || refuseToWrite(path, file.errorString());
+}
 
 bool isControl(ushort code)
 {
@@ -52,26 +87,32 @@ bool profile::readFile(const QString &path, QByteArray *content, qint64 maxBytes
 
 bool profile::writeFile(const QString &path, const QByteArray &content, Readers readers)
 {
-    if (path == text("-")) {
+    struct stat status = {};
+    const bool stands = stat(QFile::encodeName(path).constData(), &status) == 0;
+    if (path == text("-") || (stands && isStandardOutput(status))) {
         sayBytes(content);
         return true;
     }
+    if (stands && S_ISDIR(status.st_mode)) {
+        return refuseToWrite(path, text("it is a folder"));
+    }
+    return stands && !S_ISREG(status.st_mode) ? writeInPlace(path, content)
+                                              : replaceFile(path, content, readers);
+}
+
+bool profile::replaceFile(const QString &path, const QByteArray &content, Readers readers)
+{
     const bool isNew = !QFile::exists(path);
     const Uninterrupted uninterrupted;
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
-        warn(text("'%1' cannot be written: %2").arg(path, file.errorString()));
-        return false;
+        return refuseToWrite(path, file.errorString());
     }
     if (isNew && readers == OwnerAlone) {
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     }
     file.write(content);
-    if (!file.commit()) {
-        warn(text("'%1' cannot be written: %2").arg(path, file.errorString()));
-        return false;
-    }
-    return true;
+    return file.commit() || refuseToWrite(path, file.errorString());
 }
 
 void profile::sayLosses(const QList<Loss> &losses)

@@ -20,9 +20,13 @@ const qint64 kMaxImportBytes = 64 * kMebibyte;
 // The file whole, "-" for standard input. False, and said so, when it cannot be read or is larger.
 bool readFile(const QString &path, QByteArray *content, qint64 maxBytes = kMaxFileBytes);
 
-// Replaces the file as a whole, "-" for standard output; a new file is the owner's alone when
-// asked. False, and said so, when it cannot be written; the file is then as it was.
+// Replaces the file as a whole; a new file is the owner's alone when asked. False, and said so,
+// when it cannot be written; the file is then as it was.
 enum Readers { Everyone, OwnerAlone };
+bool replaceFile(const QString &path, const QByteArray &content, Readers readers = Everyone);
+
+// The same for a file that somebody named: "-" stands for standard output, and a pipe or a device
+// stays what it is and gets the content.
 bool writeFile(const QString &path, const QByteArray &content, Readers readers = Everyone);
 
 // Says what could not be carried, each on a line of standard error.

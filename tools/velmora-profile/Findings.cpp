@@ -9,11 +9,19 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonObject>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
 
 namespace
 {
 using namespace profile;
+
+// The library's own, and those of Qt beside the files that it replaces: they end with six letters
+// at random. Six of one case alone are rather a word that somebody gave to a copy.
+const char kTemporaryName[] = "\\A(\\.velmora-save-[0-9]+-[0-9]+"
+                              "|cookie\\.ini\\.lock"
+                              "|(cookie\\.ini|cookie\\.xml|[^/]*\\.(?i:png))\\."
+                              "(?=[a-z]*[A-Z])(?=[A-Z]*[a-z])[A-Za-z]{6})\\z";
 
 // Entries of the cookie document that a conversion looks at.
 const int kConvertedCookies = 20;
@@ -386,9 +394,10 @@ void Search::lookAtModes()
 // What a process that was killed while saving leaves beside the file.
 void Search::lookForTemporaryFiles(const QString &folder)
 {
-    const QStringList names =
-        QDir(m_directory + folder)
-            .entryList(temporaryPatterns(), QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+    const QRegularExpression temporary(text(kTemporaryName));
+    const QStringList names = QDir(m_directory + folder)
+                                  .entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name)
+                                  .filter(temporary);
     for (const QString &name : names) {
         const bool isLock = name.endsWith(text(".lock"));
         add(folder + name,
@@ -420,13 +429,6 @@ bool profile::isOpenToOthers(const QString &path)
     return file.isFile()
            && (file.permissions()
                & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
-}
-
-// The library's own, and those of Qt beside the files that it replaces.
-QStringList profile::temporaryPatterns()
-{
-    return {text(".velmora-save-*"), text("cookie.ini.lock"), text("cookie.ini.??????"),
-            text("*.xml.??????"), text("*.PNG.??????")};
 }
 
 QList<profile::Finding> profile::findingsOf(const QString &directory)

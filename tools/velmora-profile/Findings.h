@@ -18,9 +18,6 @@ struct Finding {
 // Everything that is wrong in the profile in the directory, which ends with "/".
 QList<Finding> findingsOf(const QString &directory);
 
-// The names, as patterns, of what an interrupted save can leave behind.
-QStringList temporaryPatterns();
-
 // The files in the directory that hold passwords or sessions.
 QStringList secretFiles(const QString &directory);
 bool isOpenToOthers(const QString &path);

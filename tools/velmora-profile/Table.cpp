@@ -11,6 +11,11 @@ namespace
 {
 const int kGapColumns = 2;
 
+// Rows are padded as far as this at most, and many rows less far: a single long cell among many
+// rows would otherwise come to more than memory holds.
+const int kMaxWidth = 4096;
+const int kMaxPaddedColumns = 8 * 1024 * 1024;
+
 QString padded(const QString &text, int columns)
 {
     return text + QString(qMax(0, columns - profile::columnsOf(text)), QLatin1Char(' '));
@@ -20,7 +25,7 @@ QString lineOf(const QStringList &row, const QVector<int> &widths)
 {
     QString line;
     for (int i = 0; i < row.size(); ++i) {
-        line += padded(row.at(i), widths.at(i) + kGapColumns);
+        line += padded(row.at(i), widths.at(i)) + QString(kGapColumns, QLatin1Char(' '));
     }
     while (line.endsWith(QLatin1Char(' '))) {
         line.chop(1);
@@ -56,10 +61,11 @@ QString profile::Table::toText() const
 {
     QList<QStringList> lines = m_rows;
     lines.prepend(m_headings);
+    const int maxWidth = qMin(kMaxWidth, kMaxPaddedColumns / int(lines.size()));
     QVector<int> widths(int(m_headings.size()), 0);
     for (const QStringList &row : qAsConst(lines)) {
         for (int i = 0; i < row.size(); ++i) {
-            widths[i] = qMax(widths.at(i), columnsOf(row.at(i)));
+            widths[i] = qMin(maxWidth, qMax(widths.at(i), columnsOf(row.at(i))));
         }
     }
     QString all;

@@ -3,6 +3,7 @@
 #include "tools/velmora-profile/Console.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QFileInfo>
 #include <QtCore/QMap>
 
 namespace
@@ -37,6 +38,8 @@ QList<profile::Thumbnail> profile::thumbnailsOf(const QString &directory)
     }
     return byName.values();
 }
+
+bool profile::isPictureFile(const QString &path) { return QFileInfo(path).isFile(); }
 
 QString profile::titleOf(VLMC_XMLNode *bookmark)
 {

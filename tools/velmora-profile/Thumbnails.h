@@ -17,6 +17,10 @@ struct Thumbnail {
 // All of them, by name, for the profile in the directory, which ends with "/".
 QList<Thumbnail> thumbnailsOf(const QString &directory);
 
+// Whether the file at the path can be a picture. Opening a FIFO waits for its other end, and
+// reading a device may have no end; both can stand in a profile from elsewhere.
+bool isPictureFile(const QString &path);
+
 // What a bookmark is called in messages: its title, else its URL.
 QString titleOf(VLMC_XMLNode *bookmark);
 } // namespace profile

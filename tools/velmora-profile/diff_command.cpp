@@ -45,7 +45,7 @@ QString pictureOf(const QString &directory, VLMC_XMLNode *bookmark)
 {
     const QString name = thumbnailName(fieldText(bookmark, "thumbnail"));
     QFile file(directory + text(kThumbnailFolder) + name);
-    if (name.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+    if (!isPictureFile(file.fileName()) || !file.open(QIODevice::ReadOnly)) {
         return text(name.isEmpty() ? "none" : "missing");
     }
     const QByteArray digest =

@@ -42,8 +42,8 @@ QString picture(const QString &name)
 {
     const QString path = text(kHere) + text(kThumbnailFolder) + name;
     QFile file(path);
-    QImageReader reader(path);
-    if (name.isEmpty() || reader.format() != "png" || !file.open(QIODevice::ReadOnly)) {
+    if (!isPictureFile(path) || QImageReader(path).format() != "png"
+        || !file.open(QIODevice::ReadOnly)) {
         return text("<span class=\"nopicture\">no picture</span>");
     }
     return text("<img alt=\"\" src=\"data:image/png;base64,")

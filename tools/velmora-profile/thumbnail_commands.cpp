@@ -24,7 +24,8 @@ QString sizeOf(const Thumbnail &thumbnail)
     if (!thumbnail.exists) {
         return text("missing");
     }
-    const QSize size = QImageReader(folder() + thumbnail.name).size();
+    const QString path = folder() + thumbnail.name;
+    const QSize size = isPictureFile(path) ? QImageReader(path).size() : QSize();
     return size.isValid() ? text("%1x%2").arg(size.width()).arg(size.height()) : text("no image");
 }
 
@@ -68,7 +69,20 @@ int unpackInto(const QString &target, VLMC_XMLNode *image, bool dryRun)
         return Failed;
     }
     say(printable(name));
-    return dryRun || writeFile(target + name, content) ? Done : Failed;
+    return dryRun || replaceFile(target + name, content) ? Done : Failed;
+}
+
+// The library takes local paths of Latin-1 alone, and those of the tool's own folder are. An
+// interruption waits until that is gone.
+bool pack(QByteArray *content)
+{
+    const Uninterrupted uninterrupted;
+    const QTemporaryDir scratch;
+    const QString packed = scratch.path() + text("/packed.xml");
+    QByteArray from = folder().toLatin1();
+    QByteArray into = packed.toLatin1();
+    converter().convertThumbnailPngToXML(from.data(), into.data());
+    return readFile(packed, content);
 }
 } // namespace
 
@@ -96,18 +110,8 @@ int profile::packThumbnails(const Call &call)
         return fail(
             text("'%1' has no folder thumbnail; there is nothing to pack").arg(call.directory));
     }
-    // The library takes local paths of Latin-1 alone, and those of the tool's own folder are. An
-    // interruption waits until that is gone.
-    const Uninterrupted uninterrupted;
-    const QTemporaryDir scratch;
-    const QString packed = scratch.path() + text("/packed.xml");
-    QByteArray from = folder().toLatin1();
-    QByteArray into = packed.toLatin1();
-    converter().convertThumbnailPngToXML(from.data(), into.data());
     QByteArray content;
-    return readFile(packed, &content) && writeFile(call.path(call.operands.at(0)), content)
-               ? Done
-               : Failed;
+    return pack(&content) && writeFile(call.path(call.operands.at(0)), content) ? Done : Failed;
 }
 
 int profile::unpackThumbnails(const Call &call)
