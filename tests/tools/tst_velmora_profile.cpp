@@ -86,6 +86,32 @@ QStringList argumentsFor(const QByteArray &command, const QString &folder)
     return arguments;
 }
 
+// The tool lives where clocks are put forward at 02:00 on 2026/03/29.
+class ClockChange
+{
+public:
+    ClockChange() : m_before(qgetenv("TZ")) { qputenv("TZ", "Europe/Berlin"); }
+    ~ClockChange()
+    {
+        if (m_before.isNull()) {
+            qunsetenv("TZ");
+        } else {
+            qputenv("TZ", m_before);
+        }
+    }
+    ClockChange(const ClockChange &) = delete;
+    ClockChange &operator=(const ClockChange &) = delete;
+
+private:
+    QByteArray m_before;
+};
+
+QByteArray visit(const char *url, const char *time)
+{
+    return QByteArray("<pageInfo><title/><url>") + url + "</url><dateTime>" + time
+           + "</dateTime></pageInfo>";
+}
+
 bool isOneLine(const QByteArray &errors)
 {
     return errors.startsWith("velmora-profile: ") && errors.count('\n') == 1;
@@ -142,6 +168,8 @@ private slots:
     void history_isAddedInOrder();
     void history_warnsOfDatesThatDoNotParse();
     void history_isRemovedAndCleared();
+    void history_removesWhatItListsWhereClocksChange();
+    void times_inTheGapAreKept();
     void history_dropsTheOldestAt999();
     void fonts_areListedAndAdded();
     void fonts_limitBytes_data();
@@ -909,6 +937,58 @@ void tst_velmora_profile::history_isRemovedAndCleared()
     COMPARE_RUN(runTool(directory, "history clear %"), 0, "", "");
     COMPARE_BYTES(readFile(directory.file("visit.xml")),
                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<history docInfo=\"1.0\"/>\n");
+}
+
+// The 02:30 does not exist where clocks are put forward at 02:00; it stands for 03:30.
+void tst_velmora_profile::history_removesWhatItListsWhereClocksChange()
+{
+    const ClockChange clockChange;
+    const QByteArray head = "Id  Visited           Title  URL\n";
+    const QByteArray lines[] = {
+        "2026/03/29 03:30         http://0/\n", "2026/03/29 02:30         http://1/\n",
+        "2026/03/29 01:30         http://2/\n", "2026/03/28 01:30         http://3/\n"};
+    for (int removed = 0; removed < 4; ++removed) {
+        const TestDirectory directory;
+        writeFile(directory.file("visit.xml"), "<history>" + visit("http://0/", "2026/03/29 03:30")
+                                                   + visit("http://1/", "2026/03/29 02:30")
+                                                   + visit("http://2/", "2026/03/29 01:30")
+                                                   + visit("http://3/", "2026/03/28 01:30")
+                                                   + "</history>");
+        QByteArray before = head;
+        QByteArray behind = head;
+        int id = 0;
+        for (int i = 0; i < 4; ++i) {
+            before += QByteArray::number(i) + "   " + lines[i];
+            behind += i == removed ? QByteArray() : QByteArray::number(id++) + "   " + lines[i];
+        }
+        COMPARE_RUN(runTool(directory, "history list %"), 0, before, "");
+        COMPARE_RUN(
+            runTool({utf8("history"), utf8("remove"), directory.path(), QString::number(removed)}),
+            0, "", "");
+        COMPARE_RUN(runTool(directory, "history list %"), 0, behind, "");
+    }
+}
+
+// Nothing is lost, so nothing says so.
+void tst_velmora_profile::times_inTheGapAreKept()
+{
+    const ClockChange clockChange;
+    const TestDirectory directory;
+    COMPARE_RUN(runTool({utf8("history"), utf8("add"), directory.path(), utf8("http://a/"),
+                         utf8("--time"), utf8("2026/03/29 02:30")}),
+                0, "", "");
+    COMPARE_RUN(runTool({utf8("history"), utf8("add"), directory.path(), utf8("http://b/"),
+                         utf8("--strict"), utf8("--time"), utf8("2026/03/30 12:00")}),
+                0, "", "");
+    QVERIFY(readFile(directory.file("visit.xml")).contains("2026/03/29 02:30"));
+    COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
+    const QByteArray page = runTool(directory, "report % -o -").output;
+    QVERIFY(page.contains("2026-03-29: 1 visit"));
+    writeFile(
+        directory.file("cookie.xml"),
+        "<cookie><webSiteInfo id=\"000\"><website>http://w.example/</website><name>n</name>"
+        "<contents>v</contents><expires>2026/03/29 02:30:00</expires></webSiteInfo></cookie>");
+    COMPARE_RUN(runTool(directory, "cookies to-ini % --strict"), 0, "", "");
 }
 
 void tst_velmora_profile::history_dropsTheOldestAt999()
