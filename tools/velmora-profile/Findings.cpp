@@ -422,6 +422,16 @@ bool profile::isOpenToOthers(const QString &path)
                & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
 }
 
+bool profile::mayHoldSecrets(const QString &file)
+{
+    for (const char *const secretFile : kSecretFiles) {
+        if (file == text(secretFile)) {
+            return true;
+        }
+    }
+    return file == text(documentType(CommonPreferences).fileName);
+}
+
 // The library's own, and those of Qt beside the files that it replaces.
 QStringList profile::temporaryPatterns()
 {

@@ -24,6 +24,9 @@ QStringList temporaryPatterns();
 // The files in the directory that hold passwords or sessions.
 QStringList secretFiles(const QString &directory);
 bool isOpenToOthers(const QString &path);
+// Whether files of this name are written for their owner alone, whatever is in them now: damage can
+// keep a secret from being seen.
+bool mayHoldSecrets(const QString &file);
 
 QString toText(const QList<Finding> &findings);
 QJsonArray toJson(const QList<Finding> &findings);
