@@ -24,6 +24,7 @@ private slots:
     void warn_printsOneLine();
     void deadline_isTenSecondsOfTheProcessor();
     void deadline_endsTheToolWithOneLine();
+    void uninterrupted_letsInterruptionsWait_data();
     void uninterrupted_letsInterruptionsWait();
 };
 
@@ -127,19 +128,27 @@ void tst_Console::deadline_endsTheToolWithOneLine()
     QVERIFY(isExit(status, Failed));
 }
 
+void tst_Console::uninterrupted_letsInterruptionsWait_data()
+{
+    QTest::addColumn<int>("interruption");
+    QTest::newRow("Ctrl-C") << SIGINT;
+    QTest::newRow("end of the reader") << SIGPIPE;
+}
+
 // The interruption comes when the outermost one has ended, and not before.
 void tst_Console::uninterrupted_letsInterruptionsWait()
 {
+    QFETCH(int, interruption);
     int status = -1;
     const QByteArray errors = errorsOf(
-        [] {
+        [interruption] {
             // Not Qt Test's.
-            signal(SIGINT, SIG_DFL);
+            signal(interruption, SIG_DFL);
             {
                 const Uninterrupted outer;
                 {
                     const Uninterrupted inner;
-                    raise(SIGINT);
+                    raise(interruption);
                 }
                 warn(text("still here"));
             }
@@ -148,7 +157,7 @@ void tst_Console::uninterrupted_letsInterruptionsWait()
         &status);
     QCOMPARE(errors, QByteArray("velmora-profile: still here\n"));
     QVERIFY(WIFSIGNALED(status));
-    QCOMPARE(WTERMSIG(status), SIGINT);
+    QCOMPARE(WTERMSIG(status), interruption);
 }
 
 QTEST_GUILESS_MAIN(tst_Console)

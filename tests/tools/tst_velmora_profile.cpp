@@ -7,6 +7,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
+#include <QtCore/QProcess>
 
 namespace
 {
@@ -194,6 +195,8 @@ private slots:
     void diff_tellsEntriesApart();
     void diff_masksTheValuesOfCookies();
     void interruptedSave_leavesTheFileWhole();
+    void closedOutput_leavesNothingBehind_data();
+    void closedOutput_leavesNothingBehind();
     void tables_alignWideCharacters();
     void tables_showNoControlCharacters();
 };
@@ -1398,6 +1401,36 @@ void tst_velmora_profile::interruptedSave_leavesTheFileWhole()
         QVERIFY2(run.output.contains("\nbookmark.xml          whole    9"), run.output.constData());
         runTool(directory, "bookmarks remove % 0");
     }
+}
+
+void tst_velmora_profile::closedOutput_leavesNothingBehind_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("cookies") << utf8("cookies to-xml");
+    QTest::newRow("thumbnails") << utf8("thumbnails pack");
+}
+
+// More than a pipe holds goes to a reader that has gone, while a folder with copies exists.
+void tst_velmora_profile::closedOutput_leavesNothingBehind()
+{
+    QFETCH(QString, command);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("thumbnail/000003.PNG"), QByteArray(200000, 'x'));
+    QByteArray cookies;
+    for (int i = 0; i < 100; ++i) {
+        cookies += "c.example\tFALSE\t/\tFALSE\t0\tn" + QByteArray::number(i) + "\t"
+                   + QByteArray(2000, 'v') + "\n";
+    }
+    writeFile(directory.file("cookies.txt"), "# Netscape HTTP Cookie File\n" + cookies);
+    QCOMPARE(runTool(directory, "cookies import % %cookies.txt").status, 0);
+    const TestDirectory temporary;
+    QProcess process;
+    process.start(utf8("sh"), {utf8("-c"), utf8("TMPDIR=$2 \"$0\" %1 \"$1\" - | true").arg(command),
+                               utf8(VELMORA_PROFILE_TOOL), directory.path(), temporary.path()});
+    QVERIFY(process.waitForFinished());
+    COMPARE_BYTES(contentsOf(temporary.path()), "");
+    QVERIFY(QDir(temporary.path()).isEmpty());
 }
 
 void tst_velmora_profile::tables_alignWideCharacters()

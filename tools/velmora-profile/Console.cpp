@@ -232,7 +232,9 @@ profile::Deadline::~Deadline() { startTimer(0); }
 
 profile::Uninterrupted::Uninterrupted() : m_before()
 {
-    const sigset_t waiting = interruptions();
+    sigset_t waiting = interruptions();
+    // What the tool has put aside, sessions among it, is to be gone before it ends.
+    sigaddset(&waiting, SIGPIPE);
     sigprocmask(SIG_BLOCK, &waiting, &m_before);
 }
 

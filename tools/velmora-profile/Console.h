@@ -71,8 +71,8 @@ public:
     Deadline &operator=(const Deadline &) = delete;
 };
 
-// While one lives, Ctrl-C and its like wait: a file that is being written is finished first. One
-// may live in another's time.
+// While one lives, Ctrl-C and its like wait: a file that is being written is finished first. So
+// does the end of whoever reads the output, as in a pipe to head. One may live in another's time.
 class Uninterrupted
 {
 public:
