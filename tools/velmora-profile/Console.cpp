@@ -1,5 +1,7 @@
 #include "tools/velmora-profile/Console.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -159,6 +161,24 @@ QString profile::printable(const QString &untrusted)
 QString profile::masked(const QString &secret, bool showSecrets)
 {
     return secret.isEmpty() || showSecrets ? secret : text("********");
+}
+
+// By hand, as a text need not be a valid address to hold a password. Browsers take any slashes, or
+// none, behind the schemes of the web. Each piece is looked at once, however many a text has.
+QString profile::withoutUserInfo(const QString &address)
+{
+    static const QRegularExpression authority(text("(?:https?:[/\\\\]*|(?<=:)//|^//)([^/?#]*+)"),
+                                              QRegularExpression::CaseInsensitiveOption);
+    QString left;
+    int copied = 0;
+    QRegularExpressionMatchIterator found = authority.globalMatch(address);
+    while (found.hasNext()) {
+        const QRegularExpressionMatch match = found.next();
+        const int start = int(match.capturedStart(1));
+        left += address.mid(copied, start - copied);
+        copied = start + int(match.captured(1).lastIndexOf(QLatin1Char('@'))) + 1;
+    }
+    return left + address.mid(copied);
 }
 
 void profile::sayBytes(const QByteArray &bytes)

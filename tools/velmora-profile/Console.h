@@ -26,6 +26,9 @@ QString printable(const QString &untrusted);
 // Stars in place of a secret, unless it is to be shown or empty.
 QString masked(const QString &secret, bool showSecrets = false);
 
+// A text in which no address has a user name or a password any more.
+QString withoutUserInfo(const QString &address);
+
 // One line on standard output.
 void say(const QString &line);
 void sayBytes(const QByteArray &bytes);

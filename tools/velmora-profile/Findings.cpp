@@ -106,6 +106,8 @@ QString entryName(const Document &document, int position)
     } else if (document.type().kind == CookieDocument) {
         label = text("%1 of %2").arg(fieldText(entry, "name"), fieldText(entry, "website"));
     }
+    // Before the end that tells a password from a host is cut off.
+    label = withoutUserInfo(label);
     const int kShown = 60;
     if (label.size() > kShown) {
         label = label.left(kShown) + text("...");
