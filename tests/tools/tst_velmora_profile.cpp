@@ -7,7 +7,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
 
 namespace
 {
@@ -178,6 +177,10 @@ private slots:
     void fonts_followFontconfig();
     void auth_masksPasswords();
     void auth_readsThePasswordFromStandardInput();
+    void passwords_areRefusedWithoutOne_data();
+    void passwords_areRefusedWithoutOne();
+    void passwords_mayBeEmptyLines();
+    void closedOutput_isAnError();
     void auth_limitsBytes_data();
     void auth_limitsBytes();
     void cookies_areListed();
@@ -1092,6 +1095,64 @@ void tst_velmora_profile::auth_readsThePasswordFromStandardInput()
              QFile::Permissions());
 }
 
+void tst_velmora_profile::passwords_areRefusedWithoutOne_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QByteArray>("refusal");
+    const char *const inputs[][2] = {
+        {"< /", "standard input cannot be read"},
+        {"<&-", "standard input cannot be read"},
+        {"< /dev/null", "standard input holds no password"},
+        {"< \"$1/latin1\"", "the password is no text in UTF-8"},
+        {"< \"$1/mark\"", "the password is no text in UTF-8"},
+    };
+    for (const char *const command :
+         {"prefs set \"$1\" proxy.proxyUserPass", "auth add \"$1\" h 80 basic u"}) {
+        for (const auto &input : inputs) {
+            QTest::newRow(QByteArray(command) + ' ' + input[0])
+                << utf8(command) << utf8(input[0])
+                << QByteArray("velmora-profile: ") + input[1] + "; nothing was changed\n";
+        }
+    }
+}
+
+void tst_velmora_profile::passwords_areRefusedWithoutOne()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, input);
+    QFETCH(QByteArray, refusal);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("latin1"), "gehe\xefm\n");
+    writeFile(directory.file("mark"), "\xef\xbb\xbfgeheim\n");
+    const QByteArray before = contentsOf(directory.path());
+    COMPARE_RUN(runShell(utf8("\"$0\" ") + command + QLatin1Char(' ') + input, directory), 2, "",
+                refusal);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile::passwords_mayBeEmptyLines()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    COMPARE_RUN(runTool(directory, "prefs set % proxy.proxyUserPass", "\n"), 0, "", "");
+    COMPARE_RUN(runTool(directory, "prefs get % proxy.proxyUserPass --show-secrets"), 0, "\n", "");
+    COMPARE_RUN(runTool(directory, "auth add % h 80 basic u", "\n"), 0, "", "");
+}
+
+// What it would have printed goes into no file of the profile either.
+void tst_velmora_profile::closedOutput_isAnError()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    COMPARE_RUN(runShell(utf8("\"$0\" show \"$1\" >&-"), directory), 2, "",
+                "velmora-profile: standard output cannot be written to; look at the space of what "
+                "it goes to\n");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
 void tst_velmora_profile::auth_limitsBytes_data()
 {
     QTest::addColumn<int>("host");
@@ -1425,10 +1486,8 @@ void tst_velmora_profile::closedOutput_leavesNothingBehind()
     writeFile(directory.file("cookies.txt"), "# Netscape HTTP Cookie File\n" + cookies);
     QCOMPARE(runTool(directory, "cookies import % %cookies.txt").status, 0);
     const TestDirectory temporary;
-    QProcess process;
-    process.start(utf8("sh"), {utf8("-c"), utf8("TMPDIR=$2 \"$0\" %1 \"$1\" - | true").arg(command),
-                               utf8(VELMORA_PROFILE_TOOL), directory.path(), temporary.path()});
-    QVERIFY(process.waitForFinished());
+    runShell(utf8("TMPDIR='%1' \"$0\" %2 \"$1\" - | true").arg(temporary.path(), command),
+             directory);
     COMPARE_BYTES(contentsOf(temporary.path()), "");
     QVERIFY(QDir(temporary.path()).isEmpty());
 }

@@ -39,9 +39,10 @@ void warn(const QString &line);
 // warn(), and the exit status for it: return fail(...).
 int fail(const QString &line);
 
-// A password from standard input: its first line. A terminal is asked without echo, and gets it
-// back also when Ctrl-C ends the tool meanwhile.
-QByteArray readSecret(const char *prompt);
+// A password from standard input: its first line. False, and said so, when there is none that can
+// be taken. A terminal is asked without echo, and gets it back also when Ctrl-C ends the tool
+// meanwhile.
+bool readSecret(const char *prompt, QByteArray *secret);
 
 // How far long work has come, on a terminal only and from the second second on.
 class Progress

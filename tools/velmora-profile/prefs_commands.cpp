@@ -94,7 +94,11 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
                              "out of the command line")
                             .arg(text(preference.name)));
         }
-        *value = QString::fromUtf8(readSecret("Password"));
+        QByteArray secret;
+        if (!readSecret("Password", &secret)) {
+            return Failed;
+        }
+        *value = QString::fromUtf8(secret);
         return Done;
     }
     if (!given) {
