@@ -155,6 +155,7 @@ private slots:
     void prefs_setsWords();
     void prefs_limitsBytes_data();
     void prefs_limitsBytes();
+    void prefs_tellWhatTheFileCannotHold();
     void prefs_readsThePasswordFromStandardInput();
     void prefs_saysWhatTheBrowserDoesNotUse();
     void bookmarks_areListed();
@@ -716,6 +717,22 @@ void tst_velmora_profile::prefs_limitsBytes()
     } else {
         COMPARE_BYTES(contentsOf(directory.path()), "");
     }
+}
+
+void tst_velmora_profile::prefs_tellWhatTheFileCannotHold()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    const QByteArray lost =
+        "velmora-profile: lost: pageInfo.home: the file cannot hold all its characters\n";
+    COMPARE_RUN(runTool(directory, "prefs set % pageInfo.home http://x/\x01\x1b! --strict"), 2, "",
+                lost
+                    + "velmora-profile: 1 loss, and --strict was asked for; nothing was changed\n");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+    COMPARE_RUN(runTool(directory, "prefs set % pageInfo.home http://x/\x01\x1b!"), 0, "", lost);
+    COMPARE_RUN(runTool(directory, "prefs get % pageInfo.home"), 0, "http://x/!\n", "");
+    COMPARE_RUN(runTool(directory, "prefs set % proxy.proxyUserName a\x01z --strict"), 0, "", "");
 }
 
 void tst_velmora_profile::prefs_readsThePasswordFromStandardInput()

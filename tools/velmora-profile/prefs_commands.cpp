@@ -5,6 +5,7 @@
 #include "tools/velmora-profile/Command.h"
 #include "tools/velmora-profile/Console.h"
 #include "tools/velmora-profile/CookieFile.h"
+#include "tools/velmora-profile/Files.h"
 #include "tools/velmora-profile/Preferences.h"
 #include "tools/velmora-profile/Table.h"
 
@@ -82,6 +83,15 @@ int saveUser()
     QString directory = text(kHere);
     store->saveSetting(&directory);
     return isSaved(UserPreferences, store->getXMLNodeCnt()) ? Done : Failed;
+}
+
+// Encoded values keep every character.
+QList<Loss> lossesOf(const Preference &preference, const QString &value)
+{
+    if (preference.kind != Preference::Text || isKept(value)) {
+        return QList<Loss>();
+    }
+    return {{text(preference.name), text("the file cannot hold all its characters")}};
 }
 
 // A value, from the command line or, for a password, from standard input alone.
@@ -170,6 +180,11 @@ int profile::setPreference(const Call &call)
     load(preference->document);
     if (!isKnownWord(*preference, value) || !preference->store(value)) {
         return failRefused(*preference, value);
+    }
+    const QList<Loss> losses = lossesOf(*preference, value);
+    sayLosses(losses);
+    if (refuseLosses(call, losses) != Done) {
+        return Failed;
     }
     return preference->document == CommonPreferences ? saveCommon() : saveUser();
 }
