@@ -145,6 +145,7 @@ private slots:
     void usage_isOneLine_data();
     void usage_isOneLine();
     void usage_takesTheActionBehindTheFolder();
+    void usage_takesWhatLooksLikeAnOptionBehindTwoDashes();
     void usage_helpsAndTellsItsVersion();
     void usage_worksInFoldersOfAnyName();
     void show_listsEveryFile();
@@ -479,6 +480,12 @@ void tst_velmora_profile::usage_isOneLine_data()
     QTest::newRow("unknown preference")
         << QByteArray("prefs get % proxy.nope")
         << QByteArray("there is no preference 'proxy.nope'; 'prefs list' names them all");
+    for (const char *const option : {"-n", "-1", "-oFILE"}) {
+        QTest::newRow(option) << QByteArray("fonts add % ") + option
+                              << QByteArray("'") + option
+                                     + "' is no option; --help lists them, and an operand like it "
+                                       "follows --";
+    }
     QTest::newRow("scheme") << QByteArray("auth add % h 1 Basic u")
                             << QByteArray("the scheme is basic, digest or NTLM, not 'Basic'");
 }
@@ -499,6 +506,13 @@ void tst_velmora_profile::usage_takesTheActionBehindTheFolder()
     writeGoodProfile(directory);
     COMPARE_RUN(runTool(directory, "fonts % list"), 0, "Id  Name\n0   DejaVu Sans\n", "");
     COMPARE_RUN(runTool(directory, "prefs % get pageInfo.Zoom"), 0, "1.2\n", "");
+}
+
+void tst_velmora_profile::usage_takesWhatLooksLikeAnOptionBehindTwoDashes()
+{
+    const TestDirectory directory;
+    COMPARE_RUN(runTool(directory, "fonts add % -- -n -"), 0, "", "");
+    COMPARE_RUN(runTool(directory, "fonts list %"), 0, "Id  Name\n0   -n\n1   -\n", "");
 }
 
 void tst_velmora_profile::usage_helpsAndTellsItsVersion()
@@ -872,8 +886,8 @@ void tst_velmora_profile::bookmarks_refuseUnknownIds()
     writeGoodProfile(directory);
     const QByteArray before = contentsOf(directory.path());
     for (const char *const id : {"2", "-1", "x"}) {
-        COMPARE_RUN(runTool(directory, (QByteArray("bookmarks remove % 0 ") + id).constData()), 2,
-                    "",
+        COMPARE_RUN(runTool(directory, (QByteArray("bookmarks remove % 0 -- ") + id).constData()),
+                    2, "",
                     QByteArray("velmora-profile: '") + id
                         + "' is no id; there are 2, the first is 0, 'list' shows them\n");
     }

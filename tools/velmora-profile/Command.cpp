@@ -130,9 +130,14 @@ QString split(const QStringList &arguments, QStringList *words, QHash<QString, Q
             *words += arguments.mid(i + 1);
             return QString();
         }
-        if (!argument.startsWith(text("--"))) {
-            words->append(arguments.at(i));
+        if (argument == text("-") || !argument.startsWith(QLatin1Char('-'))) {
+            words->append(argument);
             continue;
+        }
+        // A mistaken option must not become data.
+        if (!argument.startsWith(text("--"))) {
+            return text("'%1' is no option; --help lists them, and an operand like it follows --")
+                .arg(argument);
         }
         const QString name = argument.section(QLatin1Char('='), 0, 0).mid(2);
         const bool given = argument.contains(QLatin1Char('='));
