@@ -94,6 +94,11 @@ ToolRun runTool(const TestDirectory &directory, const char *arguments, const QBy
     return runTool(split(arguments, directory), input);
 }
 
+ToolRun runShell(const QString &script, const TestDirectory &directory)
+{
+    return run(utf8("sh"), {utf8("-c"), script, toolPath(), directory.path()}, QByteArray());
+}
+
 bool interruptTool(const TestDirectory &directory, const char *arguments, int milliseconds)
 {
     QProcess process;

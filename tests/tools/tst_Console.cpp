@@ -21,9 +21,12 @@ private slots:
     void printable_showsWhatSteersATerminal_data();
     void printable_showsWhatSteersATerminal();
     void masked_hidesTheLengthOfSecrets();
+    void withoutUserInfo_leavesTheRestOfAnAddress_data();
+    void withoutUserInfo_leavesTheRestOfAnAddress();
     void warn_printsOneLine();
     void deadline_isTenSecondsOfTheProcessor();
     void deadline_endsTheToolWithOneLine();
+    void uninterrupted_letsInterruptionsWait_data();
     void uninterrupted_letsInterruptionsWait();
 };
 
@@ -93,6 +96,40 @@ void tst_Console::masked_hidesTheLengthOfSecrets()
     QCOMPARE(masked(QString()), QString());
 }
 
+void tst_Console::withoutUserInfo_leavesTheRestOfAnAddress_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("left");
+    QTest::newRow("none") << text("http://h/p?a=b#c") << text("http://h/p?a=b#c");
+    QTest::newRow("user") << text("http://u@h/") << text("http://h/");
+    QTest::newRow("user and password") << text("ftp://u:p@h:8080/x") << text("ftp://h:8080/x");
+    QTest::newRow("more than one @") << text("http://u:p@q@h/") << text("http://h/");
+    QTest::newRow("@ in the path") << text("http://h/a@b") << text("http://h/a@b");
+    QTest::newRow("@ in the query") << text("http://h?a@b") << text("http://h?a@b");
+    QTest::newRow("@ in the fragment") << text("http://h#a@b") << text("http://h#a@b");
+    QTest::newRow("address in an address")
+        << text("http://h/?u=http://u:p@i/") << text("http://h/?u=http://i/");
+    QTest::newRow("scheme twice") << text("http://http://u:p@h/") << text("http://http://h/");
+    QTest::newRow("scheme in a scheme") << text("http:x://u:p@h/") << text("http:x://h/");
+    QTest::newRow("many schemes") << text("http:").repeated(100000) + text("/@")
+                                  << text("http:").repeated(100000) + text("/@");
+    QTest::newRow("no valid address") << text("http://u:p w%@h:x/") << text("http://h:x/");
+    QTest::newRow("no end") << text("https://u:p@") << text("https://");
+    QTest::newRow("no slashes") << text("HTTP:u:p@h/") << text("HTTP:h/");
+    QTest::newRow("backslashes") << text("http:\\\\u:p@h/") << text("http:\\\\h/");
+    QTest::newRow("no scheme") << text("//u:p@h/") << text("//h/");
+    QTest::newRow("mail") << text("mailto:a@b.example") << text("mailto:a@b.example");
+    QTest::newRow("plain text") << text("a@b: c") << text("a@b: c");
+    QTest::newRow("nothing") << QString() << QString();
+}
+
+void tst_Console::withoutUserInfo_leavesTheRestOfAnAddress()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, left);
+    QCOMPARE(withoutUserInfo(address), left);
+}
+
 void tst_Console::warn_printsOneLine()
 {
     int status = -1;
@@ -127,19 +164,27 @@ void tst_Console::deadline_endsTheToolWithOneLine()
     QVERIFY(isExit(status, Failed));
 }
 
+void tst_Console::uninterrupted_letsInterruptionsWait_data()
+{
+    QTest::addColumn<int>("interruption");
+    QTest::newRow("Ctrl-C") << SIGINT;
+    QTest::newRow("end of the reader") << SIGPIPE;
+}
+
 // The interruption comes when the outermost one has ended, and not before.
 void tst_Console::uninterrupted_letsInterruptionsWait()
 {
+    QFETCH(int, interruption);
     int status = -1;
     const QByteArray errors = errorsOf(
-        [] {
+        [interruption] {
             // Not Qt Test's.
-            signal(SIGINT, SIG_DFL);
+            signal(interruption, SIG_DFL);
             {
                 const Uninterrupted outer;
                 {
                     const Uninterrupted inner;
-                    raise(SIGINT);
+                    raise(interruption);
                 }
                 warn(text("still here"));
             }
@@ -148,7 +193,7 @@ void tst_Console::uninterrupted_letsInterruptionsWait()
         &status);
     QCOMPARE(errors, QByteArray("velmora-profile: still here\n"));
     QVERIFY(WIFSIGNALED(status));
-    QCOMPARE(WTERMSIG(status), SIGINT);
+    QCOMPARE(WTERMSIG(status), interruption);
 }
 
 QTEST_GUILESS_MAIN(tst_Console)

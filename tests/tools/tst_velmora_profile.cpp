@@ -88,6 +88,32 @@ QStringList argumentsFor(const QByteArray &command, const QString &folder)
     return arguments;
 }
 
+// The tool lives where clocks are put forward at 02:00 on 2026/03/29.
+class ClockChange
+{
+public:
+    ClockChange() : m_before(qgetenv("TZ")) { qputenv("TZ", "Europe/Berlin"); }
+    ~ClockChange()
+    {
+        if (m_before.isNull()) {
+            qunsetenv("TZ");
+        } else {
+            qputenv("TZ", m_before);
+        }
+    }
+    ClockChange(const ClockChange &) = delete;
+    ClockChange &operator=(const ClockChange &) = delete;
+
+private:
+    QByteArray m_before;
+};
+
+QByteArray visit(const char *url, const char *time)
+{
+    return QByteArray("<pageInfo><title/><url>") + url + "</url><dateTime>" + time
+           + "</dateTime></pageInfo>";
+}
+
 bool isOneLine(const QByteArray &errors)
 {
     return errors.startsWith("velmora-profile: ") && errors.count('\n') == 1;
@@ -121,6 +147,7 @@ private slots:
     void usage_isOneLine_data();
     void usage_isOneLine();
     void usage_takesTheActionBehindTheFolder();
+    void usage_takesWhatLooksLikeAnOptionBehindTwoDashes();
     void usage_helpsAndTellsItsVersion();
     void usage_worksInFoldersOfAnyName();
     void show_listsEveryFile();
@@ -133,6 +160,7 @@ private slots:
     void prefs_setsWords();
     void prefs_limitsBytes_data();
     void prefs_limitsBytes();
+    void prefs_tellWhatTheFileCannotHold();
     void prefs_readsThePasswordFromStandardInput();
     void prefs_saysWhatTheBrowserDoesNotUse();
     void bookmarks_areListed();
@@ -146,6 +174,8 @@ private slots:
     void history_isAddedInOrder();
     void history_warnsOfDatesThatDoNotParse();
     void history_isRemovedAndCleared();
+    void history_removesWhatItListsWhereClocksChange();
+    void times_inTheGapAreKept();
     void history_dropsTheOldestAt999();
     void fonts_areListedAndAdded();
     void fonts_limitBytes_data();
@@ -153,6 +183,10 @@ private slots:
     void fonts_followFontconfig();
     void auth_masksPasswords();
     void auth_readsThePasswordFromStandardInput();
+    void passwords_areRefusedWithoutOne_data();
+    void passwords_areRefusedWithoutOne();
+    void passwords_mayBeEmptyLines();
+    void closedOutput_isAnError();
     void auth_limitsBytes_data();
     void auth_limitsBytes();
     void cookies_areListed();
@@ -173,6 +207,8 @@ private slots:
     void diff_tellsEntriesApart();
     void diff_masksTheValuesOfCookies();
     void interruptedSave_leavesTheFileWhole();
+    void closedOutput_leavesNothingBehind_data();
+    void closedOutput_leavesNothingBehind();
     void tables_alignWideCharacters();
     void tables_printLongCellsWhole();
     void tables_showNoControlCharacters();
@@ -452,6 +488,12 @@ void tst_velmora_profile::usage_isOneLine_data()
     QTest::newRow("unknown preference")
         << QByteArray("prefs get % proxy.nope")
         << QByteArray("there is no preference 'proxy.nope'; 'prefs list' names them all");
+    for (const char *const option : {"-n", "-1", "-oFILE"}) {
+        QTest::newRow(option) << QByteArray("fonts add % ") + option
+                              << QByteArray("'") + option
+                                     + "' is no option; --help lists them, and an operand like it "
+                                       "follows --";
+    }
     QTest::newRow("scheme") << QByteArray("auth add % h 1 Basic u")
                             << QByteArray("the scheme is basic, digest or NTLM, not 'Basic'");
 }
@@ -472,6 +514,13 @@ void tst_velmora_profile::usage_takesTheActionBehindTheFolder()
     writeGoodProfile(directory);
     COMPARE_RUN(runTool(directory, "fonts % list"), 0, "Id  Name\n0   DejaVu Sans\n", "");
     COMPARE_RUN(runTool(directory, "prefs % get pageInfo.Zoom"), 0, "1.2\n", "");
+}
+
+void tst_velmora_profile::usage_takesWhatLooksLikeAnOptionBehindTwoDashes()
+{
+    const TestDirectory directory;
+    COMPARE_RUN(runTool(directory, "fonts add % -- -n -"), 0, "", "");
+    COMPARE_RUN(runTool(directory, "fonts list %"), 0, "Id  Name\n0   -n\n1   -\n", "");
 }
 
 void tst_velmora_profile::usage_helpsAndTellsItsVersion()
@@ -733,6 +782,22 @@ void tst_velmora_profile::prefs_limitsBytes()
     }
 }
 
+void tst_velmora_profile::prefs_tellWhatTheFileCannotHold()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    const QByteArray lost =
+        "velmora-profile: lost: pageInfo.home: the file cannot hold all its characters\n";
+    COMPARE_RUN(runTool(directory, "prefs set % pageInfo.home http://x/\x01\x1b! --strict"), 2, "",
+                lost
+                    + "velmora-profile: 1 loss, and --strict was asked for; nothing was changed\n");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+    COMPARE_RUN(runTool(directory, "prefs set % pageInfo.home http://x/\x01\x1b!"), 0, "", lost);
+    COMPARE_RUN(runTool(directory, "prefs get % pageInfo.home"), 0, "http://x/!\n", "");
+    COMPARE_RUN(runTool(directory, "prefs set % proxy.proxyUserName a\x01z --strict"), 0, "", "");
+}
+
 void tst_velmora_profile::prefs_readsThePasswordFromStandardInput()
 {
     const TestDirectory directory;
@@ -870,8 +935,8 @@ void tst_velmora_profile::bookmarks_refuseUnknownIds()
     writeGoodProfile(directory);
     const QByteArray before = contentsOf(directory.path());
     for (const char *const id : {"2", "-1", "x"}) {
-        COMPARE_RUN(runTool(directory, (QByteArray("bookmarks remove % 0 ") + id).constData()), 2,
-                    "",
+        COMPARE_RUN(runTool(directory, (QByteArray("bookmarks remove % 0 -- ") + id).constData()),
+                    2, "",
                     QByteArray("velmora-profile: '") + id
                         + "' is no id; there are 2, the first is 0, 'list' shows them\n");
     }
@@ -958,6 +1023,58 @@ void tst_velmora_profile::history_isRemovedAndCleared()
     COMPARE_RUN(runTool(directory, "history clear %"), 0, "", "");
     COMPARE_BYTES(readFile(directory.file("visit.xml")),
                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<history docInfo=\"1.0\"/>\n");
+}
+
+// The 02:30 does not exist where clocks are put forward at 02:00; it stands for 03:30.
+void tst_velmora_profile::history_removesWhatItListsWhereClocksChange()
+{
+    const ClockChange clockChange;
+    const QByteArray head = "Id  Visited           Title  URL\n";
+    const QByteArray lines[] = {
+        "2026/03/29 03:30         http://0/\n", "2026/03/29 02:30         http://1/\n",
+        "2026/03/29 01:30         http://2/\n", "2026/03/28 01:30         http://3/\n"};
+    for (int removed = 0; removed < 4; ++removed) {
+        const TestDirectory directory;
+        writeFile(directory.file("visit.xml"), "<history>" + visit("http://0/", "2026/03/29 03:30")
+                                                   + visit("http://1/", "2026/03/29 02:30")
+                                                   + visit("http://2/", "2026/03/29 01:30")
+                                                   + visit("http://3/", "2026/03/28 01:30")
+                                                   + "</history>");
+        QByteArray before = head;
+        QByteArray behind = head;
+        int id = 0;
+        for (int i = 0; i < 4; ++i) {
+            before += QByteArray::number(i) + "   " + lines[i];
+            behind += i == removed ? QByteArray() : QByteArray::number(id++) + "   " + lines[i];
+        }
+        COMPARE_RUN(runTool(directory, "history list %"), 0, before, "");
+        COMPARE_RUN(
+            runTool({utf8("history"), utf8("remove"), directory.path(), QString::number(removed)}),
+            0, "", "");
+        COMPARE_RUN(runTool(directory, "history list %"), 0, behind, "");
+    }
+}
+
+// Nothing is lost, so nothing says so.
+void tst_velmora_profile::times_inTheGapAreKept()
+{
+    const ClockChange clockChange;
+    const TestDirectory directory;
+    COMPARE_RUN(runTool({utf8("history"), utf8("add"), directory.path(), utf8("http://a/"),
+                         utf8("--time"), utf8("2026/03/29 02:30")}),
+                0, "", "");
+    COMPARE_RUN(runTool({utf8("history"), utf8("add"), directory.path(), utf8("http://b/"),
+                         utf8("--strict"), utf8("--time"), utf8("2026/03/30 12:00")}),
+                0, "", "");
+    QVERIFY(readFile(directory.file("visit.xml")).contains("2026/03/29 02:30"));
+    COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
+    const QByteArray page = runTool(directory, "report % -o -").output;
+    QVERIFY(page.contains("2026-03-29: 1 visit"));
+    writeFile(
+        directory.file("cookie.xml"),
+        "<cookie><webSiteInfo id=\"000\"><website>http://w.example/</website><name>n</name>"
+        "<contents>v</contents><expires>2026/03/29 02:30:00</expires></webSiteInfo></cookie>");
+    COMPARE_RUN(runTool(directory, "cookies to-ini % --strict"), 0, "", "");
 }
 
 void tst_velmora_profile::history_dropsTheOldestAt999()
@@ -1056,6 +1173,64 @@ void tst_velmora_profile::auth_readsThePasswordFromStandardInput()
     QCOMPARE(QFileInfo(fresh.file("authinfo.xml")).permissions()
                  & (QFile::ReadGroup | QFile::ReadOther),
              QFile::Permissions());
+}
+
+void tst_velmora_profile::passwords_areRefusedWithoutOne_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QByteArray>("refusal");
+    const char *const inputs[][2] = {
+        {"< /", "standard input cannot be read"},
+        {"<&-", "standard input cannot be read"},
+        {"< /dev/null", "standard input holds no password"},
+        {"< \"$1/latin1\"", "the password is no text in UTF-8"},
+        {"< \"$1/mark\"", "the password is no text in UTF-8"},
+    };
+    for (const char *const command :
+         {"prefs set \"$1\" proxy.proxyUserPass", "auth add \"$1\" h 80 basic u"}) {
+        for (const auto &input : inputs) {
+            QTest::newRow(QByteArray(command) + ' ' + input[0])
+                << utf8(command) << utf8(input[0])
+                << QByteArray("velmora-profile: ") + input[1] + "; nothing was changed\n";
+        }
+    }
+}
+
+void tst_velmora_profile::passwords_areRefusedWithoutOne()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, input);
+    QFETCH(QByteArray, refusal);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("latin1"), "gehe\xefm\n");
+    writeFile(directory.file("mark"), "\xef\xbb\xbfgeheim\n");
+    const QByteArray before = contentsOf(directory.path());
+    COMPARE_RUN(runShell(utf8("\"$0\" ") + command + QLatin1Char(' ') + input, directory), 2, "",
+                refusal);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile::passwords_mayBeEmptyLines()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    COMPARE_RUN(runTool(directory, "prefs set % proxy.proxyUserPass", "\n"), 0, "", "");
+    COMPARE_RUN(runTool(directory, "prefs get % proxy.proxyUserPass --show-secrets"), 0, "\n", "");
+    COMPARE_RUN(runTool(directory, "auth add % h 80 basic u", "\n"), 0, "", "");
+}
+
+// What it would have printed goes into no file of the profile either.
+void tst_velmora_profile::closedOutput_isAnError()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    COMPARE_RUN(runShell(utf8("\"$0\" show \"$1\" >&-"), directory), 2, "",
+                "velmora-profile: standard output cannot be written to; look at the space of what "
+                "it goes to\n");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
 void tst_velmora_profile::auth_limitsBytes_data()
@@ -1413,6 +1588,34 @@ void tst_velmora_profile::interruptedSave_leavesTheFileWhole()
         QVERIFY2(run.output.contains("\nbookmark.xml          whole    9"), run.output.constData());
         runTool(directory, "bookmarks remove % 0");
     }
+}
+
+void tst_velmora_profile::closedOutput_leavesNothingBehind_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("cookies") << utf8("cookies to-xml");
+    QTest::newRow("thumbnails") << utf8("thumbnails pack");
+}
+
+// More than a pipe holds goes to a reader that has gone, while a folder with copies exists.
+void tst_velmora_profile::closedOutput_leavesNothingBehind()
+{
+    QFETCH(QString, command);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("thumbnail/000003.PNG"), QByteArray(200000, 'x'));
+    QByteArray cookies;
+    for (int i = 0; i < 100; ++i) {
+        cookies += "c.example\tFALSE\t/\tFALSE\t0\tn" + QByteArray::number(i) + "\t"
+                   + QByteArray(2000, 'v') + "\n";
+    }
+    writeFile(directory.file("cookies.txt"), "# Netscape HTTP Cookie File\n" + cookies);
+    QCOMPARE(runTool(directory, "cookies import % %cookies.txt").status, 0);
+    const TestDirectory temporary;
+    runShell(utf8("TMPDIR='%1' \"$0\" %2 \"$1\" - | true").arg(temporary.path(), command),
+             directory);
+    COMPARE_BYTES(contentsOf(temporary.path()), "");
+    QVERIFY(QDir(temporary.path()).isEmpty());
 }
 
 void tst_velmora_profile::tables_alignWideCharacters()

@@ -17,6 +17,8 @@ private slots:
     void repair_getsBackWhatIsBehindTheDamage_data();
     void repair_getsBackWhatIsBehindTheDamage();
     void repair_keepsADatedCopy();
+    void repair_keepsCopiesOfSecretsPrivate_data();
+    void repair_keepsCopiesOfSecretsPrivate();
     void repair_getsBackPreferences();
     void repair_keepsTheVersionOfSecurity();
     void repair_keepsWhatGettersHide();
@@ -159,6 +161,42 @@ void tst_velmora_profile_repair::repair_keepsADatedCopy()
     QVERIFY(readFile(directory.path() + copies.at(0)) == damaged
             || readFile(directory.path() + copies.at(1)) == damaged);
     QVERIFY(!QFileInfo(directory.path() + copies.at(0)).permission(QFile::ReadOther));
+}
+
+void tst_velmora_profile_repair::repair_keepsCopiesOfSecretsPrivate_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("damaged");
+    QTest::newRow("credentials") << QByteArray("authinfo.xml")
+                                 << QByteArray("<authentication><authInfo><hostName>h</hostName>"
+                                               "<passwd><![CDATA[Z2VoZWlt]]></passwd>");
+    QTest::newRow("cookie document")
+        << QByteArray("cookie.xml")
+        << QByteArray("<cookie><webSiteInfo><contents>geheim</contents>");
+    QTest::newRow("cookies of the engine")
+        << QByteArray("cookie.ini") << QByteArray("[Cookie]\ncookies=geheim\n");
+    QTest::newRow("password of the proxy behind the damage")
+        << QByteArray("repostry.xml")
+        << QByteArray("<repostry_common><proxy>&<proxyUserPass><![CDATA[Z2VoZWlt]]>");
+}
+
+void tst_velmora_profile_repair::repair_keepsCopiesOfSecretsPrivate()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, damaged);
+    const TestDirectory directory;
+    writeFile(directory.file(file.constData()), damaged);
+    QFile::setPermissions(directory.file(file.constData()), QFile::ReadOwner | QFile::WriteOwner
+                                                                | QFile::ReadGroup
+                                                                | QFile::ReadOther);
+    const ToolRun run = runTool(directory, "repair %");
+    COMPARE_BYTES(run.errors, "");
+    const QStringList copies = copiesIn(directory);
+    QCOMPARE(copies.size(), 1);
+    const QFileInfo copy(directory.path() + copies.at(0));
+    COMPARE_BYTES(readFile(copy.filePath()), damaged);
+    QVERIFY(!(copy.permissions()
+              & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther)));
 }
 
 void tst_velmora_profile_repair::repair_getsBackPreferences()

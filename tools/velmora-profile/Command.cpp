@@ -26,7 +26,8 @@ const Command kCommands[] = {
     {"prefs", "list", "DIR", 0, 0, "json show-secrets", "all preferences and their defaults", Reads,
      listPreferences},
     {"prefs", "get", "DIR NAME", 1, 1, "json show-secrets", "one preference", Reads, getPreference},
-    {"prefs", "set", "DIR NAME [VALUE]", 1, 2, "", "change one preference", Writes, setPreference},
+    {"prefs", "set", "DIR NAME [VALUE]", 1, 2, "strict", "change one preference", Writes,
+     setPreference},
     {"bookmarks", "list", "DIR", 0, 0, "json", "all bookmarks", Reads, listBookmarks},
     {"bookmarks", "add", "DIR URL [TITLE]", 1, 2, "front strict", "add a bookmark", Writes,
      addBookmark},
@@ -129,9 +130,14 @@ QString split(const QStringList &arguments, QStringList *words, QHash<QString, Q
             *words += arguments.mid(i + 1);
             return QString();
         }
-        if (!argument.startsWith(text("--"))) {
-            words->append(arguments.at(i));
+        if (argument == text("-") || !argument.startsWith(QLatin1Char('-'))) {
+            words->append(argument);
             continue;
+        }
+        // A mistaken option must not become data.
+        if (!argument.startsWith(text("--"))) {
+            return text("'%1' is no option; --help lists them, and an operand like it follows --")
+                .arg(argument);
         }
         const QString name = argument.section(QLatin1Char('='), 0, 0).mid(2);
         const bool given = argument.contains(QLatin1Char('='));

@@ -1,5 +1,8 @@
 #include "tools/velmora-profile/Console.h"
 
+#include <QtCore/QRegularExpression>
+
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -91,27 +94,61 @@ private:
     int m_descriptor;
 };
 
-// The next byte of standard input; EOF at its end, and as soon as an interruption waits.
-int nextByte(const Interruption &interruption)
+// What stands for a byte when there is none.
+const int kUnreadable = EOF - 1;
+const int kInterrupted = EOF - 2;
+
+bool isReady(const Interruption &interruption)
 {
     pollfd sources[] = {{STDIN_FILENO, POLLIN, 0}, {interruption.descriptor(), POLLIN, 0}};
-    char byte = 0;
-    const bool isByte =
-        poll(sources, 2, -1) > 0 && sources[1].revents == 0 && read(STDIN_FILENO, &byte, 1) == 1;
-    return isByte ? static_cast<unsigned char>(byte) : EOF;
+    int ready = 0;
+    do {
+        ready = poll(sources, 2, -1);
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0 && sources[1].revents == 0;
 }
 
-// A line without its end. False when an interruption came first, which ends the tool where it may.
-bool readLine(QByteArray *line)
+// The next byte of standard input, or why there is none.
+int nextByte(const Interruption &interruption)
+{
+    if (!isReady(interruption)) {
+        return interruption.waits() ? kInterrupted : kUnreadable;
+    }
+    char byte = 0;
+    const ssize_t count = read(STDIN_FILENO, &byte, 1);
+    if (count < 0) {
+        return kUnreadable;
+    }
+    return count == 1 ? static_cast<unsigned char>(byte) : EOF;
+}
+
+// A line without its end, which is the result. An interruption that came meanwhile ends the tool
+// where it may.
+int readLine(QByteArray *line)
 {
     const profile::Uninterrupted uninterrupted;
     const Interruption interruption;
     const WithoutEcho silence;
     int byte = 0;
-    while ((byte = nextByte(interruption)) != EOF && byte != '\n') {
+    while ((byte = nextByte(interruption)) >= 0 && byte != '\n') {
         line->append(char(byte));
     }
-    return !interruption.waits();
+    return interruption.waits() ? kInterrupted : byte;
+}
+
+// Why a line that ended so is no password; empty when it is one. Half a line may be half a
+// password, and no line at all is rather a mistake than an empty one.
+QString refusalOf(const QByteArray &secret, int end)
+{
+    if (end == kUnreadable) {
+        return profile::text("standard input cannot be read");
+    }
+    if (end == EOF && secret.isEmpty()) {
+        return profile::text("standard input holds no password");
+    }
+    return QString::fromUtf8(secret).toUtf8() == secret
+               ? QString()
+               : profile::text("the password is no text in UTF-8");
 }
 
 // A handler may call little, and nothing that could wait for the code it interrupts.
@@ -161,6 +198,24 @@ QString profile::masked(const QString &secret, bool showSecrets)
     return secret.isEmpty() || showSecrets ? secret : text("********");
 }
 
+// By hand, as a text need not be a valid address to hold a password. Browsers take any slashes, or
+// none, behind the schemes of the web. Each piece is looked at once, however many a text has.
+QString profile::withoutUserInfo(const QString &address)
+{
+    static const QRegularExpression authority(text("(?:https?:[/\\\\]*|(?<=:)//|^//)([^/?#]*+)"),
+                                              QRegularExpression::CaseInsensitiveOption);
+    QString left;
+    int copied = 0;
+    QRegularExpressionMatchIterator found = authority.globalMatch(address);
+    while (found.hasNext()) {
+        const QRegularExpressionMatch match = found.next();
+        const int start = int(match.capturedStart(1));
+        left += address.mid(copied, start - copied);
+        copied = start + int(match.captured(1).lastIndexOf(QLatin1Char('@'))) + 1;
+    }
+    return left + address.mid(copied);
+}
+
 void profile::sayBytes(const QByteArray &bytes)
 {
     fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
@@ -180,17 +235,21 @@ int profile::fail(const QString &line)
     return Failed;
 }
 
-QByteArray profile::readSecret(const char *prompt)
+bool profile::readSecret(const char *prompt, QByteArray *secret)
 {
     const bool asks = isatty(STDIN_FILENO) != 0;
     if (asks) {
         fprintf(stderr, "%s: ", prompt);
     }
-    QByteArray secret;
-    if (!readLine(&secret)) {
+    const int end = readLine(secret);
+    if (end == kInterrupted) {
         exit(Failed);
     }
-    return secret;
+    const QString refusal = refusalOf(*secret, end);
+    if (!refusal.isEmpty()) {
+        warn(text("%1; nothing was changed").arg(refusal));
+    }
+    return refusal.isEmpty();
 }
 
 profile::Progress::Progress(const char *what, qint64 total)
@@ -232,7 +291,9 @@ profile::Deadline::~Deadline() { startTimer(0); }
 
 profile::Uninterrupted::Uninterrupted() : m_before()
 {
-    const sigset_t waiting = interruptions();
+    sigset_t waiting = interruptions();
+    // What the tool has put aside, sessions among it, is to be gone before it ends.
+    sigaddset(&waiting, SIGPIPE);
     sigprocmask(SIG_BLOCK, &waiting, &m_before);
 }
 

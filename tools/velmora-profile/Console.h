@@ -26,6 +26,9 @@ QString printable(const QString &untrusted);
 // Stars in place of a secret, unless it is to be shown or empty.
 QString masked(const QString &secret, bool showSecrets = false);
 
+// A text in which no address has a user name or a password any more.
+QString withoutUserInfo(const QString &address);
+
 // One line on standard output.
 void say(const QString &line);
 void sayBytes(const QByteArray &bytes);
@@ -36,9 +39,10 @@ void warn(const QString &line);
 // warn(), and the exit status for it: return fail(...).
 int fail(const QString &line);
 
-// A password from standard input: its first line. A terminal is asked without echo, and gets it
-// back also when Ctrl-C ends the tool meanwhile.
-QByteArray readSecret(const char *prompt);
+// A password from standard input: its first line. False, and said so, when there is none that can
+// be taken. A terminal is asked without echo, and gets it back also when Ctrl-C ends the tool
+// meanwhile.
+bool readSecret(const char *prompt, QByteArray *secret);
 
 // How far long work has come, on a terminal only and from the second second on.
 class Progress
@@ -71,8 +75,8 @@ public:
     Deadline &operator=(const Deadline &) = delete;
 };
 
-// While one lives, Ctrl-C and its like wait: a file that is being written is finished first. One
-// may live in another's time.
+// While one lives, Ctrl-C and its like wait: a file that is being written is finished first. So
+// does the end of whoever reads the output, as in a pipe to head. One may live in another's time.
 class Uninterrupted
 {
 public:

@@ -1,11 +1,11 @@
 #include "tools/velmora-profile/Findings.h"
 
+#include "core/TimeText_p.h"
 #include "tools/velmora-profile/Console.h"
 #include "tools/velmora-profile/CookieFile.h"
 #include "tools/velmora-profile/Preferences.h"
 #include "tools/velmora-profile/Thumbnails.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonObject>
@@ -50,14 +50,15 @@ const Limit kLimits[] = {
 struct Date {
     DocumentKind kind;
     const char *field;
+    vlm::TimeText form;
     const char *format;
     const char *meaning;
 };
 
 const Date kDates[] = {
-    {History, "dateTime", "yyyy/MM/dd hh:mm",
+    {History, "dateTime", vlm::ToMinute, "yyyy/MM/dd hh:mm",
      "the browser puts the visit last, and its next save erases the date"},
-    {CookieDocument, "expires", "yyyy/MM/dd hh:mm:ss",
+    {CookieDocument, "expires", vlm::ToSecond, "yyyy/MM/dd hh:mm:ss",
      "converted to cookie.ini it ends with the session"},
 };
 
@@ -113,6 +114,8 @@ QString entryName(const Document &document, int position)
     } else if (document.type().kind == CookieDocument) {
         label = text("%1 of %2").arg(fieldText(entry, "name"), fieldText(entry, "website"));
     }
+    // Before the end that tells a password from a host is cut off.
+    label = withoutUserInfo(label);
     const int kShown = 60;
     if (label.size() > kShown) {
         label = label.left(kShown) + text("...");
@@ -286,8 +289,7 @@ void Search::lookAtDates(const Document &document)
             const QString value = fieldText(entries.at(i), date.field);
             // A session cookie has none.
             const bool mayBeEmpty = date.kind == CookieDocument;
-            if ((value.isEmpty() && mayBeEmpty)
-                || QDateTime::fromString(value, text(date.format)).isValid()) {
+            if ((value.isEmpty() && mayBeEmpty) || vlm::timeOfText(value, date.form).isValid()) {
                 continue;
             }
             add(text(document.type().fileName),
@@ -429,6 +431,16 @@ bool profile::isOpenToOthers(const QString &path)
     return file.isFile()
            && (file.permissions()
                & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
+}
+
+bool profile::mayHoldSecrets(const QString &file)
+{
+    for (const char *const secretFile : kSecretFiles) {
+        if (file == text(secretFile)) {
+            return true;
+        }
+    }
+    return file == text(documentType(CommonPreferences).fileName);
 }
 
 QList<profile::Finding> profile::findingsOf(const QString &directory)

@@ -21,6 +21,9 @@ QList<Finding> findingsOf(const QString &directory);
 // The files in the directory that hold passwords or sessions.
 QStringList secretFiles(const QString &directory);
 bool isOpenToOthers(const QString &path);
+// Whether files of this name are written for their owner alone, whatever is in them now: damage can
+// keep a secret from being seen.
+bool mayHoldSecrets(const QString &file);
 
 QString toText(const QList<Finding> &findings);
 QJsonArray toJson(const QList<Finding> &findings);

@@ -73,14 +73,20 @@ bool isPlain(QChar character)
 QString number(double value) { return QString::number(value, 'f', 1); }
 } // namespace
 
-QString profile::escaped(const QString &untrusted) { return printable(untrusted).toHtmlEscaped(); }
+QString profile::escaped(const QString &untrusted)
+{
+    return printable(withoutUserInfo(untrusted)).toHtmlEscaped();
+}
 
 QString profile::linked(const QString &url, const QString &label)
 {
     const QString shown = escaped(label.trimmed().isEmpty() ? url : label);
-    return isWeb(url) ? text("<a rel=\"noreferrer\" href=\"%1\">%2</a>")
-                            .arg(QString::fromLatin1(QUrl(url).toEncoded()).toHtmlEscaped(), shown)
-                      : shown;
+    if (!isWeb(url)) {
+        return shown;
+    }
+    const QByteArray target = QUrl(withoutUserInfo(url)).toEncoded(QUrl::RemoveUserInfo);
+    return text("<a rel=\"noreferrer\" href=\"%1\">%2</a>")
+        .arg(QString::fromLatin1(target).toHtmlEscaped(), shown);
 }
 
 QString profile::section(const char *id, const char *heading, qint64 count, const QString &body)

@@ -6,7 +6,8 @@
 // Pieces of the report's page. Every text from a profile goes through escaped().
 namespace profile
 {
-// A text as it stands between tags or in a quoted attribute.
+// A text as it stands between tags or in a quoted attribute. Addresses in it lose user names and
+// passwords: the page is passed around.
 QString escaped(const QString &untrusted);
 
 // A link when the URL leads to a page of the network, otherwise the text alone: what a profile

@@ -135,7 +135,10 @@ int profile::addCredentials(const Call &call)
     }
     VLMS_AuthInfo info = {call.operands.at(0), call.operands.at(1),
                           static_cast<unsigned char>(scheme), call.operands.at(3).toUtf8(),
-                          readSecret("Password")};
+                          QByteArray()};
+    if (!readSecret("Password", &info.passwd)) {
+        return Failed;
+    }
     const QString refusal = refusalOf(info);
     if (!refusal.isEmpty() || !store().setAuthInfo(&info)) {
         return fail(text("%1; nothing was changed").arg(refusal));

@@ -1,6 +1,7 @@
 // cookies: the engine's cookie.ini, the library's cookie document, and cookies.txt.
 
 #include "cookies/VLMC_CookieSetting.h"
+#include "core/TimeText_p.h"
 #include "tools/velmora-profile/Command.h"
 #include "tools/velmora-profile/Console.h"
 #include "tools/velmora-profile/CookieFile.h"
@@ -119,8 +120,7 @@ QList<Loss> lossesOfIni(const Document &document)
         const QString expires = fieldText(entries.at(i), "expires");
         if (i >= kConverted) {
             losses.append({name, text("only the first %1 are converted").arg(kConverted)});
-        } else if (!expires.isEmpty()
-                   && !QDateTime::fromString(expires, text("yyyy/MM/dd hh:mm:ss")).isValid()) {
+        } else if (!expires.isEmpty() && !vlm::timeOfText(expires, vlm::ToSecond).isValid()) {
             losses.append(
                 {name,
                  text("its expiry '%1' does not parse: it becomes a session cookie").arg(expires)});

@@ -1,6 +1,7 @@
 // history: visit.xml. Listed and exported as the file has it, written through the store.
 
 #include "bookmarks/VLMC_HistorySetting.h"
+#include "core/TimeText_p.h"
 #include "tools/velmora-profile/Command.h"
 #include "tools/velmora-profile/Console.h"
 #include "tools/velmora-profile/Document.h"
@@ -11,8 +12,6 @@ namespace
 {
 using namespace profile;
 
-const char kTimeFormat[] = "yyyy/MM/dd hh:mm";
-
 VLMC_HistorySetting &store() { return *VLMC_HistorySetting::getInstance(); }
 
 // A load parses every date and a save writes it anew: what does not parse is gone then.
@@ -22,7 +21,7 @@ QList<Loss> lossesOfLoading(const Document &document)
     const QList<VLMC_XMLNode *> entries = document.children();
     for (VLMC_XMLNode *const entry : entries) {
         const QString time = fieldText(entry, "dateTime");
-        if (!time.isEmpty() && !QDateTime::fromString(time, text(kTimeFormat)).isValid()) {
+        if (!time.isEmpty() && !vlm::timeOfText(time, vlm::ToMinute).isValid()) {
             losses.append({fieldText(entry, "url"),
                            text("its date '%1' does not parse and is written empty").arg(time)});
         }
@@ -57,23 +56,21 @@ int save()
 
 struct Visit {
     VLMC_XMLNode *entry;
-    QDateTime time;
+    qint64 time;
 };
 
 // The store's order, which is the ids' too, whatever order the file has: latest first, equal ones
-// as they stand, dates that do not parse last.
-bool isLater(const Visit &one, const Visit &other)
-{
-    return one.time.isValid() && (!other.time.isValid() || other.time < one.time);
-}
+// as they stand, dates that do not parse last. Another order than the store's would have commands
+// take one visit for another.
+bool isLater(const Visit &one, const Visit &other) { return one.time > other.time; }
 
 QList<VLMC_XMLNode *> sorted(const Document &document)
 {
+    vlm::ClockOrder clock;
     QList<Visit> visits;
     const QList<VLMC_XMLNode *> children = document.children();
     for (VLMC_XMLNode *const entry : children) {
-        visits.append(
-            {entry, QDateTime::fromString(fieldText(entry, "dateTime"), text(kTimeFormat))});
+        visits.append({entry, clock.of(fieldText(entry, "dateTime"))});
     }
     std::stable_sort(visits.begin(), visits.end(), isLater);
     QList<VLMC_XMLNode *> entries;
@@ -119,7 +116,7 @@ bool readTime(const Call &call, QDateTime *time)
     if (!call.has("time")) {
         return true;
     }
-    *time = QDateTime::fromString(call.option("time"), text(kTimeFormat));
+    *time = vlm::timeOfText(call.option("time"), vlm::ToMinute);
     if (!time->isValid()) {
         warn(text("--time takes a time like 2026/01/31 09:05, not '%1'").arg(call.option("time")));
     }

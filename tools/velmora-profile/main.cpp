@@ -10,7 +10,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <langinfo.h>
+#include <unistd.h>
 
 namespace
 {
@@ -23,10 +25,23 @@ void speakUtf8()
         setlocale(LC_CTYPE, "C.UTF-8");
     }
 }
+
+// A file that is opened must not take the place of a stream that is closed: what is written to the
+// stream would go into it. Streams get what can be neither read nor written, for the tool to
+// notice.
+void fillClosedStreams()
+{
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
 } // namespace
 
 int main(int argc, char **argv)
 {
+    fillClosedStreams();
     speakUtf8();
     const QCoreApplication application(argc, argv);
     const int status = profile::runCommand(QCoreApplication::arguments().mid(1));

@@ -5,6 +5,7 @@
 #include "tools/velmora-profile/Command.h"
 #include "tools/velmora-profile/Console.h"
 #include "tools/velmora-profile/CookieFile.h"
+#include "tools/velmora-profile/Files.h"
 #include "tools/velmora-profile/Preferences.h"
 #include "tools/velmora-profile/Table.h"
 
@@ -84,6 +85,15 @@ int saveUser()
     return isSaved(UserPreferences, store->getXMLNodeCnt()) ? Done : Failed;
 }
 
+// Encoded values keep every character.
+QList<Loss> lossesOf(const Preference &preference, const QString &value)
+{
+    if (preference.kind != Preference::Text || isKept(value)) {
+        return QList<Loss>();
+    }
+    return {{text(preference.name), text("the file cannot hold all its characters")}};
+}
+
 // A value, from the command line or, for a password, from standard input alone.
 int valueFrom(const Call &call, const Preference &preference, QString *value)
 {
@@ -94,7 +104,11 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
                              "out of the command line")
                             .arg(text(preference.name)));
         }
-        *value = QString::fromUtf8(readSecret("Password"));
+        QByteArray secret;
+        if (!readSecret("Password", &secret)) {
+            return Failed;
+        }
+        *value = QString::fromUtf8(secret);
         return Done;
     }
     if (!given) {
@@ -166,6 +180,11 @@ int profile::setPreference(const Call &call)
     load(preference->document);
     if (!isKnownWord(*preference, value) || !preference->store(value)) {
         return failRefused(*preference, value);
+    }
+    const QList<Loss> losses = lossesOf(*preference, value);
+    sayLosses(losses);
+    if (refuseLosses(call, losses) != Done) {
+        return Failed;
     }
     return preference->document == CommonPreferences ? saveCommon() : saveUser();
 }

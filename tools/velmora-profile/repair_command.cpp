@@ -19,6 +19,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QSaveFile>
 #include <QtCore/QSet>
 
 namespace
@@ -99,6 +100,22 @@ void saveStore(DocumentKind kind)
     }
 }
 
+// A file of mode 0600 from its first byte on: a copy with the mode of the file would leave to
+// others what its repair takes from them.
+bool copyForOwner(const QString &from, const QString &to)
+{
+    const OwnerOnly ownerOnly;
+    QFile source(from);
+    QSaveFile target(to);
+    return source.open(QIODevice::ReadOnly) && target.open(QIODevice::WriteOnly)
+           && target.write(source.readAll()) == source.size() && target.commit();
+}
+
+bool copyFile(const QString &from, const QString &to)
+{
+    return mayHoldSecrets(from) ? copyForOwner(from, to) : QFile::copy(from, to);
+}
+
 // A copy of the file with the time in its name; empty, and said so, when there can be none.
 QString keepCopy(const QString &file)
 {
@@ -108,7 +125,7 @@ QString keepCopy(const QString &file)
         copy = text("%1.%2-%3.bak").arg(file, stamp).arg(i);
     }
     const Uninterrupted uninterrupted;
-    if (QFile::copy(text(kHere) + file, text(kHere) + copy)) {
+    if (copyFile(file, copy)) {
         return copy;
     }
     warn(text("%1 cannot be copied to %2; nothing was changed, see to the space").arg(file, copy));

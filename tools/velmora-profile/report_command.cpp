@@ -1,5 +1,6 @@
 // report: the profile as one page that needs nothing else.
 
+#include "core/TimeText_p.h"
 #include "tools/velmora-profile/Command.h"
 #include "tools/velmora-profile/Console.h"
 #include "tools/velmora-profile/CookieFile.h"
@@ -21,7 +22,6 @@ using namespace profile;
 const int kDays = 60;
 const int kHours = 24;
 const int kVisitsShown = 200;
-const char kTimeFormat[] = "yyyy/MM/dd hh:mm";
 
 QString findingsSection()
 {
@@ -70,8 +70,7 @@ QList<QDateTime> timesOf(const QList<VLMC_XMLNode *> &visits)
 {
     QList<QDateTime> times;
     for (VLMC_XMLNode *const visit : visits) {
-        const QDateTime time =
-            QDateTime::fromString(fieldText(visit, "dateTime"), text(kTimeFormat));
+        const QDateTime time = vlm::timeOfText(fieldText(visit, "dateTime"), vlm::ToMinute);
         if (time.isValid()) {
             times.append(time);
         }

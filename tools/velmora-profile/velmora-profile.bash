@@ -35,7 +35,7 @@ _velmora_profile_options() {
     'history export') echo --format ;;
     'history find' | *\ list) echo --json ;;
     'fonts sync' | 'thumbnails unpack' | 'thumbnails clean') echo --dry-run ;;
-    'history remove' | cookies\ to-* | 'cookies export') echo --strict ;;
+    'prefs set' | 'history remove' | cookies\ to-* | 'cookies export') echo --strict ;;
     esac
     echo --log-level
 }
