@@ -94,6 +94,14 @@ ToolRun runTool(const TestDirectory &directory, const char *arguments, const QBy
     return runTool(split(arguments, directory), input);
 }
 
+ToolRun runWithoutSpace(const TestDirectory &directory, const char *arguments,
+                        const QByteArray &input)
+{
+    const QStringList shell = {utf8("-c"), utf8("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
+                               toolPath()};
+    return run(utf8("sh"), shell + split(arguments, directory), input);
+}
+
 bool interruptTool(const TestDirectory &directory, const char *arguments, int milliseconds)
 {
     QProcess process;

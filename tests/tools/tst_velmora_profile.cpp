@@ -72,6 +72,17 @@ void writeImports(const TestDirectory &directory)
               "<thumbnail><image src=\"000003.PNG\"><![CDATA[iVBORw==]]></image></thumbnail>");
 }
 
+// As many visits as a history takes.
+QByteArray fullHistory()
+{
+    QByteArray entries;
+    for (int i = 0; i < 999; ++i) {
+        entries += "<pageInfo><title/><url>http://" + QByteArray::number(i)
+                   + "/</url><dateTime>2026/01/01 00:00</dateTime></pageInfo>";
+    }
+    return "<history>" + entries + "</history>";
+}
+
 void addRows(const char *const *begin, const char *const *end)
 {
     for (; begin != end; ++begin) {
@@ -166,6 +177,9 @@ private slots:
     void diff_tellsEntriesApart();
     void diff_masksTheValuesOfCookies();
     void interruptedSave_leavesTheFileWhole();
+    void failedSave_isSaid_data();
+    void failedSave_isSaid();
+    void saveOfWhatStandsAlready_isDone();
     void tables_alignWideCharacters();
     void tables_showNoControlCharacters();
 };
@@ -914,12 +928,7 @@ void tst_velmora_profile::history_isRemovedAndCleared()
 void tst_velmora_profile::history_dropsTheOldestAt999()
 {
     const TestDirectory directory;
-    QByteArray entries;
-    for (int i = 0; i < 999; ++i) {
-        entries += "<pageInfo><title/><url>http://" + QByteArray::number(i)
-                   + "/</url><dateTime>2026/01/01 00:00</dateTime></pageInfo>";
-    }
-    writeFile(directory.file("visit.xml"), "<history>" + entries + "</history>");
+    writeFile(directory.file("visit.xml"), fullHistory());
     COMPARE_RUN(runTool(directory, "history add % http://new/"), 0, "",
                 "velmora-profile: lost: http://998/: the oldest of 999 makes room\n");
     QCOMPARE(jsonOf(runTool(directory, "history list % --json")).array().size(), 999);
@@ -1317,6 +1326,62 @@ void tst_velmora_profile::interruptedSave_leavesTheFileWhole()
         const ToolRun run = runTool(directory, "show %");
         QVERIFY2(run.output.contains("\nbookmark.xml          whole    9"), run.output.constData());
         runTool(directory, "bookmarks remove % 0");
+    }
+}
+
+void tst_velmora_profile::failedSave_isSaid_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("command");
+    const char *const rows[][2] = {
+        {"repostry.xml", "prefs set % proxy.hostName lost.example"},
+        {"repostry_private.xml", "prefs set % pageInfo.Zoom 1.5"},
+        {"bookmark.xml", "bookmarks add % http://c.example/"},
+        {"bookmark.xml", "bookmarks remove % 0"},
+        {"visit.xml", "history add % http://c.example/"},
+        {"visit.xml", "history clear %"},
+        {"fontlist.xml", "fonts add % Serif"},
+        {"authinfo.xml", "auth add % h 1 basic u"},
+        {"cookie.ini", "cookies import % %cookies.txt"},
+    };
+    for (const auto &row : rows) {
+        QTest::newRow(row[1]) << QByteArray(row[0]) << QByteArray(row[1]);
+    }
+}
+
+// Also of a save that leaves as many entries as there were.
+void tst_velmora_profile::failedSave_isSaid()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("visit.xml"), fullHistory());
+    writeFile(directory.file("cookies.txt"),
+              "# Netscape HTTP Cookie File\nb.example\tFALSE\t/docs\tFALSE\t0\tlang\tja\n");
+    QCOMPARE(runTool(directory, "prefs set % proxy.portHTTP 1111").status, 0);
+    QCOMPARE(runTool(directory, "prefs set % pageInfo.Zoom 1.1").status, 0);
+    const QByteArray before = contentsOf(directory.path());
+
+    const ToolRun run = runWithoutSpace(directory, command.constData(), "secret\n");
+
+    QCOMPARE(run.status, 2);
+    const QByteArray said = "velmora-profile: " + file
+                            + " could not be written as it should be; look at the space and the "
+                              "permissions of the folder\n";
+    QVERIFY2(run.errors.endsWith(said), run.errors.constData());
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile::saveOfWhatStandsAlready_isDone()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    for (int i = 0; i < 2; ++i) {
+        COMPARE_RUN(runTool(directory, "prefs set % proxy.portHTTP 1111"), 0, "", "");
+        COMPARE_RUN(runTool(directory, "history clear %"), 0, "", "");
+        COMPARE_RUN(runTool(directory, "bookmarks add % http://c.example/"), 0, "", "");
+        COMPARE_RUN(runTool(directory, "bookmarks remove % 2"), 0, "", "");
     }
 }
 

@@ -62,6 +62,15 @@ QString damageOf(const QString &path)
                ? damageOfBytes(settings.value(text("Cookie/cookies")).toByteArray())
                : text("it is no INI file");
 }
+// The cookies as a file that holds them gives them back.
+QList<QNetworkCookie> readBack(const QList<QNetworkCookie> &cookies)
+{
+    QList<QNetworkCookie> read;
+    for (const QNetworkCookie &cookie : cookies) {
+        read += QNetworkCookie::parseCookies(cookie.toRawForm(QNetworkCookie::Full));
+    }
+    return read;
+}
 } // namespace
 
 profile::CookieFile profile::readCookieFile(const QString &directory)
@@ -93,7 +102,7 @@ int profile::writeCookieFile(const QList<QNetworkCookie> &cookies)
     QString directory = text(kHere);
     VLMC_CookieSetting::getInstance()->saveCookieInfo(cookies, &directory, kMaxEntries);
     const CookieFile saved = readCookieFile(text(kHere));
-    return saved.state == Document::Whole && saved.cookies.size() == cookies.size()
+    return saved.state == Document::Whole && saved.cookies == readBack(cookies)
                ? Done
                : fail(text("cookie.ini could not be written as it should be; look at the space and "
                            "the permissions of the folder"));

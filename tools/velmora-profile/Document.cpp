@@ -1,7 +1,9 @@
 #include "tools/velmora-profile/Document.h"
 
 #include "core/VLMC_XMLReader.h"
+#include "core/VLMC_XMLWriter.h"
 #include "tools/velmora-profile/Console.h"
+#include "tools/velmora-profile/Files.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -61,6 +63,34 @@ Outline outlineOf(const QByteArray &content, const DocumentType &type)
     outline.damage.entriesBefore = outline.entries;
     return outline;
 }
+
+// Takes a document up to the size that a save writes: indentation can make a small tree fill all
+// the memory there is.
+class BoundedCopy : public QIODevice
+{
+public:
+    BoundedCopy() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+
+    bool isSequential() const override { return true; }
+    QByteArray content() const { return m_isTooLarge ? QByteArray() : m_content; }
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+
+    qint64 writeData(const char *data, qint64 bytes) override
+    {
+        m_isTooLarge = m_isTooLarge || m_content.size() + bytes > kMaxFileBytes;
+        if (m_isTooLarge) {
+            return -1;
+        }
+        m_content.append(data, int(bytes));
+        return bytes;
+    }
+
+private:
+    QByteArray m_content;
+    bool m_isTooLarge = false;
+};
 
 VLMC_XMLNode *treeOf(QByteArray content)
 {
@@ -261,10 +291,26 @@ int profile::refuseToRewrite(const Document &document)
     return Done;
 }
 
-bool profile::isSaved(DocumentKind kind, int entries)
+void profile::nameRoot(VLMC_XMLSetting *store, const DocumentType &type)
+{
+    QString name = text(type.rootName);
+    QXmlStreamAttributes attributes;
+    attributes.append(text("docInfo"), text("1.0"));
+    store->getXMLRootNode()->setName(name);
+    store->getXMLRootNode()->setAttribute(attributes);
+}
+
+QByteArray profile::contentOf(VLMC_XMLSetting *store)
+{
+    BoundedCopy copy;
+    VLMC_XMLWriter writer;
+    return writer.write(copy, store->getXMLRootNode()) ? copy.content() : QByteArray();
+}
+
+bool profile::isSaved(DocumentKind kind, const QByteArray &content)
 {
     const Document document(kind, text(kHere));
-    if (document.state() == Document::Whole && document.children().size() == entries) {
+    if (!content.isEmpty() && document.content() == content) {
         return true;
     }
     warn(text("%1 could not be written as it should be; look at the space and the permissions of "

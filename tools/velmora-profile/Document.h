@@ -2,6 +2,7 @@
 #define DOCUMENT_H
 
 #include "core/VLMC_XMLNode.h"
+#include "core/VLMC_XMLSetting.h"
 
 #include <QtCore/QList>
 #include <QtCore/QScopedPointer>
@@ -112,9 +113,15 @@ int refuseToRead(const Document &document);
 // all.
 void warnOfDamage(const Document &document);
 
-// Whether the file holds so many entries after a save; otherwise says so. The library's saves
+// Names the root of a store, with the attribute that all roots get: some saves do not.
+void nameRoot(VLMC_XMLSetting *store, const DocumentType &type);
+
+// What a save of the store writes; empty for more than it writes at most.
+QByteArray contentOf(VLMC_XMLSetting *store);
+
+// Whether the file holds this and nothing else after a save; otherwise says so. The library's saves
 // report nothing.
-bool isSaved(DocumentKind kind, int entries);
+bool isSaved(DocumentKind kind, const QByteArray &content);
 } // namespace profile
 
 #endif

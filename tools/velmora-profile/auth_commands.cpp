@@ -36,7 +36,7 @@ int save()
     const OwnerOnly ownerOnly;
     QString directory = text(kHere);
     store().saveAuthInfo(&directory, kMaxEntries);
-    return isSaved(profile::Credentials, store().getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(profile::Credentials, contentOf(&store())) ? Done : Failed;
 }
 
 int schemeCode(const QString &scheme)

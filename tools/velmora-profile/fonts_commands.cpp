@@ -29,7 +29,7 @@ int save()
 {
     const Uninterrupted uninterrupted;
     store().saveFontList(text(kHere));
-    return isSaved(Fonts, store().getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(Fonts, contentOf(&store())) ? Done : Failed;
 }
 
 // Why a font cannot be listed; empty when it can.

@@ -52,7 +52,7 @@ int save()
     const Uninterrupted uninterrupted;
     QString directory = text(kHere);
     store().saveHistory(&directory, kMaxEntries);
-    return isSaved(History, store().getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(History, contentOf(&store())) ? Done : Failed;
 }
 
 struct Visit {

@@ -72,7 +72,7 @@ int saveCommon()
     VLMC_BrowserCommonSetting *const store = VLMC_BrowserCommonSetting::getInstance();
     QString directory = text(kHere);
     store->saveSetting(&directory);
-    return isSaved(CommonPreferences, store->getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(CommonPreferences, contentOf(store)) ? Done : Failed;
 }
 
 int saveUser()
@@ -81,7 +81,7 @@ int saveUser()
     VLMC_BrowserUserSetting *const store = VLMC_BrowserUserSetting::getInstance();
     QString directory = text(kHere);
     store->saveSetting(&directory);
-    return isSaved(UserPreferences, store->getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(UserPreferences, contentOf(store)) ? Done : Failed;
 }
 
 // A value, from the command line or, for a password, from standard input alone.
