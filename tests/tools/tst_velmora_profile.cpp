@@ -167,6 +167,10 @@ private slots:
     void cookies_goToXmlAndBack();
     void cookies_loseHttpOnlyAloudAndNotStrictly();
     void cookies_loseThoseBehindThe20th();
+    void cookies_areNotReplacedByWhatIsNone_data();
+    void cookies_areNotReplacedByWhatIsNone();
+    void cookies_replaceNoDocumentOfAnotherKind();
+    void cookies_goThroughStandardInputAndOutput();
     void cookies_arePrivateWhenNew();
     void thumbnails_areListed();
     void thumbnails_arePackedAndUnpacked();
@@ -1147,6 +1151,65 @@ void tst_velmora_profile::cookies_loseThoseBehindThe20th()
                 "session cookie\n"
                 "velmora-profile: lost: n20 of w: only the first 20 are converted\n");
     QCOMPARE(jsonOf(runTool(directory, "cookies list % --json")).array().size(), 20);
+}
+
+void tst_velmora_profile::cookies_areNotReplacedByWhatIsNone_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("empty") << QByteArray() << QByteArray("is empty; nothing was changed");
+    QTest::newRow("blank") << QByteArray(" \n") << QByteArray("is empty; nothing was changed");
+    QTest::newRow("another kind") << QByteArray(
+        "<bookmarks><bookmark><href>u</href></bookmark></bookmarks>")
+                                  << QByteArray("is no cookie document; nothing was changed");
+    QTest::newRow("damaged") << QByteArray("<cookie>\n<webSiteInfo id=\"000\"><website>w</website>"
+                                           "<name>n</name></webSiteInfo>\n<webSiteInfo>")
+                             << QByteArray("is damaged at line 3, ");
+}
+
+// From a file, and from where it can be read only once.
+void tst_velmora_profile::cookies_areNotReplacedByWhatIsNone()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QByteArray, reason);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("other.xml"), document);
+    const QByteArray before = contentsOf(directory.path());
+
+    for (const char *const file : {"%other.xml", "-", "/dev/stdin"}) {
+        const ToolRun run =
+            runTool(directory, QByteArray("cookies to-ini % ").append(file).constData(), document);
+
+        QVERIFY2(isOneLine(run.errors) && run.errors.contains("' " + reason),
+                 run.errors.constData());
+        QCOMPARE(run.status, 2);
+        COMPARE_BYTES(contentsOf(directory.path()), before);
+    }
+}
+
+void tst_velmora_profile::cookies_replaceNoDocumentOfAnotherKind()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    COMPARE_RUN(runTool(directory, "cookies to-xml % %bookmark.xml"), 2, "",
+                "velmora-profile: '" + directory.path().toUtf8()
+                    + "bookmark.xml' is no cookie document; nothing was changed\n");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+    writeFile(directory.file("new.xml"), "");
+    QCOMPARE(runTool(directory, "cookies to-xml % %new.xml").status, 0);
+    QVERIFY(readFile(directory.file("new.xml")).contains("<name>lang</name>"));
+}
+
+void tst_velmora_profile::cookies_goThroughStandardInputAndOutput()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray document = runTool(directory, "cookies to-xml % -").output;
+    QFile::remove(directory.file("cookie.ini"));
+    COMPARE_RUN(runTool(directory, "cookies to-ini % -", document), 0, "", "");
+    QCOMPARE(jsonOf(runTool(directory, "cookies list % --json")).array().size(), 2);
 }
 
 void tst_velmora_profile::cookies_arePrivateWhenNew()

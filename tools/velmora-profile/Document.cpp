@@ -131,6 +131,13 @@ profile::Document::Document(const DocumentType &type, const QString &path)
     read();
 }
 
+profile::Document::Document(const DocumentType &type, const QString &path,
+                            const QByteArray &content)
+    : m_type(type), m_path(path), m_state(Missing), m_damage{0, 0, QString(), 0}, m_content(content)
+{
+    parse();
+}
+
 void profile::Document::read()
 {
     QFile file(m_path);

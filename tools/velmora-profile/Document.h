@@ -55,6 +55,8 @@ public:
     Document(DocumentKind kind, const QString &directory);
     // Reads it from a file of another name.
     Document(const DocumentType &type, const QString &path);
+    // Takes it from bytes that were read there: those of a pipe can be read only once.
+    Document(const DocumentType &type, const QString &path, const QByteArray &content);
     Document(const Document &) = delete;
     Document &operator=(const Document &) = delete;
 
