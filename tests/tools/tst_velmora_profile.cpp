@@ -125,6 +125,8 @@ private slots:
     void readingCommand_worksOnAClosedFolder_data();
     void readingCommand_worksOnAClosedFolder();
     void everyCommand_refusesAFolderThatCannotBeRead();
+    void readingCommand_refusesWhatIsNoFile_data();
+    void readingCommand_refusesWhatIsNoFile();
     void writingCommand_refusesDamage_data();
     void writingCommand_refusesDamage();
     void usage_isOneLine_data();
@@ -378,6 +380,48 @@ void tst_velmora_profile::everyCommand_refusesAFolderThatCannotBeRead()
                         + "' cannot be read; ask its owner for permission\n");
     }
     QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void tst_velmora_profile::readingCommand_refusesWhatIsNoFile_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("command");
+    const char *const rows[][2] = {
+        {"repostry.xml", "prefs list %"},
+        {"repostry_private.xml", "prefs list % --json"},
+        {"repostry_private.xml", "prefs get % pageInfo.Zoom"},
+        {"bookmark.xml", "bookmarks list %"},
+        {"bookmark.xml", "thumbnails list %"},
+        {"visit.xml", "history list % --json"},
+        {"visit.xml", "history find % http://a.example/"},
+        {"fontlist.xml", "fonts list %"},
+        {"authinfo.xml", "auth list %"},
+        {"cookie.ini", "cookies list %"},
+        {"cookie.ini", "cookies export % -"},
+    };
+    for (const auto &row : rows) {
+        QTest::newRow(row[1]) << QByteArray(row[0]) << QByteArray(row[1]);
+    }
+}
+
+void tst_velmora_profile::readingCommand_refusesWhatIsNoFile()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    QFile::remove(directory.file(file.constData()));
+    QDir(directory.path()).mkdir(QString::fromUtf8(file));
+    const QByteArray said =
+        "velmora-profile: " + file + " cannot be read: it is no file; move it out of the way\n";
+
+    COMPARE_RUN(runTool(directory, command.constData()), 2, "", said);
+    for (const char *const show : {"show %", "show % --json"}) {
+        const ToolRun shown = runTool(directory, show);
+        COMPARE_BYTES(shown.errors, said);
+        QVERIFY2(shown.output.contains("unreadable"), shown.output.constData());
+        QCOMPARE(shown.status, 2);
+    }
 }
 
 void tst_velmora_profile::writingCommand_refusesDamage_data()

@@ -254,15 +254,25 @@ int profile::utf8Bytes(const QString &text) { return int(text.toUtf8().size()); 
 // folder in front of nothing, and the next save leaves the folder's name.
 QString profile::thumbnailName(const QString &path) { return path.section(QLatin1Char('/'), -1); }
 
-void profile::warnOfDamage(const Document &document)
+int profile::failUnreadable(const QString &path)
+{
+    const QFileInfo file(path);
+    return fail(text(file.exists() && !file.isFile()
+                         ? "%1 cannot be read: it is no file; move it out of the way"
+                         : "%1 cannot be read; see to its permissions")
+                    .arg(file.fileName()));
+}
+
+int profile::warnOfDamage(const Document &document)
 {
     if (document.state() == Document::Unreadable) {
-        warn(text("%1 cannot be read; see to its permissions").arg(text(document.type().fileName)));
+        return failUnreadable(document.path());
     }
     if (document.state() == Document::Damaged) {
         warn(text("%1 is %2; run 'velmora-profile repair'")
                  .arg(text(document.type().fileName), damageText(document.damage())));
     }
+    return Done;
 }
 
 int profile::refuseToRead(const Document &document)

@@ -111,9 +111,12 @@ int refuseToRewrite(const Document &document);
 // damaged or cannot be read, and said so.
 int refuseToRead(const Document &document);
 
+// Says that a file of the profile cannot be read, and gives the exit status for it.
+int failUnreadable(const QString &path);
+
 // Says that a document is damaged, if it is, so that nobody takes what stands before the damage for
-// all.
-void warnOfDamage(const Document &document);
+// all. Failed for one that cannot be read, and said so: that is not an empty one.
+int warnOfDamage(const Document &document);
 
 // Names the root of a store, with the attribute that all roots get: some saves do not.
 void nameRoot(VLMC_XMLSetting *store, const DocumentType &type);

@@ -101,7 +101,9 @@ QString refusalOf(const VLMS_AuthInfo &info)
 int profile::listCredentials(const Call &call)
 {
     const Document document(Credentials, text(kHere));
-    warnOfDamage(document);
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const QList<VLMC_XMLNode *> entries = document.children();
     const bool secrets = call.has("show-secrets");
     Table table(

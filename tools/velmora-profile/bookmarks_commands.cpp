@@ -150,7 +150,9 @@ int addAll(const QList<BookmarkRecord> &bookmarks, QList<Loss> *losses)
 int profile::listBookmarks(const Call &call)
 {
     const Document document(Bookmarks, text(kHere));
-    warnOfDamage(document);
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const QList<VLMC_XMLNode *> entries = document.children();
     if (call.has("json")) {
         sayBookmarksAsJson(entries);

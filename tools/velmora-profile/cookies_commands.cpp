@@ -35,7 +35,7 @@ QString expiryOf(const QNetworkCookie &cookie)
 int refuseToUse(const CookieFile &file)
 {
     if (file.state == Document::Unreadable) {
-        return fail(text("cookie.ini cannot be read; see to its permissions"));
+        return failUnreadable(text(kCookieIni));
     }
     if (file.state == Document::Damaged) {
         return fail(text("cookie.ini is damaged: %1; nothing was changed, run 'velmora-profile "
@@ -237,7 +237,10 @@ QJsonObject jsonOf(const QNetworkCookie &cookie, bool showSecrets)
 int profile::listCookies(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
-    if (file.state == Document::Damaged || file.state == Document::Unreadable) {
+    if (file.state == Document::Unreadable) {
+        return failUnreadable(text(kCookieIni));
+    }
+    if (file.state == Document::Damaged) {
         warn(text("cookie.ini is %1; run 'velmora-profile check'").arg(stateName(file.state)));
     }
     const bool secrets = call.has("show-secrets");

@@ -87,7 +87,9 @@ QList<VLMC_XMLNode *> sorted(const Document &document)
 int sayVisits(const Call &call, const QString *url)
 {
     const Document document(History, text(kHere));
-    warnOfDamage(document);
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const QList<VLMC_XMLNode *> entries = sorted(document);
     Table table({text("Id"), text("Visited"), text("Title"), text("URL")});
     QJsonArray array;

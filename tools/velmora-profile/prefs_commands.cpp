@@ -110,6 +110,9 @@ int profile::listPreferences(const Call &call)
 {
     const Document common(CommonPreferences, text(kHere));
     const Document user(UserPreferences, text(kHere));
+    if (warnOfDamage(common) != Done || warnOfDamage(user) != Done) {
+        return Failed;
+    }
     Table table({text("Name"), text("Value"), text("Default"), text("Note")});
     QJsonArray array;
     const QList<Preference> all = preferences();
@@ -121,8 +124,6 @@ int profile::listPreferences(const Call &call)
                    text(preference.fallback), noteOn(value)});
         array.append(jsonOf(preference, value, secrets));
     }
-    warnOfDamage(common);
-    warnOfDamage(user);
     if (call.has("json")) {
         sayJson(array);
     } else {
@@ -138,8 +139,10 @@ int profile::getPreference(const Call &call)
         return failUnknown(call.operands.at(0));
     }
     const Document document(preference->document, text(kHere));
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const PreferenceValue value = valueOf(*preference, document);
-    warnOfDamage(document);
     if (call.has("json")) {
         sayJson(jsonOf(*preference, value, call.has("show-secrets")));
         return Done;

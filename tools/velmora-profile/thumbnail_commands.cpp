@@ -74,7 +74,9 @@ int unpackInto(const QString &target, VLMC_XMLNode *image, bool dryRun)
 
 int profile::listThumbnails(const Call &call)
 {
-    warnOfDamage(Document(Bookmarks, text(kHere)));
+    if (warnOfDamage(Document(Bookmarks, text(kHere))) != Done) {
+        return Failed;
+    }
     Table table({text("File"), text("Size"), text("Bookmark")});
     QJsonArray array;
     const QList<Thumbnail> thumbnails = thumbnailsOf(text(kHere));
