@@ -436,6 +436,7 @@ void tst_velmora_profile::writingCommand_refusesDamage_data()
         {"bookmark.xml", "thumbnails clean %"},
         {"visit.xml", "history add % http://c.example/"},
         {"visit.xml", "history remove % 0"},
+        {"visit.xml", "history clear %"},
         {"fontlist.xml", "fonts add % Serif"},
         {"fontlist.xml", "fonts sync %"},
         {"authinfo.xml", "auth add % h 1 basic u"},
@@ -967,7 +968,6 @@ void tst_velmora_profile::history_isRemovedAndCleared()
                 "Id  Visited           Title  URL\n"
                 "0   2026/01/01 09:05  First  http://a.example/\n",
                 "");
-    writeFile(directory.file("visit.xml"), "<history><pageInfo>");
     COMPARE_RUN(runTool(directory, "history clear %"), 0, "", "");
     COMPARE_BYTES(readFile(directory.file("visit.xml")),
                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<history docInfo=\"1.0\"/>\n");

@@ -167,7 +167,10 @@ int profile::removeHistory(const Call &call)
 
 int profile::clearHistory(const Call &)
 {
-    // Nothing of the file is to be kept, so damage does not matter.
+    // What stands behind a damage, a repair can still get back.
+    if (refuseToRead(Document(History, text(kHere))) != Done) {
+        return Failed;
+    }
     QString directory = text(kHere);
     store().loadHistory(&directory, kMaxEntries);
     store().deleteAllSetting();
