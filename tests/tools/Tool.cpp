@@ -94,11 +94,11 @@ ToolRun runTool(const TestDirectory &directory, const char *arguments, const QBy
     return runTool(split(arguments, directory), input);
 }
 
-ToolRun runWithoutSpace(const TestDirectory &directory, const char *arguments,
-                        const QByteArray &input)
+ToolRun runInBlocks(int blocks, const TestDirectory &directory, const char *arguments,
+                    const QByteArray &input)
 {
-    const QStringList shell = {utf8("-c"), utf8("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
-                               toolPath()};
+    const QString command = utf8("trap '' XFSZ; ulimit -f %1; exec \"$0\" \"$@\"").arg(blocks);
+    const QStringList shell = {utf8("-c"), command, toolPath()};
     return run(utf8("sh"), shell + split(arguments, directory), input);
 }
 

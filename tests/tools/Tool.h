@@ -20,9 +20,9 @@ ToolRun runTool(const TestDirectory &directory, const char *arguments,
                 const QByteArray &input = QByteArray());
 /// Runs it with arguments as they are.
 ToolRun runTool(const QStringList &arguments, const QByteArray &input = QByteArray());
-/// Runs it where no byte can be written to a file, as on a full disk.
-ToolRun runWithoutSpace(const TestDirectory &directory, const char *arguments,
-                        const QByteArray &input = QByteArray());
+/// Runs it where a file takes so many blocks of 512 bytes, as on a disk that runs full.
+ToolRun runInBlocks(int blocks, const TestDirectory &directory, const char *arguments,
+                    const QByteArray &input = QByteArray());
 /// Runs it without the rights of root, for what permissions refuse.
 ToolRun runUnprivileged(const QStringList &arguments);
 /// False where root cannot give up its rights, or nobody else can get at the tool.

@@ -1470,7 +1470,7 @@ void tst_velmora_profile::failedSave_isSaid()
     QCOMPARE(runTool(directory, "prefs set % pageInfo.Zoom 1.1").status, 0);
     const QByteArray before = contentsOf(directory.path());
 
-    const ToolRun run = runWithoutSpace(directory, command.constData(), "secret\n");
+    const ToolRun run = runInBlocks(0, directory, command.constData(), "secret\n");
 
     QCOMPARE(run.status, 2);
     const QByteArray said = "velmora-profile: " + file

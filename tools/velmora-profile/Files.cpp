@@ -21,6 +21,19 @@ bool isControl(ushort code)
     return (code < 0x20 && code != 0x09 && code != 0x0a) || (code & 0xfffe) == 0xfffe
            || (code >= 0xfdd0 && code <= 0xfdef);
 }
+// A disk that runs full takes a part, and says what is wrong at the rest only.
+bool writeAll(QSaveFile *file, const QByteArray &content)
+{
+    qint64 done = 0;
+    while (done < content.size()) {
+        const qint64 written = file->write(content.constData() + done, content.size() - done);
+        if (written <= 0) {
+            return false;
+        }
+        done += written;
+    }
+    return true;
+}
 } // namespace
 
 bool profile::readFile(const QString &path, QByteArray *content, qint64 maxBytes)
@@ -59,15 +72,15 @@ bool profile::writeFile(const QString &path, const QByteArray &content, Readers 
     const bool isNew = !QFile::exists(path);
     const Uninterrupted uninterrupted;
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    // A buffer would drop what is left of a part.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         warn(text("'%1' cannot be written: %2").arg(path, file.errorString()));
         return false;
     }
     if (isNew && readers == OwnerAlone) {
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     }
-    file.write(content);
-    if (!file.commit()) {
+    if (!writeAll(&file, content) || !file.commit()) {
         warn(text("'%1' cannot be written: %2").arg(path, file.errorString()));
         return false;
     }
