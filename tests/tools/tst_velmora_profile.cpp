@@ -173,6 +173,9 @@ private slots:
     void cookies_areNotReplacedByWhatIsNone();
     void cookies_replaceNoDocumentOfAnotherKind();
     void cookies_goThroughStandardInputAndOutput();
+    void cookies_stayWhereNewOnesDoNotFit_data();
+    void cookies_stayWhereNewOnesDoNotFit();
+    void cookies_toIniRefusesADamagedCookieFile();
     void cookies_arePrivateWhenNew();
     void thumbnails_areListed();
     void thumbnails_arePackedAndUnpacked();
@@ -1256,6 +1259,45 @@ void tst_velmora_profile::cookies_goThroughStandardInputAndOutput()
     QCOMPARE(jsonOf(runTool(directory, "cookies list % --json")).array().size(), 2);
 }
 
+void tst_velmora_profile::cookies_stayWhereNewOnesDoNotFit_data()
+{
+    QTest::addColumn<int>("blocks");
+    QTest::newRow("none") << 0;
+    QTest::newRow("a part") << 2;
+}
+
+void tst_velmora_profile::cookies_stayWhereNewOnesDoNotFit()
+{
+    QFETCH(int, blocks);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("cookies.txt"),
+              "# Netscape HTTP Cookie File\nb.example\tFALSE\t/docs\tFALSE\t0\tlang\t"
+                  + QByteArray(4000, 'v') + "\n");
+    const QByteArray before = contentsOf(directory.path());
+
+    const ToolRun run = runInBlocks(blocks, directory, "cookies import % %cookies.txt");
+
+    COMPARE_BYTES(run.errors, "velmora-profile: cookie.ini could not be written; nothing was "
+                              "changed, look at the space for temporary files\n");
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile::cookies_toIniRefusesADamagedCookieFile()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    QCOMPARE(runTool(directory, "cookies to-xml %").status, 0);
+    writeFile(directory.file("cookie.ini"), "[Cookie]\ncookies=@ByteArray(\\0\\0\\0\\x3)\n");
+    const QByteArray before = contentsOf(directory.path());
+    const ToolRun run = runTool(directory, "cookies to-ini %");
+    QVERIFY2(isOneLine(run.errors) && run.errors.contains("cookie.ini is damaged: "),
+             run.errors.constData());
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
 void tst_velmora_profile::cookies_arePrivateWhenNew()
 {
     const TestDirectory directory;
@@ -1449,7 +1491,6 @@ void tst_velmora_profile::failedSave_isSaid_data()
         {"visit.xml", "history clear %"},
         {"fontlist.xml", "fonts add % Serif"},
         {"authinfo.xml", "auth add % h 1 basic u"},
-        {"cookie.ini", "cookies import % %cookies.txt"},
     };
     for (const auto &row : rows) {
         QTest::newRow(row[1]) << QByteArray(row[0]) << QByteArray(row[1]);
@@ -1464,8 +1505,6 @@ void tst_velmora_profile::failedSave_isSaid()
     const TestDirectory directory;
     writeGoodProfile(directory);
     writeFile(directory.file("visit.xml"), fullHistory());
-    writeFile(directory.file("cookies.txt"),
-              "# Netscape HTTP Cookie File\nb.example\tFALSE\t/docs\tFALSE\t0\tlang\tja\n");
     QCOMPARE(runTool(directory, "prefs set % proxy.portHTTP 1111").status, 0);
     QCOMPARE(runTool(directory, "prefs set % pageInfo.Zoom 1.1").status, 0);
     const QByteArray before = contentsOf(directory.path());

@@ -290,7 +290,8 @@ int profile::cookiesToXml(const Call &call)
 int profile::cookiesToIni(const Call &call)
 {
     const Workshop workshop;
-    if (fetch(documentPath(call), Source, workshop) != Done) {
+    if (refuseToUse(readCookieFile(text(kHere))) != Done
+        || fetch(documentPath(call), Source, workshop) != Done) {
         return Failed;
     }
     const QList<Loss> losses =
