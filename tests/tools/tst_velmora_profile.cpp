@@ -179,6 +179,7 @@ private slots:
     void cookies_arePrivateWhenNew();
     void thumbnails_areListed();
     void thumbnails_arePackedAndUnpacked();
+    void thumbnails_areUnpackedFromStandardInput();
     void thumbnails_areUnpackedIntoTheProfileAlone();
     void thumbnails_areCleaned();
     void thumbnails_areNotCleanedWithoutBookmarks();
@@ -1341,6 +1342,24 @@ void tst_velmora_profile::thumbnails_arePackedAndUnpacked()
     COMPARE_RUN(runTool(directory, "thumbnails unpack % %bookmark.xml"), 2, "",
                 "velmora-profile: '" + directory.path().toUtf8()
                     + "bookmark.xml' holds no packed thumbnails; nothing was changed\n");
+}
+
+void tst_velmora_profile::thumbnails_areUnpackedFromStandardInput()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray packed = runTool(directory, "thumbnails pack % -").output;
+    const QByteArray one = readFile(directory.file("thumbnail/000001.PNG"));
+    for (const char *const command : {"thumbnails unpack % -", "thumbnails unpack % /dev/stdin"}) {
+        QFile::remove(directory.file("thumbnail/000001.PNG"));
+        COMPARE_RUN(runTool(directory, command, packed), 0, "000002.PNG\n000001.PNG\n", "");
+        COMPARE_BYTES(readFile(directory.file("thumbnail/000001.PNG")), one);
+    }
+    COMPARE_RUN(runTool(directory, "thumbnails unpack % -"), 2, "",
+                "velmora-profile: '-' holds no packed thumbnails; nothing was changed\n");
+    COMPARE_RUN(runTool(directory, "thumbnails unpack % %none.xml"), 2, "",
+                "velmora-profile: '" + directory.path().toUtf8()
+                    + "none.xml' cannot be read: No such file or directory\n");
 }
 
 void tst_velmora_profile::thumbnails_areUnpackedIntoTheProfileAlone()
