@@ -99,6 +99,14 @@ ToolRun runShell(const QString &script, const TestDirectory &directory)
     return run(utf8("sh"), {utf8("-c"), script, toolPath(), directory.path()}, QByteArray());
 }
 
+ToolRun runInBlocks(int blocks, const TestDirectory &directory, const char *arguments,
+                    const QByteArray &input)
+{
+    const QString command = utf8("trap '' XFSZ; ulimit -f %1; exec \"$0\" \"$@\"").arg(blocks);
+    const QStringList shell = {utf8("-c"), command, toolPath()};
+    return run(utf8("sh"), shell + split(arguments, directory), input);
+}
+
 bool interruptTool(const TestDirectory &directory, const char *arguments, int milliseconds)
 {
     QProcess process;

@@ -23,6 +23,9 @@ ToolRun runTool(const QStringList &arguments, const QByteArray &input = QByteArr
 /// Has a shell run a script in which "$0" is the tool and "$1" the directory, for what is done to
 /// its streams.
 ToolRun runShell(const QString &script, const TestDirectory &directory);
+/// Runs it where a file takes so many blocks of 512 bytes, as on a disk that runs full.
+ToolRun runInBlocks(int blocks, const TestDirectory &directory, const char *arguments,
+                    const QByteArray &input = QByteArray());
 /// Runs it without the rights of root, for what permissions refuse.
 ToolRun runUnprivileged(const QStringList &arguments);
 /// False where root cannot give up its rights, or nobody else can get at the tool.

@@ -74,6 +74,17 @@ void writeImports(const TestDirectory &directory)
               "<thumbnail><image src=\"000003.PNG\"><![CDATA[iVBORw==]]></image></thumbnail>");
 }
 
+// As many visits as a history takes.
+QByteArray fullHistory()
+{
+    QByteArray entries;
+    for (int i = 0; i < 999; ++i) {
+        entries += "<pageInfo><title/><url>http://" + QByteArray::number(i)
+                   + "/</url><dateTime>2026/01/01 00:00</dateTime></pageInfo>";
+    }
+    return "<history>" + entries + "</history>";
+}
+
 void addRows(const char *const *begin, const char *const *end)
 {
     for (; begin != end; ++begin) {
@@ -142,6 +153,8 @@ private slots:
     void readingCommand_worksOnAClosedFolder_data();
     void readingCommand_worksOnAClosedFolder();
     void everyCommand_refusesAFolderThatCannotBeRead();
+    void readingCommand_refusesWhatIsNoFile_data();
+    void readingCommand_refusesWhatIsNoFile();
     void writingCommand_refusesDamage_data();
     void writingCommand_refusesDamage();
     void usage_isOneLine_data();
@@ -194,12 +207,20 @@ private slots:
     void cookies_goToXmlAndBack();
     void cookies_loseHttpOnlyAloudAndNotStrictly();
     void cookies_loseThoseBehindThe20th();
+    void cookies_areNotReplacedByWhatIsNone_data();
+    void cookies_areNotReplacedByWhatIsNone();
+    void cookies_replaceNoDocumentOfAnotherKind();
+    void cookies_goThroughStandardInputAndOutput();
+    void cookies_stayWhereNewOnesDoNotFit_data();
+    void cookies_stayWhereNewOnesDoNotFit();
+    void cookies_toIniRefusesADamagedCookieFile();
     void cookies_arePrivateWhenNew();
     void thumbnails_areListed();
     void thumbnails_areFilesAlone_data();
     void thumbnails_areFilesAlone();
     void thumbnails_arePackedAndUnpacked();
     void thumbnails_areUnpackedInPlaceOfPipes();
+    void thumbnails_areUnpackedFromStandardInput();
     void thumbnails_areUnpackedIntoTheProfileAlone();
     void thumbnails_areCleaned();
     void thumbnails_areNotCleanedWithoutBookmarks();
@@ -209,6 +230,9 @@ private slots:
     void interruptedSave_leavesTheFileWhole();
     void closedOutput_leavesNothingBehind_data();
     void closedOutput_leavesNothingBehind();
+    void failedSave_isSaid_data();
+    void failedSave_isSaid();
+    void saveOfWhatStandsAlready_isDone();
     void tables_alignWideCharacters();
     void tables_printLongCellsWhole();
     void tables_showNoControlCharacters();
@@ -406,6 +430,48 @@ void tst_velmora_profile::everyCommand_refusesAFolderThatCannotBeRead()
     QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+void tst_velmora_profile::readingCommand_refusesWhatIsNoFile_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("command");
+    const char *const rows[][2] = {
+        {"repostry.xml", "prefs list %"},
+        {"repostry_private.xml", "prefs list % --json"},
+        {"repostry_private.xml", "prefs get % pageInfo.Zoom"},
+        {"bookmark.xml", "bookmarks list %"},
+        {"bookmark.xml", "thumbnails list %"},
+        {"visit.xml", "history list % --json"},
+        {"visit.xml", "history find % http://a.example/"},
+        {"fontlist.xml", "fonts list %"},
+        {"authinfo.xml", "auth list %"},
+        {"cookie.ini", "cookies list %"},
+        {"cookie.ini", "cookies export % -"},
+    };
+    for (const auto &row : rows) {
+        QTest::newRow(row[1]) << QByteArray(row[0]) << QByteArray(row[1]);
+    }
+}
+
+void tst_velmora_profile::readingCommand_refusesWhatIsNoFile()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    QFile::remove(directory.file(file.constData()));
+    QDir(directory.path()).mkdir(QString::fromUtf8(file));
+    const QByteArray said =
+        "velmora-profile: " + file + " cannot be read: it is no file; move it out of the way\n";
+
+    COMPARE_RUN(runTool(directory, command.constData()), 2, "", said);
+    for (const char *const show : {"show %", "show % --json"}) {
+        const ToolRun shown = runTool(directory, show);
+        COMPARE_BYTES(shown.errors, said);
+        QVERIFY2(shown.output.contains("unreadable"), shown.output.constData());
+        QCOMPARE(shown.status, 2);
+    }
+}
+
 void tst_velmora_profile::writingCommand_refusesDamage_data()
 {
     QTest::addColumn<QByteArray>("file");
@@ -418,6 +484,7 @@ void tst_velmora_profile::writingCommand_refusesDamage_data()
         {"bookmark.xml", "thumbnails clean %"},
         {"visit.xml", "history add % http://c.example/"},
         {"visit.xml", "history remove % 0"},
+        {"visit.xml", "history clear %"},
         {"fontlist.xml", "fonts add % Serif"},
         {"fontlist.xml", "fonts sync %"},
         {"authinfo.xml", "auth add % h 1 basic u"},
@@ -1019,7 +1086,6 @@ void tst_velmora_profile::history_isRemovedAndCleared()
                 "Id  Visited           Title  URL\n"
                 "0   2026/01/01 09:05  First  http://a.example/\n",
                 "");
-    writeFile(directory.file("visit.xml"), "<history><pageInfo>");
     COMPARE_RUN(runTool(directory, "history clear %"), 0, "", "");
     COMPARE_BYTES(readFile(directory.file("visit.xml")),
                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<history docInfo=\"1.0\"/>\n");
@@ -1080,12 +1146,7 @@ void tst_velmora_profile::times_inTheGapAreKept()
 void tst_velmora_profile::history_dropsTheOldestAt999()
 {
     const TestDirectory directory;
-    QByteArray entries;
-    for (int i = 0; i < 999; ++i) {
-        entries += "<pageInfo><title/><url>http://" + QByteArray::number(i)
-                   + "/</url><dateTime>2026/01/01 00:00</dateTime></pageInfo>";
-    }
-    writeFile(directory.file("visit.xml"), "<history>" + entries + "</history>");
+    writeFile(directory.file("visit.xml"), fullHistory());
     COMPARE_RUN(runTool(directory, "history add % http://new/"), 0, "",
                 "velmora-profile: lost: http://998/: the oldest of 999 makes room\n");
     QCOMPARE(jsonOf(runTool(directory, "history list % --json")).array().size(), 999);
@@ -1364,6 +1425,104 @@ void tst_velmora_profile::cookies_loseThoseBehindThe20th()
     QCOMPARE(jsonOf(runTool(directory, "cookies list % --json")).array().size(), 20);
 }
 
+void tst_velmora_profile::cookies_areNotReplacedByWhatIsNone_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("empty") << QByteArray() << QByteArray("is empty; nothing was changed");
+    QTest::newRow("blank") << QByteArray(" \n") << QByteArray("is empty; nothing was changed");
+    QTest::newRow("another kind") << QByteArray(
+        "<bookmarks><bookmark><href>u</href></bookmark></bookmarks>")
+                                  << QByteArray("is no cookie document; nothing was changed");
+    QTest::newRow("damaged") << QByteArray("<cookie>\n<webSiteInfo id=\"000\"><website>w</website>"
+                                           "<name>n</name></webSiteInfo>\n<webSiteInfo>")
+                             << QByteArray("is damaged at line 3, ");
+}
+
+// From a file, and from where it can be read only once.
+void tst_velmora_profile::cookies_areNotReplacedByWhatIsNone()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QByteArray, reason);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("other.xml"), document);
+    const QByteArray before = contentsOf(directory.path());
+
+    for (const char *const file : {"%other.xml", "-", "/dev/stdin"}) {
+        const ToolRun run =
+            runTool(directory, QByteArray("cookies to-ini % ").append(file).constData(), document);
+
+        QVERIFY2(isOneLine(run.errors) && run.errors.contains("' " + reason),
+                 run.errors.constData());
+        QCOMPARE(run.status, 2);
+        COMPARE_BYTES(contentsOf(directory.path()), before);
+    }
+}
+
+void tst_velmora_profile::cookies_replaceNoDocumentOfAnotherKind()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray before = contentsOf(directory.path());
+    COMPARE_RUN(runTool(directory, "cookies to-xml % %bookmark.xml"), 2, "",
+                "velmora-profile: '" + directory.path().toUtf8()
+                    + "bookmark.xml' is no cookie document; nothing was changed\n");
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+    writeFile(directory.file("new.xml"), "");
+    QCOMPARE(runTool(directory, "cookies to-xml % %new.xml").status, 0);
+    QVERIFY(readFile(directory.file("new.xml")).contains("<name>lang</name>"));
+}
+
+void tst_velmora_profile::cookies_goThroughStandardInputAndOutput()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray document = runTool(directory, "cookies to-xml % -").output;
+    QFile::remove(directory.file("cookie.ini"));
+    COMPARE_RUN(runTool(directory, "cookies to-ini % -", document), 0, "", "");
+    QCOMPARE(jsonOf(runTool(directory, "cookies list % --json")).array().size(), 2);
+}
+
+void tst_velmora_profile::cookies_stayWhereNewOnesDoNotFit_data()
+{
+    QTest::addColumn<int>("blocks");
+    QTest::newRow("none") << 0;
+    QTest::newRow("a part") << 2;
+}
+
+void tst_velmora_profile::cookies_stayWhereNewOnesDoNotFit()
+{
+    QFETCH(int, blocks);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("cookies.txt"),
+              "# Netscape HTTP Cookie File\nb.example\tFALSE\t/docs\tFALSE\t0\tlang\t"
+                  + QByteArray(4000, 'v') + "\n");
+    const QByteArray before = contentsOf(directory.path());
+
+    const ToolRun run = runInBlocks(blocks, directory, "cookies import % %cookies.txt");
+
+    COMPARE_BYTES(run.errors, "velmora-profile: cookie.ini could not be written; nothing was "
+                              "changed, look at the space for temporary files\n");
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile::cookies_toIniRefusesADamagedCookieFile()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    QCOMPARE(runTool(directory, "cookies to-xml %").status, 0);
+    writeFile(directory.file("cookie.ini"), "[Cookie]\ncookies=@ByteArray(\\0\\0\\0\\x3)\n");
+    const QByteArray before = contentsOf(directory.path());
+    const ToolRun run = runTool(directory, "cookies to-ini %");
+    QVERIFY2(isOneLine(run.errors) && run.errors.contains("cookie.ini is damaged: "),
+             run.errors.constData());
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
 void tst_velmora_profile::cookies_arePrivateWhenNew()
 {
     const TestDirectory directory;
@@ -1453,6 +1612,24 @@ void tst_velmora_profile::thumbnails_areUnpackedInPlaceOfPipes()
     QCOMPARE(runTool(directory, "thumbnails unpack % %packed.xml").status, 0);
     QVERIFY(QFileInfo(file).isFile());
     COMPARE_BYTES(readFile(file), content);
+}
+
+void tst_velmora_profile::thumbnails_areUnpackedFromStandardInput()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const QByteArray packed = runTool(directory, "thumbnails pack % -").output;
+    const QByteArray one = readFile(directory.file("thumbnail/000001.PNG"));
+    for (const char *const command : {"thumbnails unpack % -", "thumbnails unpack % /dev/stdin"}) {
+        QFile::remove(directory.file("thumbnail/000001.PNG"));
+        COMPARE_RUN(runTool(directory, command, packed), 0, "000002.PNG\n000001.PNG\n", "");
+        COMPARE_BYTES(readFile(directory.file("thumbnail/000001.PNG")), one);
+    }
+    COMPARE_RUN(runTool(directory, "thumbnails unpack % -"), 2, "",
+                "velmora-profile: '-' holds no packed thumbnails; nothing was changed\n");
+    COMPARE_RUN(runTool(directory, "thumbnails unpack % %none.xml"), 2, "",
+                "velmora-profile: '" + directory.path().toUtf8()
+                    + "none.xml' cannot be read: No such file or directory\n");
 }
 
 void tst_velmora_profile::thumbnails_areUnpackedIntoTheProfileAlone()
@@ -1616,6 +1793,59 @@ void tst_velmora_profile::closedOutput_leavesNothingBehind()
              directory);
     COMPARE_BYTES(contentsOf(temporary.path()), "");
     QVERIFY(QDir(temporary.path()).isEmpty());
+}
+
+void tst_velmora_profile::failedSave_isSaid_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("command");
+    const char *const rows[][2] = {
+        {"repostry.xml", "prefs set % proxy.hostName lost.example"},
+        {"repostry_private.xml", "prefs set % pageInfo.Zoom 1.5"},
+        {"bookmark.xml", "bookmarks add % http://c.example/"},
+        {"bookmark.xml", "bookmarks remove % 0"},
+        {"visit.xml", "history add % http://c.example/"},
+        {"visit.xml", "history clear %"},
+        {"fontlist.xml", "fonts add % Serif"},
+        {"authinfo.xml", "auth add % h 1 basic u"},
+    };
+    for (const auto &row : rows) {
+        QTest::newRow(row[1]) << QByteArray(row[0]) << QByteArray(row[1]);
+    }
+}
+
+// Also of a save that leaves as many entries as there were.
+void tst_velmora_profile::failedSave_isSaid()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, command);
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    writeFile(directory.file("visit.xml"), fullHistory());
+    QCOMPARE(runTool(directory, "prefs set % proxy.portHTTP 1111").status, 0);
+    QCOMPARE(runTool(directory, "prefs set % pageInfo.Zoom 1.1").status, 0);
+    const QByteArray before = contentsOf(directory.path());
+
+    const ToolRun run = runInBlocks(0, directory, command.constData(), "secret\n");
+
+    QCOMPARE(run.status, 2);
+    const QByteArray said = "velmora-profile: " + file
+                            + " could not be written as it should be; look at the space and the "
+                              "permissions of the folder\n";
+    QVERIFY2(run.errors.endsWith(said), run.errors.constData());
+    COMPARE_BYTES(contentsOf(directory.path()), before);
+}
+
+void tst_velmora_profile::saveOfWhatStandsAlready_isDone()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    for (int i = 0; i < 2; ++i) {
+        COMPARE_RUN(runTool(directory, "prefs set % proxy.portHTTP 1111"), 0, "", "");
+        COMPARE_RUN(runTool(directory, "history clear %"), 0, "", "");
+        COMPARE_RUN(runTool(directory, "bookmarks add % http://c.example/"), 0, "", "");
+        COMPARE_RUN(runTool(directory, "bookmarks remove % 2"), 0, "", "");
+    }
 }
 
 void tst_velmora_profile::tables_alignWideCharacters()

@@ -27,6 +27,8 @@ private slots:
     void strictImports_changeNothing();
     void strictExports_writeNothing_data();
     void strictExports_writeNothing();
+    void exportThatDoesNotFit_leavesTheFile_data();
+    void exportThatDoesNotFit_leavesTheFile();
     void bookmarks_areRefusedFromOtherFiles();
     void bookmarks_comeFromStandardInput();
     void history_isExported();
@@ -290,6 +292,30 @@ void tst_velmora_profile_exchange::history_isExported()
     QVERIFY(csv.output.contains("2026/01/01 09:05"));
     const QJsonDocument json = jsonOf(runTool(directory, "history export % - --format json"));
     QVERIFY(json.toJson().contains("http://a.example/"));
+}
+
+void tst_velmora_profile_exchange::exportThatDoesNotFit_leavesTheFile_data()
+{
+    QTest::addColumn<int>("entries");
+    QTest::newRow("a few blocks") << 20;
+    QTest::newRow("many blocks") << 900;
+}
+
+void tst_velmora_profile_exchange::exportThatDoesNotFit_leavesTheFile()
+{
+    QFETCH(int, entries);
+    const TestDirectory directory;
+    const QByteArray entry = "<bookmark><href>http://a.example/</href><title>T</title></bookmark>";
+    writeFile(directory.file("bookmark.xml"),
+              "<bookmarks>" + entry.repeated(entries) + "</bookmarks>");
+    writeFile(directory.file("out"), "before");
+    const QByteArray before = contentsOf(directory.path());
+
+    const ToolRun run = runInBlocks(1, directory, "bookmarks export % %out");
+
+    QVERIFY2(run.errors.contains("out' cannot be written: "), run.errors.constData());
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
 void tst_velmora_profile_exchange::cookies_comeBackAsTheyWere()

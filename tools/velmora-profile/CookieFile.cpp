@@ -3,11 +3,13 @@
 #include "cookies/HarmlessIni_p.h"
 #include "cookies/VLMC_CookieSetting.h"
 #include "tools/velmora-profile/Console.h"
+#include "tools/velmora-profile/Files.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSettings>
+#include <QtCore/QTemporaryDir>
 
 #include <sys/stat.h>
 
@@ -62,6 +64,21 @@ QString damageOf(const QString &path)
                ? damageOfBytes(settings.value(text("Cookie/cookies")).toByteArray())
                : text("it is no INI file");
 }
+// The cookies as a file that holds them gives them back.
+QList<QNetworkCookie> readBack(const QList<QNetworkCookie> &cookies)
+{
+    QList<QNetworkCookie> read;
+    for (const QNetworkCookie &cookie : cookies) {
+        read += QNetworkCookie::parseCookies(cookie.toRawForm(QNetworkCookie::Full));
+    }
+    return read;
+}
+
+bool holds(const QString &directory, const QList<QNetworkCookie> &cookies)
+{
+    const CookieFile file = readCookieFile(directory);
+    return file.state == Document::Whole && file.cookies == readBack(cookies);
+}
 } // namespace
 
 profile::CookieFile profile::readCookieFile(const QString &directory)
@@ -88,15 +105,22 @@ profile::CookieFile profile::readCookieFile(const QString &directory)
 
 int profile::writeCookieFile(const QList<QNetworkCookie> &cookies)
 {
+    // An interruption waits until the folders are gone.
     const Uninterrupted uninterrupted;
-    const OwnerOnly ownerOnly;
-    QString directory = text(kHere);
-    VLMC_CookieSetting::getInstance()->saveCookieInfo(cookies, &directory, kMaxEntries);
-    const CookieFile saved = readCookieFile(text(kHere));
-    return saved.state == Document::Whole && saved.cookies.size() == cookies.size()
-               ? Done
-               : fail(text("cookie.ini could not be written as it should be; look at the space and "
-                           "the permissions of the folder"));
+    const QTemporaryDir written;
+    const QTemporaryDir checked;
+    QString folder = written.path() + QLatin1Char('/');
+    VLMC_CookieSetting::getInstance()->saveCookieInfo(cookies, &folder, kMaxEntries);
+    // QSettings keeps in mind what it wrote under a name, whatever has reached the file.
+    const QString directory = checked.path() + QLatin1Char('/');
+    const QString path = directory + text(kCookieIni);
+    QByteArray content;
+    if (!QFile::rename(folder + text(kCookieIni), path) || !holds(directory, cookies)) {
+        return fail(text("cookie.ini could not be written; nothing was changed, look at the space "
+                         "for temporary files"));
+    }
+    return readFile(path, &content) && replaceFile(text(kCookieIni), content, OwnerAlone) ? Done
+                                                                                          : Failed;
 }
 
 profile::OwnerOnly::OwnerOnly() : m_before(umask(S_IRWXG | S_IRWXO)) {}

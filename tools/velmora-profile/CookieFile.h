@@ -19,8 +19,8 @@ struct CookieFile {
 // The file in the directory, which ends with "/".
 CookieFile readCookieFile(const QString &directory);
 
-// Has the library write the cookies, and looks whether the file then holds them: Failed, and said
-// so, when it does not.
+// Has the library write the cookies, looks whether its file holds them, and replaces the profile's
+// by it: Failed, and said so, when that cannot be done; the file is then as it was.
 int writeCookieFile(const QList<QNetworkCookie> &cookies);
 
 // Files that this process creates while one lives are their owner's alone.

@@ -2,7 +2,9 @@
 
 #include "core/DocumentSource_p.h"
 #include "core/VLMC_XMLReader.h"
+#include "core/VLMC_XMLWriter.h"
 #include "tools/velmora-profile/Console.h"
+#include "tools/velmora-profile/Files.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -108,6 +110,34 @@ Outline outlineOf(QByteArray content, const DocumentType &type)
     return outline;
 }
 
+// Takes a document up to the size that a save writes: indentation can make a small tree fill all
+// the memory there is.
+class BoundedCopy : public QIODevice
+{
+public:
+    BoundedCopy() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+
+    bool isSequential() const override { return true; }
+    QByteArray content() const { return m_isTooLarge ? QByteArray() : m_content; }
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+
+    qint64 writeData(const char *data, qint64 bytes) override
+    {
+        m_isTooLarge = m_isTooLarge || m_content.size() + bytes > kMaxFileBytes;
+        if (m_isTooLarge) {
+            return -1;
+        }
+        m_content.append(data, int(bytes));
+        return bytes;
+    }
+
+private:
+    QByteArray m_content;
+    bool m_isTooLarge = false;
+};
+
 VLMC_XMLNode *treeOf(QByteArray content)
 {
     QBuffer buffer(&content);
@@ -145,6 +175,13 @@ profile::Document::Document(const DocumentType &type, const QString &path)
     : m_type(type), m_path(path), m_state(Missing), m_damage{0, 0, QString(), 0}
 {
     read();
+}
+
+profile::Document::Document(const DocumentType &type, const QString &path,
+                            const QByteArray &content)
+    : m_type(type), m_path(path), m_state(Missing), m_damage{0, 0, QString(), 0}, m_content(content)
+{
+    parse();
 }
 
 void profile::Document::read()
@@ -263,15 +300,25 @@ int profile::utf8Bytes(const QString &text) { return int(text.toUtf8().size()); 
 // folder in front of nothing, and the next save leaves the folder's name.
 QString profile::thumbnailName(const QString &path) { return path.section(QLatin1Char('/'), -1); }
 
-void profile::warnOfDamage(const Document &document)
+int profile::failUnreadable(const QString &path)
+{
+    const QFileInfo file(path);
+    return fail(text(file.exists() && !file.isFile()
+                         ? "%1 cannot be read: it is no file; move it out of the way"
+                         : "%1 cannot be read; see to its permissions")
+                    .arg(file.fileName()));
+}
+
+int profile::warnOfDamage(const Document &document)
 {
     if (document.state() == Document::Unreadable) {
-        warn(text("%1 cannot be read; see to its permissions").arg(text(document.type().fileName)));
+        return failUnreadable(document.path());
     }
     if (document.state() == Document::Damaged) {
         warn(text("%1 is %2; run 'velmora-profile repair'")
                  .arg(text(document.type().fileName), damageText(document.damage())));
     }
+    return Done;
 }
 
 int profile::refuseToRead(const Document &document)
@@ -307,10 +354,26 @@ int profile::refuseToRewrite(const Document &document)
     return Done;
 }
 
-bool profile::isSaved(DocumentKind kind, int entries)
+void profile::nameRoot(VLMC_XMLSetting *store, const DocumentType &type)
+{
+    QString name = text(type.rootName);
+    QXmlStreamAttributes attributes;
+    attributes.append(text("docInfo"), text("1.0"));
+    store->getXMLRootNode()->setName(name);
+    store->getXMLRootNode()->setAttribute(attributes);
+}
+
+QByteArray profile::contentOf(VLMC_XMLSetting *store)
+{
+    BoundedCopy copy;
+    VLMC_XMLWriter writer;
+    return writer.write(copy, store->getXMLRootNode()) ? copy.content() : QByteArray();
+}
+
+bool profile::isSaved(DocumentKind kind, const QByteArray &content)
 {
     const Document document(kind, text(kHere));
-    if (document.state() == Document::Whole && document.children().size() == entries) {
+    if (!content.isEmpty() && document.content() == content) {
         return true;
     }
     warn(text("%1 could not be written as it should be; look at the space and the permissions of "

@@ -2,6 +2,7 @@
 #define DOCUMENT_H
 
 #include "core/VLMC_XMLNode.h"
+#include "core/VLMC_XMLSetting.h"
 
 #include <QtCore/QList>
 #include <QtCore/QScopedPointer>
@@ -54,6 +55,8 @@ public:
     Document(DocumentKind kind, const QString &directory);
     // Reads it from a file of another name.
     Document(const DocumentType &type, const QString &path);
+    // Takes it from bytes that were read there: those of a pipe can be read only once.
+    Document(const DocumentType &type, const QString &path, const QByteArray &content);
     Document(const Document &) = delete;
     Document &operator=(const Document &) = delete;
 
@@ -108,13 +111,22 @@ int refuseToRewrite(const Document &document);
 // damaged or cannot be read, and said so.
 int refuseToRead(const Document &document);
 
-// Says that a document is damaged, if it is, so that nobody takes what stands before the damage for
-// all.
-void warnOfDamage(const Document &document);
+// Says that a file of the profile cannot be read, and gives the exit status for it.
+int failUnreadable(const QString &path);
 
-// Whether the file holds so many entries after a save; otherwise says so. The library's saves
+// Says that a document is damaged, if it is, so that nobody takes what stands before the damage for
+// all. Failed for one that cannot be read, and said so: that is not an empty one.
+int warnOfDamage(const Document &document);
+
+// Names the root of a store, with the attribute that all roots get: some saves do not.
+void nameRoot(VLMC_XMLSetting *store, const DocumentType &type);
+
+// What a save of the store writes; empty for more than it writes at most.
+QByteArray contentOf(VLMC_XMLSetting *store);
+
+// Whether the file holds this and nothing else after a save; otherwise says so. The library's saves
 // report nothing.
-bool isSaved(DocumentKind kind, int entries);
+bool isSaved(DocumentKind kind, const QByteArray &content);
 } // namespace profile
 
 #endif

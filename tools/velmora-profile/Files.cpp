@@ -35,6 +35,20 @@ bool isStandardOutput(const struct stat &status)
            && output.st_ino == status.st_ino;
 }
 
+// A disk that runs full takes a part, and says what is wrong at the rest only.
+bool writeAll(QIODevice *file, const QByteArray &content)
+{
+    qint64 done = 0;
+    while (done < content.size()) {
+        const qint64 written = file->write(content.constData() + done, content.size() - done);
+        if (written <= 0) {
+            return false;
+        }
+        done += written;
+    }
+    return true;
+}
+
 // For pipes and devices: a file that took their name would never reach who waits at the other end.
 // There is nothing to keep whole, so an interruption ends the wait for a reader.
 bool writeInPlace(const QString &path, const QByteArray &content)
@@ -46,8 +60,7 @@ bool writeInPlace(const QString &path, const QByteArray &content)
     }
     QFile file;
     const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
-    return (file.open(descriptor, mode, QFile::AutoCloseHandle)
-            && file.write(content) == content.size())
+    return (file.open(descriptor, mode, QFile::AutoCloseHandle) && writeAll(&file, content))
            || refuseToWrite(path, file.errorString());
 }
 
@@ -105,14 +118,14 @@ bool profile::replaceFile(const QString &path, const QByteArray &content, Reader
     const bool isNew = !QFile::exists(path);
     const Uninterrupted uninterrupted;
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    // A buffer would drop what is left of a part.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         return refuseToWrite(path, file.errorString());
     }
     if (isNew && readers == OwnerAlone) {
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     }
-    file.write(content);
-    return file.commit() || refuseToWrite(path, file.errorString());
+    return (writeAll(&file, content) && file.commit()) || refuseToWrite(path, file.errorString());
 }
 
 void profile::sayLosses(const QList<Loss> &losses)

@@ -36,7 +36,7 @@ int save()
     const OwnerOnly ownerOnly;
     QString directory = text(kHere);
     store().saveAuthInfo(&directory, kMaxEntries);
-    return isSaved(profile::Credentials, store().getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(profile::Credentials, contentOf(&store())) ? Done : Failed;
 }
 
 int schemeCode(const QString &scheme)
@@ -101,7 +101,9 @@ QString refusalOf(const VLMS_AuthInfo &info)
 int profile::listCredentials(const Call &call)
 {
     const Document document(Credentials, text(kHere));
-    warnOfDamage(document);
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const QList<VLMC_XMLNode *> entries = document.children();
     const bool secrets = call.has("show-secrets");
     Table table(

@@ -31,9 +31,13 @@ int load()
 int save()
 {
     const Uninterrupted uninterrupted;
+    nameRoot(&store(), documentType(Bookmarks));
+    // As the save does; it leaves the folder in front of every path.
+    store().removeThumbnailFilePath();
+    const QByteArray content = contentOf(&store());
     QString directory = text(kHere);
     store().saveBookmark(&directory, kMaxEntries);
-    return isSaved(Bookmarks, store().getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(Bookmarks, content) ? Done : Failed;
 }
 
 // What has to be known before a bookmark is added: nothing for one that is refused as a whole.
@@ -146,7 +150,9 @@ int addAll(const QList<BookmarkRecord> &bookmarks, QList<Loss> *losses)
 int profile::listBookmarks(const Call &call)
 {
     const Document document(Bookmarks, text(kHere));
-    warnOfDamage(document);
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const QList<VLMC_XMLNode *> entries = document.children();
     if (call.has("json")) {
         sayBookmarksAsJson(entries);

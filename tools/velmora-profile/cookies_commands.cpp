@@ -36,7 +36,7 @@ QString expiryOf(const QNetworkCookie &cookie)
 int refuseToUse(const CookieFile &file)
 {
     if (file.state == Document::Unreadable) {
-        return fail(text("cookie.ini cannot be read; see to its permissions"));
+        return failUnreadable(text(kCookieIni));
     }
     if (file.state == Document::Damaged) {
         return fail(text("cookie.ini is damaged: %1; nothing was changed, run 'velmora-profile "
@@ -77,25 +77,50 @@ QString documentPath(const Call &call)
                                    : call.path(call.operands.at(0));
 }
 
-// Puts the document into the workshop. A missing one is an empty one when it may be missing.
-int fetch(const QString &path, bool mayBeMissing, const Workshop &workshop)
+int failWithoutSpace()
 {
-    if (!workshop.isReady()) {
-        return fail(text("no temporary folder can be made; set TMPDIR to one with space"));
-    }
-    if (mayBeMissing && !QFile::exists(path)) {
-        return Done;
-    }
-    const Document document(documentType(CookieDocument), path);
-    QByteArray content;
-    if (!readFile(path, &content)) {
-        return Failed;
+    return fail(text("there is no room for temporary files; nothing was changed, set TMPDIR to a "
+                     "folder with space"));
+}
+
+// Whether a conversion reads the document or merges into it.
+enum Purpose { Source, Target };
+
+bool isNew(const QString &path) { return path == text("-") || !QFile::exists(path); }
+
+// The library takes what is no cookie document for one without cookies.
+int refuseToConvert(const Document &document, Purpose purpose)
+{
+    const bool isEmpty = document.state() == Document::Empty;
+    if (isEmpty && purpose == Source) {
+        return fail(text("'%1' is empty; nothing was changed").arg(document.path()));
     }
     if (document.state() == Document::Damaged) {
         return fail(text("'%1' is %2; nothing was changed, repair it first")
-                        .arg(path, damageText(document.damage())));
+                        .arg(document.path(), damageText(document.damage())));
     }
-    return writeFile(workshop.document(), content, OwnerAlone) ? Done : Failed;
+    if (!isEmpty && document.rootName() != text(document.type().rootName)) {
+        return fail(text("'%1' is no cookie document; nothing was changed").arg(document.path()));
+    }
+    return Done;
+}
+
+// Puts the document into the workshop; a new target starts without one.
+int fetch(const QString &path, Purpose purpose, const Workshop &workshop)
+{
+    if (!workshop.isReady()) {
+        return failWithoutSpace();
+    }
+    if (purpose == Target && isNew(path)) {
+        return Done;
+    }
+    QByteArray content;
+    if (!readFile(path, &content)
+        || refuseToConvert(Document(documentType(CookieDocument), path, content), purpose)
+               != Done) {
+        return Failed;
+    }
+    return replaceFile(workshop.document(), content, OwnerAlone) ? Done : Failed;
 }
 
 QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
@@ -212,7 +237,10 @@ QJsonObject jsonOf(const QNetworkCookie &cookie, bool showSecrets)
 int profile::listCookies(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
-    if (file.state == Document::Damaged || file.state == Document::Unreadable) {
+    if (file.state == Document::Unreadable) {
+        return failUnreadable(text(kCookieIni));
+    }
+    if (file.state == Document::Damaged) {
         warn(text("cookie.ini is %1; run 'velmora-profile check'").arg(stateName(file.state)));
     }
     const bool secrets = call.has("show-secrets");
@@ -237,7 +265,7 @@ int profile::cookiesToXml(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
     const Workshop workshop;
-    if (refuseToUse(file) != Done || fetch(documentPath(call), true, workshop) != Done) {
+    if (refuseToUse(file) != Done || fetch(documentPath(call), Target, workshop) != Done) {
         return Failed;
     }
     // An engine file that is not there would empty the document.
@@ -262,7 +290,8 @@ int profile::cookiesToXml(const Call &call)
 int profile::cookiesToIni(const Call &call)
 {
     const Workshop workshop;
-    if (fetch(documentPath(call), false, workshop) != Done) {
+    if (refuseToUse(readCookieFile(text(kHere))) != Done
+        || fetch(documentPath(call), Source, workshop) != Done) {
         return Failed;
     }
     const QList<Loss> losses =
@@ -274,7 +303,12 @@ int profile::cookiesToIni(const Call &call)
     QByteArray document = workshop.localDocument();
     QByteArray folder = workshop.localFolder();
     store().convertCookieXMLToIni(document.data(), folder.data());
-    return writeCookieFile(readCookieFile(workshop.folder()).cookies);
+    const CookieFile converted = readCookieFile(workshop.folder());
+    // Without space for it there is none, or an empty one.
+    if (converted.state == Document::Missing || converted.state == Document::Empty) {
+        return failWithoutSpace();
+    }
+    return writeCookieFile(converted.cookies);
 }
 
 int profile::importCookies(const Call &call)

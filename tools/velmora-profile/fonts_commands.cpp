@@ -29,7 +29,7 @@ int save()
 {
     const Uninterrupted uninterrupted;
     store().saveFontList(text(kHere));
-    return isSaved(Fonts, store().getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(Fonts, contentOf(&store())) ? Done : Failed;
 }
 
 // Why a font cannot be listed; empty when it can.
@@ -94,7 +94,9 @@ void sayChanges(const QStringList &before, const QStringList &after)
 int profile::listFonts(const Call &call)
 {
     const Document document(Fonts, text(kHere));
-    warnOfDamage(document);
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const QList<VLMC_XMLNode *> entries = document.children();
     Table table({text("Id"), text("Name")});
     QJsonArray array;

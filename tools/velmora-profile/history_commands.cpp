@@ -51,7 +51,7 @@ int save()
     const Uninterrupted uninterrupted;
     QString directory = text(kHere);
     store().saveHistory(&directory, kMaxEntries);
-    return isSaved(History, store().getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(History, contentOf(&store())) ? Done : Failed;
 }
 
 struct Visit {
@@ -84,7 +84,9 @@ QList<VLMC_XMLNode *> sorted(const Document &document)
 int sayVisits(const Call &call, const QString *url)
 {
     const Document document(History, text(kHere));
-    warnOfDamage(document);
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const QList<VLMC_XMLNode *> entries = sorted(document);
     Table table({text("Id"), text("Visited"), text("Title"), text("URL")});
     QJsonArray array;
@@ -162,7 +164,10 @@ int profile::removeHistory(const Call &call)
 
 int profile::clearHistory(const Call &)
 {
-    // Nothing of the file is to be kept, so damage does not matter.
+    // What stands behind a damage, a repair can still get back.
+    if (refuseToRead(Document(History, text(kHere))) != Done) {
+        return Failed;
+    }
     QString directory = text(kHere);
     store().loadHistory(&directory, kMaxEntries);
     store().deleteAllSetting();

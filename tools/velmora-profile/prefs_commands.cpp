@@ -73,7 +73,7 @@ int saveCommon()
     VLMC_BrowserCommonSetting *const store = VLMC_BrowserCommonSetting::getInstance();
     QString directory = text(kHere);
     store->saveSetting(&directory);
-    return isSaved(CommonPreferences, store->getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(CommonPreferences, contentOf(store)) ? Done : Failed;
 }
 
 int saveUser()
@@ -82,7 +82,7 @@ int saveUser()
     VLMC_BrowserUserSetting *const store = VLMC_BrowserUserSetting::getInstance();
     QString directory = text(kHere);
     store->saveSetting(&directory);
-    return isSaved(UserPreferences, store->getXMLNodeCnt()) ? Done : Failed;
+    return isSaved(UserPreferences, contentOf(store)) ? Done : Failed;
 }
 
 // Encoded values keep every character.
@@ -124,6 +124,9 @@ int profile::listPreferences(const Call &call)
 {
     const Document common(CommonPreferences, text(kHere));
     const Document user(UserPreferences, text(kHere));
+    if (warnOfDamage(common) != Done || warnOfDamage(user) != Done) {
+        return Failed;
+    }
     Table table({text("Name"), text("Value"), text("Default"), text("Note")});
     QJsonArray array;
     const QList<Preference> all = preferences();
@@ -135,8 +138,6 @@ int profile::listPreferences(const Call &call)
                    text(preference.fallback), noteOn(value)});
         array.append(jsonOf(preference, value, secrets));
     }
-    warnOfDamage(common);
-    warnOfDamage(user);
     if (call.has("json")) {
         sayJson(array);
     } else {
@@ -152,8 +153,10 @@ int profile::getPreference(const Call &call)
         return failUnknown(call.operands.at(0));
     }
     const Document document(preference->document, text(kHere));
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
     const PreferenceValue value = valueOf(*preference, document);
-    warnOfDamage(document);
     if (call.has("json")) {
         sayJson(jsonOf(*preference, value, call.has("show-secrets")));
         return Done;

@@ -68,16 +68,6 @@ VLMC_XMLSetting *storeOf(DocumentKind kind)
     return VLMC_CookieSetting::getInstance();
 }
 
-// Names the root of a store whose save does not, with the attribute that the others get.
-void nameRoot(VLMC_XMLSetting *store, const DocumentType &type)
-{
-    QString name = text(type.rootName);
-    QXmlStreamAttributes attributes;
-    attributes.append(text("docInfo"), text("1.0"));
-    store->getXMLRootNode()->setName(name);
-    store->getXMLRootNode()->setAttribute(attributes);
-}
-
 void saveStore(DocumentKind kind)
 {
     QString directory = text(kHere);
@@ -149,8 +139,13 @@ int write(const DocumentType &type, const QList<VLMC_XMLNode *> &entries)
     }
     const Uninterrupted uninterrupted;
     const OwnerOnly ownerOnly;
+    if (type.kind == Bookmarks) {
+        // As the save does; it leaves a folder in front of every path.
+        VLMC_BookmarksSetting::getInstance()->removeThumbnailFilePath();
+    }
+    const QByteArray content = contentOf(store);
     saveStore(type.kind);
-    return isSaved(type.kind, int(entries.size())) ? Done : Failed;
+    return isSaved(type.kind, content) ? Done : Failed;
 }
 
 int rewrite(const DocumentType &type, const QList<VLMC_XMLNode *> &entries, bool dryRun,

@@ -121,10 +121,21 @@ QJsonObject jsonOf(const Row &row)
     return object;
 }
 
-void showAsJson(const Call &call)
+// Failed, and said so, when a file cannot be read.
+int statusOf(const QList<Row> &all)
+{
+    int status = Done;
+    for (const Row &row : all) {
+        if (row.state == stateName(Document::Unreadable)) {
+            status = failUnreadable(text(kHere) + row.file);
+        }
+    }
+    return status;
+}
+
+void showAsJson(const Call &call, const QList<Row> &all)
 {
     QJsonArray files;
-    const QList<Row> all = rows();
     for (const Row &row : all) {
         files.append(jsonOf(row));
     }
@@ -138,14 +149,14 @@ void showAsJson(const Call &call)
 
 int profile::show(const Call &call)
 {
+    const QList<Row> all = rows();
     if (call.has("json")) {
-        showAsJson(call);
-        return Done;
+        showAsJson(call, all);
+        return statusOf(all);
     }
     Table table({text("File"), text("State"), text("Entries"), text("Bytes"), text("Mode"),
                  text("Changed")});
     QString damages;
-    const QList<Row> all = rows();
     for (const Row &row : all) {
         add(&table, row);
         if (!row.damage.isEmpty()) {
@@ -159,5 +170,5 @@ int profile::show(const Call &call)
     const QList<Finding> findings = findingsOf(text(kHere));
     say(text("\n%1").arg(counted(findings.size(), "finding", "findings")));
     sayBytes(toText(findings).toUtf8());
-    return Done;
+    return statusOf(all);
 }

@@ -88,7 +88,9 @@ bool pack(QByteArray *content)
 
 int profile::listThumbnails(const Call &call)
 {
-    warnOfDamage(Document(Bookmarks, text(kHere)));
+    if (warnOfDamage(Document(Bookmarks, text(kHere))) != Done) {
+        return Failed;
+    }
     Table table({text("File"), text("Size"), text("Bookmark")});
     QJsonArray array;
     const QList<Thumbnail> thumbnails = thumbnailsOf(text(kHere));
@@ -117,11 +119,11 @@ int profile::packThumbnails(const Call &call)
 int profile::unpackThumbnails(const Call &call)
 {
     const QString path = call.path(call.operands.at(0));
-    const Document packed(kPacked, path);
-    if (packed.state() == Document::Missing || packed.state() == Document::Unreadable) {
-        return fail(text("'%1' cannot be read; name a file that 'thumbnails pack' wrote")
-                        .arg(call.operands.at(0)));
+    QByteArray content;
+    if (!readFile(path, &content)) {
+        return Failed;
     }
+    const Document packed(kPacked, path, content);
     if (packed.rootName() != text(kPacked.rootName)) {
         return fail(
             text("'%1' holds no packed thumbnails; nothing was changed").arg(call.operands.at(0)));
