@@ -1,5 +1,6 @@
 #include "core/VLMC_XMLWriter.h"
 
+#include "core/DocumentBuffer_p.h"
 #include "core/NodeView_p.h"
 #include "core/ReplaceFile_p.h"
 #include "core/TextKind_p.h"
@@ -12,39 +13,6 @@
 
 namespace
 {
-// More than any settings document comes to, and little enough to be held in memory. Indentation
-// lets a document grow with the square of its depth: without a bound a file of 175 KB, read and
-// saved again, takes all the memory there is.
-const qint64 kMaxDocumentBytes = qint64(256) * 1024 * 1024;
-
-// A document on its way to a file. Takes the writer's many small pieces faster than a QBuffer.
-class DocumentBuffer : public QIODevice
-{
-public:
-    DocumentBuffer() : m_isTooLarge(false) { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
-
-    bool isSequential() const override { return true; }
-    bool isTooLarge() const { return m_isTooLarge; }
-    const QByteArray &document() const { return m_document; }
-
-protected:
-    qint64 readData(char *, qint64) override { return -1; }
-
-    qint64 writeData(const char *data, qint64 bytes) override
-    {
-        m_isTooLarge = m_isTooLarge || m_document.size() + bytes > kMaxDocumentBytes;
-        if (m_isTooLarge) {
-            return -1;
-        }
-        m_document.append(data, int(bytes));
-        return bytes;
-    }
-
-private:
-    QByteArray m_document;
-    bool m_isTooLarge;
-};
-
 // An element whose start tag is written and whose end tag is not.
 struct OpenElement {
     VLMC_XMLNode *node;
@@ -90,7 +58,7 @@ void writeStart(QXmlStreamWriter &writer, VLMC_XMLNode &node)
 }
 
 // Ends early when the buffer, if there is one, has no more room.
-bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const DocumentBuffer *buffer)
+bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const vlm::DocumentBuffer *buffer)
 {
     QVector<OpenElement> open;
     VLMC_XMLNode *next = node;
@@ -130,7 +98,7 @@ bool VLMC_XMLWriter::write(QString &path, VLMC_XMLNode *root)
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file open error!");
         return false;
     }
-    DocumentBuffer buffer;
+    vlm::DocumentBuffer buffer;
     setDevice(&buffer);
     writeStartDocument();
     const bool whole = writeElements(*this, root, &buffer);

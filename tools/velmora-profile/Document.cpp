@@ -1,10 +1,10 @@
 #include "tools/velmora-profile/Document.h"
 
+#include "core/DocumentBuffer_p.h"
 #include "core/DocumentSource_p.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
 #include "tools/velmora-profile/Console.h"
-#include "tools/velmora-profile/Files.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -109,34 +109,6 @@ Outline outlineOf(QByteArray content, const DocumentType &type)
     outline.damage.entriesBefore = outline.entries;
     return outline;
 }
-
-// Takes a document up to the size that a save writes: indentation can make a small tree fill all
-// the memory there is.
-class BoundedCopy : public QIODevice
-{
-public:
-    BoundedCopy() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
-
-    bool isSequential() const override { return true; }
-    QByteArray content() const { return m_isTooLarge ? QByteArray() : m_content; }
-
-protected:
-    qint64 readData(char *, qint64) override { return -1; }
-
-    qint64 writeData(const char *data, qint64 bytes) override
-    {
-        m_isTooLarge = m_isTooLarge || m_content.size() + bytes > kMaxFileBytes;
-        if (m_isTooLarge) {
-            return -1;
-        }
-        m_content.append(data, int(bytes));
-        return bytes;
-    }
-
-private:
-    QByteArray m_content;
-    bool m_isTooLarge = false;
-};
 
 VLMC_XMLNode *treeOf(QByteArray content)
 {
@@ -365,9 +337,10 @@ void profile::nameRoot(VLMC_XMLSetting *store, const DocumentType &type)
 
 QByteArray profile::contentOf(VLMC_XMLSetting *store)
 {
-    BoundedCopy copy;
+    vlm::DocumentBuffer copy;
     VLMC_XMLWriter writer;
-    return writer.write(copy, store->getXMLRootNode()) ? copy.content() : QByteArray();
+    const bool isWhole = writer.write(copy, store->getXMLRootNode()) && !copy.isTooLarge();
+    return isWhole ? copy.document() : QByteArray();
 }
 
 bool profile::isSaved(DocumentKind kind, const QByteArray &content)
