@@ -1,17 +1,18 @@
 # The one place that knows the majors of Qt apart. Sets VELMORA_QT_CORE, _NETWORK, _GUI, _CODECS and
-# _TEST to the targets to link, and velmora_qt_find, _pkgconfig and _debian to what a consumer has to
-# look for with CMake, with pkg-config and among Debian's packages.
+# _TEST to the targets to link, velmora_qt_find, _pkgconfig and _debian to what a consumer has to
+# look for with CMake, with pkg-config and among Debian's packages, and velmora_qmake to Qt's qmake.
 
 # For Qt's own functions without a major in their names.
 set(QT_DEFAULT_MAJOR_VERSION ${VELMORA_QT_MAJOR})
 
 if(VELMORA_QT_MAJOR EQUAL 4)
-  find_package(Qt4 4.8 REQUIRED QtCore QtNetwork QtGui)
+  find_package(Qt4 4.8 REQUIRED QtCore QtNetwork QtGui OPTIONAL_COMPONENTS QtTest QtXml)
   set(VELMORA_QT_CORE Qt4::QtCore)
   set(VELMORA_QT_NETWORK Qt4::QtNetwork)
   set(VELMORA_QT_GUI Qt4::QtGui)
   set(VELMORA_QT_CODECS "")
   set(VELMORA_QT_TEST Qt4::QtTest)
+  set(velmora_qmake ${QT_QMAKE_EXECUTABLE})
   set(velmora_qt_find "Qt4 4.8 COMPONENTS QtCore QtNetwork QtGui")
   set(velmora_qt_pkgconfig "QtCore QtNetwork QtGui")
 elseif(VELMORA_QT_MAJOR EQUAL 5)
@@ -38,3 +39,12 @@ else()
   message(FATAL_ERROR
     "VELMORA_QT_MAJOR is '${VELMORA_QT_MAJOR}': set it to 4, 5 or 6.")
 endif()
+
+# velmora_moc(<source> <output> <target>): has moc read the source for the target.
+function(velmora_moc source output target)
+  if(VELMORA_QT_MAJOR EQUAL 4)
+    qt4_generate_moc(${source} ${CMAKE_CURRENT_BINARY_DIR}/${output} TARGET ${target})
+  else()
+    qt_generate_moc(${source} ${output} TARGET ${target})
+  endif()
+endfunction()

@@ -25,9 +25,10 @@ public:
     static bool isNamed(const VLMC_XMLNode &node, QLatin1String name)
     {
         const QString &ofNode = node.m_name;
-        const int size = int(name.size());
+        const char *const chars = name.latin1();
+        const int size = int(qstrlen(chars));
         return int(ofNode.size()) == size
-               && std::equal(name.data(), name.data() + size, ofNode.constData(),
+               && std::equal(chars, chars + size, ofNode.constData(),
                              [](char left, QChar right) { return QLatin1Char(left) == right; });
     }
 

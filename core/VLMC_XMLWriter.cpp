@@ -75,7 +75,7 @@ bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const vlm::Docu
         open.append({next, 0});
         while (open.last().nextChild == vlm::NodeView::children(*open.last().node).size()) {
             writer.writeEndElement();
-            open.removeLast();
+            open.pop_back();
             if (open.isEmpty()) {
                 return true;
             }

@@ -1,0 +1,22 @@
+# 32-bit ARM, hard float, with Debian's cross compiler (g++-arm-linux-gnueabihf). Programs run on the
+# building machine under qemu-user. What the project links beside Qt comes from Debian's packages for
+# that processor, unpacked into one folder, which scripts/arm-packages makes: build-arm-packages/, or
+# what VELMORA_ARM_PACKAGES names.
+
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR arm)
+set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
+set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
+
+if(DEFINED ENV{VELMORA_ARM_PACKAGES})
+  set(CMAKE_SYSROOT $ENV{VELMORA_ARM_PACKAGES})
+else()
+  get_filename_component(CMAKE_SYSROOT ${CMAKE_CURRENT_LIST_DIR}/../build-arm-packages ABSOLUTE)
+endif()
+set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(ENV{PKG_CONFIG_SYSROOT_DIR} ${CMAKE_SYSROOT})
+set(ENV{PKG_CONFIG_LIBDIR}
+  ${CMAKE_SYSROOT}/usr/lib/arm-linux-gnueabihf/pkgconfig:${CMAKE_SYSROOT}/usr/share/pkgconfig)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm -L ${CMAKE_SYSROOT})
