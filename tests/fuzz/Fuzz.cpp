@@ -1,13 +1,13 @@
 #include "tests/fuzz/Fuzz.h"
 
 #include "core/VLMG_Debug.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QEvent>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QTemporaryDir>
 
 #include <cstdio>
 #include <cstdlib>
@@ -16,18 +16,17 @@ namespace
 {
 const char kMemory[] = "/dev/shm";
 
-QString directoryPattern()
+QString parentDirectory()
 {
     const QString memory = QString::fromLatin1(kMemory);
     const bool usable = QFileInfo(memory).isDir() && QFileInfo(memory).isWritable();
-    return (usable ? memory : QDir::tempPath()) + QLatin1String("/velmora-fuzz-XXXXXX");
+    return usable ? memory : QDir::tempPath();
 }
 
 const QString &programDirectory()
 {
-    static const QTemporaryDir directory(directoryPattern());
-    static const QString path = directory.path() + QLatin1Char('/');
-    require(directory.isValid(), "a temporary directory can be created");
+    static const TemporaryFolder directory(parentDirectory());
+    static const QString path = directory.path();
     return path;
 }
 } // namespace
@@ -62,7 +61,7 @@ InputDirectory::InputDirectory()
 
 InputDirectory::~InputDirectory()
 {
-    require(QDir(m_path).removeRecursively(), "what was written can be removed");
+    require(removeFolder(m_path), "what was written can be removed");
 }
 
 QString InputDirectory::path() const { return m_path; }

@@ -26,7 +26,7 @@ bool hasUnpairedSurrogate(const QString &text)
         if (text.at(i).isHighSurrogate() && i + 1 < text.size()
             && text.at(i + 1).isLowSurrogate()) {
             ++i;
-        } else if (text.at(i).isSurrogate()) {
+        } else if (text.at(i).isHighSurrogate() || text.at(i).isLowSurrogate()) {
             return true;
         }
     }

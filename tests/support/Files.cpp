@@ -1,15 +1,11 @@
 #include "tests/support/Files.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
 #include <QtCore/QEvent>
 #include <QtCore/QFile>
 
-TestDirectory::TestDirectory() : m_path(m_directory.path() + QLatin1Char('/'))
-{
-    if (!m_directory.isValid()) {
-        qFatal("no temporary directory");
-    }
-}
+TestDirectory::TestDirectory() : m_directory(QDir::tempPath()), m_path(m_directory.path()) {}
 
 QString TestDirectory::path() const { return m_path; }
 

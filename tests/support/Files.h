@@ -1,10 +1,11 @@
 #ifndef FILES_H
 #define FILES_H
 
+#include "tests/support/QtTest.h"
+#include "tests/support/TemporaryFolder.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
-#include <QtCore/QTemporaryDir>
-#include <QtTest/QtTest>
 
 /// A temporary directory of its own, removed at the end. path() ends with "/", as the stores want
 /// their directories.
@@ -21,7 +22,7 @@ public:
     char *localFile(const char *name = "");
 
 private:
-    QTemporaryDir m_directory;
+    TemporaryFolder m_directory;
     QString m_path;
     QList<QByteArray> m_localFiles;
 };

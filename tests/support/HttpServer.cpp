@@ -32,7 +32,7 @@ QMap<QByteArray, QByteArray> fieldsOf(const QByteArray &digest)
 
 HttpServer::HttpServer()
 {
-    connect(this, &QTcpServer::newConnection, this, &HttpServer::takeConnections);
+    connect(this, SIGNAL(newConnection()), SLOT(takeConnections()));
     if (!listen(QHostAddress::LocalHost)) {
         qFatal("no server on the loopback interface");
     }
@@ -46,13 +46,14 @@ QString HttpServer::url(const char *path) const
 void HttpServer::takeConnections()
 {
     while (QTcpSocket *const socket = nextPendingConnection()) {
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
-        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, SIGNAL(readyRead()), SLOT(read()));
+        socket->connect(socket, SIGNAL(disconnected()), SLOT(deleteLater()));
     }
 }
 
-void HttpServer::read(QTcpSocket *socket)
+void HttpServer::read()
 {
+    QTcpSocket *const socket = qobject_cast<QTcpSocket *>(sender());
     const QByteArray request = socket->property("request").toByteArray() + socket->readAll();
     socket->setProperty("request", request);
     if (request.contains("\r\n\r\n")) {

@@ -10,6 +10,8 @@ class QTcpSocket;
 /// A small HTTP server on the loopback interface: one request per connection, without a body.
 class HttpServer : public QTcpServer
 {
+    Q_OBJECT
+
 public:
     HttpServer();
 
@@ -20,9 +22,10 @@ protected:
     /// The response to a request, both whole; see httpResponse().
     virtual QByteArray answer(const QByteArray &request) = 0;
 
-private:
+private slots:
     void takeConnections();
-    void read(QTcpSocket *socket);
+    /// From the socket that sends the signal.
+    void read();
 };
 
 /// A response that ends its connection. Each of the further headers ends with "\r\n".

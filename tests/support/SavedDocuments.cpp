@@ -4,6 +4,7 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
+#include "tests/support/QtTest.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -11,7 +12,6 @@
 #include <QtCore/QMutex>
 #include <QtCore/QMutexLocker>
 #include <QtCore/QSet>
-#include <QtTest/QtTest>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -62,7 +62,7 @@ struct Watch {
 Watch &watch()
 {
     // Never destroyed: documents may be saved while the process exits.
-    static Watch *const instance = new Watch{{}, {}, {}, {}, 0, 0, 0};
+    static Watch *const instance = new Watch();
     return *instance;
 }
 

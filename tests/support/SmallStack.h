@@ -1,7 +1,7 @@
 #ifndef SMALLSTACK_H
 #define SMALLSTACK_H
 
-#include <QtTest/QtTest>
+#include "tests/support/QtTest.h"
 
 #include <functional>
 #include <pthread.h>

@@ -1,0 +1,35 @@
+#ifndef QTTEST_H
+#define QTTEST_H
+
+// Qt Test, and what that of Qt 4.8 does not have yet.
+
+#include <QtTest/QtTest>
+
+#if QT_VERSION < 0x050000
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QMetaType>
+
+Q_DECLARE_METATYPE(QList<QByteArray>)
+Q_DECLARE_METATYPE(QList<int>)
+
+#define QTEST_GUILESS_MAIN(TestObject)                                                             \
+    int main(int argc, char *argv[])                                                               \
+    {                                                                                              \
+        QCoreApplication application(argc, argv);                                                  \
+        TestObject test;                                                                           \
+        return QTest::qExec(&test, argc, argv);                                                    \
+    }
+
+#undef QSKIP
+#define QSKIP(message)                                                                             \
+    do {                                                                                           \
+        QTest::qSkip(message, QTest::SkipSingle, __FILE__, __LINE__);                              \
+        return;                                                                                    \
+    } while (false)
+
+#define qInfo qDebug
+
+#endif
+
+#endif
