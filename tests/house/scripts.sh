@@ -44,5 +44,24 @@ refuses sample-profile given
 refuses sample-profile missing x
 refuses test debug
 refuses test release x
+refuses test all release
+unset VELMORA_QT4 VELMORA_QT4_ARM
+refuses test qt4
+refuses test arm
+refuses test all
+VELMORA_QT4=$folder refuses test qt4
+VELMORA_QT4_ARM=$folder refuses test arm
+refuses qt4
+refuses qt4 given
+refuses qt4 given prefix
+refuses qt4 given prefix x
+git init -q clone
+git -C clone -c user.name=x -c user.email=x commit -q --allow-empty -m x
+git -C clone branch 4.8
+refuses qt4 clone prefix arm
+VELMORA_QT4=$folder refuses qt4 clone prefix arm
+refuses arm-packages
+refuses arm-packages given x
+refuses arm-packages .
 
 [ "$failed" -eq 0 ] && echo "all refused"
