@@ -4,6 +4,7 @@
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Nodes.h"
 #include "tests/support/SmallStack.h"
+#include "tests/support/WhenDestroyed.h"
 
 #include <QtCore/QPointer>
 
@@ -315,12 +316,12 @@ void tst_VLMC_XMLNode::destructor_destroysChildrenBeforeParentsInOrder()
         VLMC_XMLNode *const node = waiting.takeLast();
         waiting += node->getXMLNodeChildren();
         const QString name = node->getName();
-        connect(node, &QObject::destroyed, this, [&order, name] { order << name; });
+        whenDestroyed(node, [&order, name] { order << name; });
     }
 
     delete root;
 
-    QCOMPARE(order.join(QLatin1Char(' ')), utf8("first.1 first.2 first second.1 second third r"));
+    QCOMPARE(order.join(utf8(" ")), utf8("first.1 first.2 first second.1 second third r"));
 }
 
 void tst_VLMC_XMLNode::destructor_skipsNullEntries()

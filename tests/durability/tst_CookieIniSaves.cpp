@@ -30,14 +30,12 @@ QByteArray iniWith(char letter)
     return cookieIniOf(QList<QByteArray>() << cookie);
 }
 
-// QSettings complains of the lock files that it cannot write or remove.
-void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
-
 // Each conversion is made by a process of its own: QSettings remembers what it read and wrote.
 int convertInChild(const std::function<void()> &work)
 {
     return inChild([&] {
-        qInstallMessageHandler(ignoreMessage);
+        // QSettings complains of the lock files that it cannot write or remove.
+        silenceQt();
         alarm(kSecondsToConvert);
         work();
     });
