@@ -78,6 +78,11 @@ QByteArray inProlog(const QByteArray &document, const QByteArray &bytes)
     return inserted(document, int(document.indexOf('\n')) + 1, bytes);
 }
 
+QByteArray withType(const QByteArray &document, const QByteArray &declarations)
+{
+    return inProlog(document, "<!DOCTYPE x [" + declarations + "]>\n");
+}
+
 // The texts of all elements without children in another form.
 QByteArray withTexts(const QByteArray &document, const char *before, const char *after)
 {
@@ -117,48 +122,45 @@ void addEncodings(QList<Document> &variants, const QByteArray &document)
 
 void addForeign(QList<Document> &variants, const QByteArray &document)
 {
-    variants
-        << Document{"empty", ""} << Document{"blanks", " \n\t"} << Document{"text", "no document\n"}
-        << Document{"another root", "<other><thing id=\"000\">x</thing></other>"}
-        << Document{"empty root", "<a/>"} << Document{"two roots", "<a/><b/>"}
-        << Document{"root in a namespace", replaced(document, "docInfo", "xmlns=\"urn:x\" docInfo")}
-        << Document{"no docInfo", replaced(document, " docInfo=\"1.0\"", "")}
-        << Document{"other docInfo", replaced(document, "docInfo=\"1.0\"", "docInfo=\"1.1\"")}
-        << Document{"comments", replaced(document, "\n    <", "\n<!-- <x> -->    <")}
-        << Document{"instructions", replaced(document, "\n    <", "\n<?x y?>    <")}
-        << Document{"document type", inProlog(document, "<!DOCTYPE x>\n")}
-        << Document{"entity",
-                    withTexts(inProlog(document, "<!DOCTYPE x [<!ENTITY e 'E'>]>\n"), "&e;", "")}
-        << Document{"external entity",
-                    withTexts(
-                        inProlog(document, "<!DOCTYPE x [<!ENTITY e SYSTEM 'cookie.ini'>]>\n"),
-                        "&e;", "")}
-        << Document{"entity of itself",
-                    withTexts(inProlog(document, "<!DOCTYPE x [<!ENTITY e '&e;'>]>\n"), "&e;", "")}
-        << Document{"entity in an attribute",
-                    replaced(inProlog(document, "<!DOCTYPE x [<!ENTITY e 'E'>]>\n"), "docInfo=\"",
-                             "docInfo=\"&e;")}
-        << Document{"large entity",
-                    withTexts(inProlog(document, "<!DOCTYPE x [<!ENTITY e '" + QByteArray(1500, 'e')
-                                                     + "'>]>\n"),
-                              "&e;", "")}
-        << Document{"entity of entities",
-                    withTexts(inProlog(document,
-                                       "<!DOCTYPE x [<!ENTITY a 'aaaaaaaaaaaaaaaa'><!ENTITY b "
-                                       "'&a;&a;&a;&a;&a;&a;&a;&a;'><!ENTITY c "
-                                       "'&b;&b;&b;&b;&b;&b;&b;&b;'><!ENTITY d "
-                                       "'&c;&c;&c;&c;&c;&c;&c;&c;'>]>\n"),
-                              "&d;", "")}
-        << Document{"parameter entity", inProlog(document, "<!DOCTYPE x [<!ENTITY % p ''> %p;]>\n")}
-        << Document{"attribute by default",
-                    inProlog(document, "<!DOCTYPE x [<!ATTLIST title a CDATA 'A'>]>\n")}
-        << Document{"long attribute by default",
-                    inProlog(document, "<!DOCTYPE x [<!ATTLIST " + rootOf(document) + " a CDATA '"
-                                           + QByteArray(5000, 'A') + "'>]>\n")}
-        << Document{"unknown entity", withTexts(document, "&nbsp;", "")}
-        << Document{"foreign first", inRoot(document, "<foreign a=\"1\"><x>y</x></foreign>\n")}
-        << Document{"text in the root", inRoot(document, "some text &lt; ")}
-        << Document{"deep", deep(document)};
+    variants << Document{"empty", ""} << Document{"blanks", " \n\t"}
+             << Document{"text", "no document\n"}
+             << Document{"another root", "<other><thing id=\"000\">x</thing></other>"}
+             << Document{"empty root", "<a/>"} << Document{"two roots", "<a/><b/>"}
+             << Document{"root in a namespace",
+                         replaced(document, "docInfo", "xmlns=\"urn:x\" docInfo")}
+             << Document{"no docInfo", replaced(document, " docInfo=\"1.0\"", "")}
+             << Document{"other docInfo", replaced(document, "docInfo=\"1.0\"", "docInfo=\"1.1\"")}
+             << Document{"comments", replaced(document, "\n    <", "\n<!-- <x> -->    <")}
+             << Document{"instructions", replaced(document, "\n    <", "\n<?x y?>    <")}
+             << Document{"unknown entity", withTexts(document, "&nbsp;", "")}
+             << Document{"foreign first", inRoot(document, "<foreign a=\"1\"><x>y</x></foreign>\n")}
+             << Document{"text in the root", inRoot(document, "some text &lt; ")}
+             << Document{"deep", deep(document)};
+}
+
+void addDocumentTypes(QList<Document> &variants, const QByteArray &document)
+{
+    const QByteArray entity = withType(document, "<!ENTITY e 'E'>");
+    const QByteArray largeEntity = "<!ENTITY e '" + QByteArray(1500, 'e') + "'>";
+    const QByteArray entities = "<!ENTITY a 'aaaaaaaaaaaaaaaa'>"
+                                "<!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;'>"
+                                "<!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;'>"
+                                "<!ENTITY d '&c;&c;&c;&c;&c;&c;&c;&c;'>";
+    const QByteArray attribute = "<!ATTLIST " + rootOf(document) + " a CDATA '";
+    variants << Document{"document type", inProlog(document, "<!DOCTYPE x>\n")}
+             << Document{"entity", withTexts(entity, "&e;", "")}
+             << Document{"entity in an attribute", replaced(entity, "docInfo=\"", "docInfo=\"&e;")}
+             << Document{"external entity",
+                         withTexts(withType(document, "<!ENTITY e SYSTEM 'cookie.ini'>"), "&e;",
+                                   "")}
+             << Document{"entity of itself",
+                         withTexts(withType(document, "<!ENTITY e '&e;'>"), "&e;", "")}
+             << Document{"large entity", withTexts(withType(document, largeEntity), "&e;", "")}
+             << Document{"entity of entities", withTexts(withType(document, entities), "&d;", "")}
+             << Document{"parameter entity", withType(document, "<!ENTITY % p ''> %p;")}
+             << Document{"attribute by default", withType(document, attribute + "A'>")}
+             << Document{"long attribute by default",
+                         withType(document, attribute + QByteArray(5000, 'A') + "'>")};
 }
 
 void addTexts(QList<Document> &variants, const QByteArray &document)
@@ -251,6 +253,7 @@ QList<Document> variantsOf(const QByteArray &document)
     QList<Document> variants;
     addEncodings(variants, document);
     addForeign(variants, document);
+    addDocumentTypes(variants, document);
     addTexts(variants, document);
     addNumbers(variants, document);
     addLines(variants, document);

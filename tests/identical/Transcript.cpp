@@ -9,6 +9,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QMap>
 
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 
@@ -121,7 +122,7 @@ void showFile(const QString &folder, const QString &name)
     QByteArray lines;
     const QList<QByteArray> parts = bytes.split('\n');
     for (const QByteArray &part : parts) {
-        lines += "    | " + printable(part) + '\n';
+        lines += (part.isEmpty() ? "    |" : "    | " + printable(part)) + '\n';
     }
     addLines("file " + shown(name) + ", " + QByteArray::number(int(bytes.size())) + " bytes",
              lines);

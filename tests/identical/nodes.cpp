@@ -95,7 +95,7 @@ void change(Draw &draw)
     case 1:
         return store().deleteXMLNodeByID(draw.id(kKept), id);
     case 2:
-        return child ? add(draw, child) : void();
+        return add(draw, child ? child : root);
     case 3: {
         const QString name = utf8(draw.oneOf(kNames));
         const QString text = draw.text();
