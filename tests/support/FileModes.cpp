@@ -93,17 +93,7 @@ INTERPOSED int open(const char *name, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
-    static const Open call = real<Open>("open");
-    return openNoted(call, name, flags, mode);
-}
-
-// The name by which Qt knows the same function.
-INTERPOSED int open64(const char *name, int flags, ...)
-{
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
-    va_end(arguments);
+    // The name under which the headers have the function where files may be large, and Qt always.
     static const Open call = real<Open>("open64");
     return openNoted(call, name, flags, mode);
 }
