@@ -86,22 +86,10 @@ INTERPOSED int open(const char *name, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
-    static const Open call = real<Open>(FILE_FUNCTION("open"));
-    return openNoted(call, name, flags, mode);
-}
-
-#ifndef IS_FILE_FUNCTION_64
-// The name by which Qt knows the same function.
-INTERPOSED int open64(const char *name, int flags, ...)
-{
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
-    va_end(arguments);
+    // The name under which the headers have the function where files may be large, and Qt always.
     static const Open call = real<Open>("open64");
     return openNoted(call, name, flags, mode);
 }
-#endif
 
 INTERPOSED ssize_t write(int file, const void *data, size_t size)
 {

@@ -93,9 +93,9 @@ QByteArray nameOf(int file) { return watching ? watch().names.value(file) : QByt
 
 bool takesMode(int flags) { return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE; }
 
-int opened(const char *function, const char *name, int flags, mode_t mode)
+int opened(const char *name, int flags, mode_t mode)
 {
-    const auto call = real<int (*)(const char *, int, ...)>(function);
+    static const auto call = behind(&open);
     if (!watching) {
         return call(name, flags, mode);
     }
@@ -132,20 +132,8 @@ INTERPOSED int open(const char *name, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
-    return opened(FILE_FUNCTION("open"), name, flags, mode);
+    return opened(name, flags, mode);
 }
-
-#ifndef IS_FILE_FUNCTION_64
-// What Qt calls.
-INTERPOSED int open64(const char *name, int flags, ...)
-{
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
-    va_end(arguments);
-    return opened("open64", name, flags, mode);
-}
-#endif
 
 INTERPOSED ssize_t write(int file, const void *data, size_t size)
 {
@@ -244,14 +232,14 @@ INTERPOSED DIR *opendir(const char *name)
 
 INTERPOSED dirent *readdir(DIR *entries)
 {
-    static const auto call = real<dirent *(*)(DIR *)>(FILE_FUNCTION("readdir"));
+    static const auto call = behind(&readdir);
     const Step step("readdir", QByteArray());
     return step.fails() ? nullptr : call(entries);
 }
 
 INTERPOSED int lstat(const char *name, struct stat *status) noexcept
 {
-    static const auto call = real<int (*)(const char *, struct stat *)>(FILE_FUNCTION("lstat"));
+    static const auto call = behind(&lstat);
     const Step step("lstat", name);
     return step.fails() ? -1 : call(name, status);
 }
@@ -265,7 +253,7 @@ INTERPOSED ssize_t readlink(const char *name, char *target, size_t size) noexcep
 
 INTERPOSED int fstat(int file, struct stat *status) noexcept
 {
-    static const auto call = real<int (*)(int, struct stat *)>(FILE_FUNCTION("fstat"));
+    static const auto call = behind(&fstat);
     const Step step("fstat", nameOf(file));
     return step.fails() ? -1 : call(file, status);
 }
@@ -277,7 +265,7 @@ INTERPOSED int fcntl(int file, int command, ...)
     va_start(arguments, command);
     const long argument = va_arg(arguments, long);
     va_end(arguments);
-    static const auto call = real<int (*)(int, int, ...)>(FILE_FUNCTION("fcntl"));
+    static const auto call = behind(&fcntl);
     if (!watching) {
         return call(file, command, argument);
     }
@@ -291,7 +279,7 @@ INTERPOSED int fcntl(int file, int command, ...)
 
 INTERPOSED int ftruncate(int file, off_t size) noexcept
 {
-    static const auto call = real<int (*)(int, off_t)>(FILE_FUNCTION("ftruncate"));
+    static const auto call = behind(&ftruncate);
     const Step step("ftruncate", nameOf(file));
     return step.fails() ? -1 : call(file, size);
 }
