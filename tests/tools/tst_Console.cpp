@@ -3,7 +3,7 @@
 
 #include "tests/support/Files.h"
 #include "tests/support/Processes.h"
-#include "tools/velmora-profile/Console.h"
+#include "tools/velmora-profile/output/Console.h"
 
 #include <QtTest/QtTest>
 

@@ -1,5 +1,5 @@
-#ifndef BOOKMARKS_H
-#define BOOKMARKS_H
+#ifndef FORMATS_BOOKMARKS_H
+#define FORMATS_BOOKMARKS_H
 
 #include "tools/velmora-profile/formats/Formats.h"
 

@@ -1,0 +1,245 @@
+// bookmarks: bookmark.xml, and the bookmark files of other browsers.
+
+#include "bookmarks/VLMC_BookmarksSetting.h"
+#include "tools/velmora-profile/commands/Command.h"
+#include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Files.h"
+#include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/profile/Document.h"
+
+namespace
+{
+using namespace profile;
+
+const int kMaxUrlBytes = 256;
+const int kMaxTitleBytes = 100;
+
+VLMC_BookmarksSetting &store() { return *VLMC_BookmarksSetting::getInstance(); }
+
+// Done when the store holds the document and may replace it.
+int load()
+{
+    if (refuseToRewrite(Document(Bookmarks, text(kHere))) != Done) {
+        return Failed;
+    }
+    QString directory = text(kHere);
+    int lastNumber = 0;
+    store().loadBookmark(&directory, kMaxEntries, lastNumber);
+    return Done;
+}
+
+int save()
+{
+    const Uninterrupted uninterrupted;
+    nameRoot(&store(), documentType(Bookmarks));
+    // As the save does; it leaves the folder in front of every path.
+    store().removeThumbnailFilePath();
+    const QByteArray content = contentOf(&store());
+    QString directory = text(kHere);
+    store().saveBookmark(&directory, kMaxEntries);
+    return isSaved(Bookmarks, content) ? Done : Failed;
+}
+
+// What has to be known before a bookmark is added: nothing for one that is refused as a whole.
+struct Fitting {
+    bool fits;
+    QList<Loss> losses;
+};
+
+Fitting fit(const BookmarkRecord &bookmark, int count)
+{
+    const QString entry = bookmark.title.isEmpty() ? bookmark.url : bookmark.title;
+    if (count >= kMaxEntries) {
+        return {false, {{entry, text("the list is full with %1").arg(kMaxEntries)}}};
+    }
+    if (utf8Bytes(bookmark.url) > kMaxUrlBytes) {
+        return {false,
+                {{entry, text("its URL has %1 bytes, over the limit of %2")
+                             .arg(utf8Bytes(bookmark.url))
+                             .arg(kMaxUrlBytes)}}};
+    }
+    Fitting fitting = {true, QList<Loss>()};
+    if (utf8Bytes(bookmark.title) > kMaxTitleBytes) {
+        fitting.losses.append({entry, text("its title of %1 bytes is cut to %2")
+                                          .arg(utf8Bytes(bookmark.title))
+                                          .arg(kMaxTitleBytes)});
+    }
+    if (!isKept(bookmark.title) || !isKept(bookmark.url)) {
+        fitting.losses.append({entry, text("the file cannot hold all its characters")});
+    }
+    if (!bookmark.folders.isEmpty()) {
+        fitting.losses.append(
+            {entry, text("its folder %1").arg(bookmark.folders.join(text(" / ")))});
+    }
+    return fitting;
+}
+
+void add(const BookmarkRecord &bookmark, char atFront)
+{
+    VLMS_Bookmark record;
+    record.title = bookmark.title;
+    record.url = bookmark.url;
+    store().setBookmark(&record, atFront);
+}
+
+QList<BookmarkRecord> recordsOf(const Document &document)
+{
+    QList<BookmarkRecord> records;
+    const QList<VLMC_XMLNode *> entries = document.children();
+    for (VLMC_XMLNode *const entry : entries) {
+        records.append({fieldText(entry, "title"), fieldText(entry, "href"), QStringList()});
+    }
+    return records;
+}
+
+void sayBookmarksAsJson(const QList<VLMC_XMLNode *> &entries)
+{
+    QJsonArray array;
+    for (int i = 0; i < entries.size(); ++i) {
+        QJsonObject object;
+        object.insert(text("id"), i);
+        object.insert(text("title"), fieldText(entries.at(i), "title"));
+        object.insert(text("url"), fieldText(entries.at(i), "href"));
+        object.insert(text("thumbnail"), thumbnailName(fieldText(entries.at(i), "thumbnail")));
+        array.append(object);
+    }
+    sayJson(array);
+}
+
+BookmarkImport read(const QByteArray &content)
+{
+    const Deadline deadline;
+    return readBookmarks(content);
+}
+
+int sayImported(const Call &call, const BookmarkImport &import, int added,
+                const QList<Loss> &losses)
+{
+    if (call.has("json")) {
+        QJsonObject object;
+        object.insert(text("format"), import.format);
+        object.insert(text("added"), added);
+        object.insert(text("losses"), toJson(losses));
+        sayJson(object);
+        return Done;
+    }
+    say(text("%1: %2 %3 added, %4")
+            .arg(import.format, counted(added, "bookmark", "bookmarks"), imported(call, added),
+                 counted(losses.size(), "loss", "losses")));
+    return Done;
+}
+
+// Adds what fits to the list in memory; the losses tell of the rest.
+int addAll(const QList<BookmarkRecord> &bookmarks, QList<Loss> *losses)
+{
+    Progress progress("bookmark", bookmarks.size());
+    int added = 0;
+    for (const BookmarkRecord &bookmark : bookmarks) {
+        const Fitting fitting = fit(bookmark, store().getXMLNodeCnt());
+        *losses += fitting.losses;
+        if (fitting.fits) {
+            add(bookmark, 0);
+            ++added;
+        }
+        progress.step();
+    }
+    return added;
+}
+} // namespace
+
+int profile::listBookmarks(const Call &call)
+{
+    const Document document(Bookmarks, text(kHere));
+    if (warnOfDamage(document) != Done) {
+        return Failed;
+    }
+    const QList<VLMC_XMLNode *> entries = document.children();
+    if (call.has("json")) {
+        sayBookmarksAsJson(entries);
+        return Done;
+    }
+    Table table({text("Id"), text("Title"), text("URL"), text("Thumbnail")});
+    for (int i = 0; i < entries.size(); ++i) {
+        table.add({QString::number(i), fieldText(entries.at(i), "title"),
+                   fieldText(entries.at(i), "href"),
+                   thumbnailName(fieldText(entries.at(i), "thumbnail"))});
+    }
+    sayBytes(table.toText().toUtf8());
+    return Done;
+}
+
+int profile::addBookmark(const Call &call)
+{
+    const BookmarkRecord bookmark = {call.operands.value(1), call.operands.at(0), QStringList()};
+    if (load() != Done) {
+        return Failed;
+    }
+    const Fitting fitting = fit(bookmark, store().getXMLNodeCnt());
+    if (!fitting.fits) {
+        return fail(
+            text("'%1': %2; nothing was changed").arg(bookmark.url, fitting.losses.at(0).reason));
+    }
+    sayLosses(fitting.losses);
+    if (refuseLosses(call, fitting.losses) != Done) {
+        return Failed;
+    }
+    add(bookmark, call.has("front") ? 1 : 0);
+    return save();
+}
+
+int profile::removeBookmark(const Call &call)
+{
+    QList<int> ids;
+    if (load() != Done || !readIds(call, store().getXMLNodeCnt(), &ids)) {
+        return Failed;
+    }
+    for (const int id : qAsConst(ids)) {
+        store().deleteBookmark(id);
+    }
+    return save();
+}
+
+int profile::importBookmarks(const Call &call)
+{
+    QByteArray content;
+    if (!readFile(call.path(call.operands.at(0)), &content, kMaxImportBytes)) {
+        return Failed;
+    }
+    const BookmarkImport import = read(content);
+    if (!import.error.isEmpty()) {
+        return fail(text("'%1': %2; nothing was changed").arg(call.operands.at(0), import.error));
+    }
+    if (load() != Done) {
+        return Failed;
+    }
+    QList<Loss> losses = import.losses;
+    const int added = addAll(import.bookmarks, &losses);
+    if (!call.has("json")) {
+        sayLosses(losses);
+    }
+    if (refuseLosses(call, losses) != Done || (!call.has("dry-run") && save() != Done)) {
+        return Failed;
+    }
+    return sayImported(call, import, added, losses);
+}
+
+int profile::exportBookmarks(const Call &call)
+{
+    const Document document(Bookmarks, text(kHere));
+    const QString format = call.has("format") ? call.option("format") : text("netscape");
+    if (format != text("netscape") && format != text("xbel")) {
+        return fail(text("--format takes netscape or xbel, not '%1'").arg(format));
+    }
+    if (refuseToRead(document) != Done) {
+        return Failed;
+    }
+    QList<Loss> losses;
+    const QByteArray content = format == text("xbel")
+                                   ? writeXbel(recordsOf(document), &losses)
+                                   : writeNetscapeBookmarks(recordsOf(document), &losses);
+    sayLosses(losses);
+    if (refuseLosses(call, losses) != Done) {
+        return Failed;
+    }
+    return writeFile(call.path(call.operands.at(0)), content) ? Done : Failed;
+}

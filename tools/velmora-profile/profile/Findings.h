@@ -1,0 +1,32 @@
+#ifndef PROFILE_FINDINGS_H
+#define PROFILE_FINDINGS_H
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QList>
+#include <QtCore/QStringList>
+
+namespace profile
+{
+// Something wrong in a profile.
+struct Finding {
+    QString file;
+    QString what;    // what is wrong, and where
+    QString meaning; // what it means for the browser
+    QString action;  // what to do
+};
+
+// Everything that is wrong in the profile in the directory, which ends with "/".
+QList<Finding> findingsOf(const QString &directory);
+
+// The files in the directory that hold passwords or sessions.
+QStringList secretFiles(const QString &directory);
+bool isOpenToOthers(const QString &path);
+// Whether files of this name are written for their owner alone, whatever is in them now: damage can
+// keep a secret from being seen.
+bool mayHoldSecrets(const QString &file);
+
+QString toText(const QList<Finding> &findings);
+QJsonArray toJson(const QList<Finding> &findings);
+} // namespace profile
+
+#endif
