@@ -9,7 +9,7 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSettings>
 
-class tst_velmora_profile_corpus : public QObject
+class tst_corpus : public QObject
 {
     Q_OBJECT
 
@@ -118,7 +118,7 @@ void repair(const TestDirectory &directory)
 }
 } // namespace
 
-void tst_velmora_profile_corpus::documents_endWithAStatus_data()
+void tst_corpus::documents_endWithAStatus_data()
 {
     QTest::addColumn<QByteArray>("document");
     QList<QByteArray> added;
@@ -128,7 +128,7 @@ void tst_velmora_profile_corpus::documents_endWithAStatus_data()
 }
 
 // As all documents of a profile at once: each is read on its own.
-void tst_velmora_profile_corpus::documents_endWithAStatus()
+void tst_corpus::documents_endWithAStatus()
 {
     QFETCH(QByteArray, document);
     const TestDirectory good;
@@ -141,7 +141,7 @@ void tst_velmora_profile_corpus::documents_endWithAStatus()
     repair(directory);
 }
 
-void tst_velmora_profile_corpus::cookieFiles_endWithAStatus_data()
+void tst_corpus::cookieFiles_endWithAStatus_data()
 {
     QTest::addColumn<QByteArray>("input");
     QList<QByteArray> added;
@@ -154,7 +154,7 @@ void tst_velmora_profile_corpus::cookieFiles_endWithAStatus_data()
     QTest::newRow("no INI") << QByteArray("0=[\0]\xff", 6);
 }
 
-void tst_velmora_profile_corpus::cookieFiles_endWithAStatus()
+void tst_corpus::cookieFiles_endWithAStatus()
 {
     QFETCH(QByteArray, input);
     const TestDirectory good;
@@ -171,7 +171,7 @@ void tst_velmora_profile_corpus::cookieFiles_endWithAStatus()
     repair(directory);
 }
 
-void tst_velmora_profile_corpus::packedThumbnails_stayInTheProfile_data()
+void tst_corpus::packedThumbnails_stayInTheProfile_data()
 {
     QTest::addColumn<QByteArray>("packed");
     QList<QByteArray> added;
@@ -179,7 +179,7 @@ void tst_velmora_profile_corpus::packedThumbnails_stayInTheProfile_data()
     addInputs("fuzz_reader", 0, false, &added);
 }
 
-void tst_velmora_profile_corpus::packedThumbnails_stayInTheProfile()
+void tst_corpus::packedThumbnails_stayInTheProfile()
 {
     QFETCH(QByteArray, packed);
     const TestDirectory outside;
@@ -194,7 +194,7 @@ void tst_velmora_profile_corpus::packedThumbnails_stayInTheProfile()
     QCOMPARE(runTool(outside, "thumbnails list %profile").status, 0);
 }
 
-void tst_velmora_profile_corpus::longDamage_takesNoTime_data()
+void tst_corpus::longDamage_takesNoTime_data()
 {
     QTest::addColumn<QByteArray>("document");
     const int count = 5000;
@@ -207,7 +207,7 @@ void tst_velmora_profile_corpus::longDamage_takesNoTime_data()
 }
 
 // Time in proportion to the document: seconds, were it to the square.
-void tst_velmora_profile_corpus::longDamage_takesNoTime()
+void tst_corpus::longDamage_takesNoTime()
 {
     QFETCH(QByteArray, document);
     const TestDirectory directory;
@@ -223,7 +223,7 @@ void tst_velmora_profile_corpus::longDamage_takesNoTime()
     QVERIFY2(fourTimes < 10 * once + 500, QByteArray::number(fourTimes).constData());
 }
 
-void tst_velmora_profile_corpus::percentSigns_standAsTheyAre()
+void tst_corpus::percentSigns_standAsTheyAre()
 {
     const TestDirectory directory;
     writeFile(directory.file("bookmark.xml"),
@@ -241,5 +241,5 @@ void tst_velmora_profile_corpus::percentSigns_standAsTheyAre()
                 "velmora-profile: '%2' is no id; there are 0, the first is 0, 'list' shows them\n");
 }
 
-QTEST_GUILESS_MAIN(tst_velmora_profile_corpus)
-#include "tst_velmora_profile_corpus.moc"
+QTEST_GUILESS_MAIN(tst_corpus)
+#include "tst_corpus.moc"

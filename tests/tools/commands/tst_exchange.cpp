@@ -11,7 +11,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-class tst_velmora_profile_exchange : public QObject
+class tst_exchange : public QObject
 {
     Q_OBJECT
 
@@ -73,14 +73,14 @@ QByteArray xbelBookmark(const QByteArray &url, const QByteArray &title)
 }
 } // namespace
 
-void tst_velmora_profile_exchange::bookmarks_comeBackAsTheyWere_data()
+void tst_exchange::bookmarks_comeBackAsTheyWere_data()
 {
     QTest::addColumn<QByteArray>("format");
     QTest::newRow("netscape") << QByteArray("netscape");
     QTest::newRow("xbel") << QByteArray("xbel");
 }
 
-void tst_velmora_profile_exchange::bookmarks_comeBackAsTheyWere()
+void tst_exchange::bookmarks_comeBackAsTheyWere()
 {
     QFETCH(QByteArray, format);
     const TestDirectory one;
@@ -103,7 +103,7 @@ void tst_velmora_profile_exchange::bookmarks_comeBackAsTheyWere()
                   runTool(one, "bookmarks list % --json").output);
 }
 
-void tst_velmora_profile_exchange::bookmarks_areAppended()
+void tst_exchange::bookmarks_areAppended()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -114,7 +114,7 @@ void tst_velmora_profile_exchange::bookmarks_areAppended()
     QVERIFY(readFile(directory.file("bookmark.xml")).contains("<thumbnail>000001.PNG</thumbnail>"));
 }
 
-void tst_velmora_profile_exchange::bookmarks_leaveTheirFolders()
+void tst_exchange::bookmarks_leaveTheirFolders()
 {
     const TestDirectory directory;
     writeFile(directory.file("in"), xbel("<folder><title>Outer</title><folder><title>Inner</title>"
@@ -128,7 +128,7 @@ void tst_velmora_profile_exchange::bookmarks_leaveTheirFolders()
                 "XBEL: 1 bookmark was added, 1 loss\n", lost);
 }
 
-void tst_velmora_profile_exchange::bookmarks_overALimitAreListed()
+void tst_exchange::bookmarks_overALimitAreListed()
 {
     const TestDirectory directory;
     const QByteArray url = "http://x/" + QByteArray(247, 'u');
@@ -149,7 +149,7 @@ void tst_velmora_profile_exchange::bookmarks_overALimitAreListed()
     QVERIFY(readFile(directory.file("bookmark.xml")).contains("<title>" + title + "</title>"));
 }
 
-void tst_velmora_profile_exchange::bookmarks_behindThe999thAreListed()
+void tst_exchange::bookmarks_behindThe999thAreListed()
 {
     const TestDirectory directory;
     QByteArray content;
@@ -165,7 +165,7 @@ void tst_velmora_profile_exchange::bookmarks_behindThe999thAreListed()
     QCOMPARE(jsonOf(runTool(directory, "bookmarks list % --json")).array().size(), 999);
 }
 
-void tst_velmora_profile_exchange::bookmarks_changeNothingOnADryRun()
+void tst_exchange::bookmarks_changeNothingOnADryRun()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -176,7 +176,7 @@ void tst_velmora_profile_exchange::bookmarks_changeNothingOnADryRun()
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
-void tst_velmora_profile_exchange::strictImports_changeNothing_data()
+void tst_exchange::strictImports_changeNothing_data()
 {
     QTest::addColumn<QByteArray>("command");
     QTest::addColumn<QByteArray>("content");
@@ -206,7 +206,7 @@ void tst_velmora_profile_exchange::strictImports_changeNothing_data()
         << cookies << good + "b.example\tFALSE\t/\tFALSE\t0\tbad\ta;b\n";
 }
 
-void tst_velmora_profile_exchange::strictImports_changeNothing()
+void tst_exchange::strictImports_changeNothing()
 {
     QFETCH(QByteArray, command);
     QFETCH(QByteArray, content);
@@ -229,7 +229,7 @@ void tst_velmora_profile_exchange::strictImports_changeNothing()
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
-void tst_velmora_profile_exchange::strictExports_writeNothing_data()
+void tst_exchange::strictExports_writeNothing_data()
 {
     QTest::addColumn<QByteArray>("command");
     for (const char *const command :
@@ -239,7 +239,7 @@ void tst_velmora_profile_exchange::strictExports_writeNothing_data()
     }
 }
 
-void tst_velmora_profile_exchange::strictExports_writeNothing()
+void tst_exchange::strictExports_writeNothing()
 {
     QFETCH(QByteArray, command);
     const TestDirectory directory;
@@ -262,7 +262,7 @@ void tst_velmora_profile_exchange::strictExports_writeNothing()
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
-void tst_velmora_profile_exchange::bookmarks_areRefusedFromOtherFiles()
+void tst_exchange::bookmarks_areRefusedFromOtherFiles()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -275,14 +275,14 @@ void tst_velmora_profile_exchange::bookmarks_areRefusedFromOtherFiles()
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
-void tst_velmora_profile_exchange::bookmarks_comeFromStandardInput()
+void tst_exchange::bookmarks_comeFromStandardInput()
 {
     const TestDirectory directory;
     COMPARE_RUN(runTool(directory, "bookmarks import % -", xbel(xbelBookmark("http://c/", "C"))), 0,
                 "XBEL: 1 bookmark was added, 0 losses\n", "");
 }
 
-void tst_velmora_profile_exchange::history_isExported()
+void tst_exchange::history_isExported()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -294,14 +294,14 @@ void tst_velmora_profile_exchange::history_isExported()
     QVERIFY(json.toJson().contains("http://a.example/"));
 }
 
-void tst_velmora_profile_exchange::exportThatDoesNotFit_leavesTheFile_data()
+void tst_exchange::exportThatDoesNotFit_leavesTheFile_data()
 {
     QTest::addColumn<int>("entries");
     QTest::newRow("a few blocks") << 20;
     QTest::newRow("many blocks") << 900;
 }
 
-void tst_velmora_profile_exchange::exportThatDoesNotFit_leavesTheFile()
+void tst_exchange::exportThatDoesNotFit_leavesTheFile()
 {
     QFETCH(int, entries);
     const TestDirectory directory;
@@ -318,7 +318,7 @@ void tst_velmora_profile_exchange::exportThatDoesNotFit_leavesTheFile()
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
-void tst_velmora_profile_exchange::cookies_comeBackAsTheyWere()
+void tst_exchange::cookies_comeBackAsTheyWere()
 {
     const TestDirectory one;
     const TestDirectory other;
@@ -332,7 +332,7 @@ void tst_velmora_profile_exchange::cookies_comeBackAsTheyWere()
     QVERIFY(!QFileInfo(other.file("cookie.ini")).permission(QFile::ReadOther));
 }
 
-void tst_velmora_profile_exchange::cookies_replaceTheirNamesakes()
+void tst_exchange::cookies_replaceTheirNamesakes()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -352,7 +352,7 @@ void tst_velmora_profile_exchange::cookies_replaceTheirNamesakes()
                 "");
 }
 
-void tst_velmora_profile_exchange::cookies_thatTheIniCannotHoldAreListed()
+void tst_exchange::cookies_thatTheIniCannotHoldAreListed()
 {
     const TestDirectory directory;
     writeFile(directory.file("in"), "# Netscape HTTP Cookie File\n"
@@ -366,7 +366,7 @@ void tst_velmora_profile_exchange::cookies_thatTheIniCannotHoldAreListed()
     QCOMPARE(runTool(directory, "cookies import % %in --strict").status, 2);
 }
 
-void tst_velmora_profile_exchange::exports_refuseDamage_data()
+void tst_exchange::exports_refuseDamage_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("command");
@@ -376,7 +376,7 @@ void tst_velmora_profile_exchange::exports_refuseDamage_data()
     QTest::newRow("cookies") << QByteArray("cookie.ini") << QByteArray("cookies export % %out");
 }
 
-void tst_velmora_profile_exchange::exports_refuseDamage()
+void tst_exchange::exports_refuseDamage()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, command);
@@ -389,7 +389,7 @@ void tst_velmora_profile_exchange::exports_refuseDamage()
     QVERIFY(!exists(directory.file("out")));
 }
 
-void tst_velmora_profile_exchange::exports_arePrivateWhereTheyHoldSessions()
+void tst_exchange::exports_arePrivateWhereTheyHoldSessions()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -397,7 +397,7 @@ void tst_velmora_profile_exchange::exports_arePrivateWhereTheyHoldSessions()
     QVERIFY(!QFileInfo(directory.file("out")).permission(QFile::ReadGroup));
 }
 
-void tst_velmora_profile_exchange::exports_goIntoPipes_data()
+void tst_exchange::exports_goIntoPipes_data()
 {
     QTest::addColumn<QByteArray>("command");
     for (const char *const command : {"bookmarks export % ", "history export % ",
@@ -407,7 +407,7 @@ void tst_velmora_profile_exchange::exports_goIntoPipes_data()
 }
 
 // A file in the place of the pipe would leave its reader waiting.
-void tst_velmora_profile_exchange::exports_goIntoPipes()
+void tst_exchange::exports_goIntoPipes()
 {
     QFETCH(QByteArray, command);
     TestDirectory directory;
@@ -426,7 +426,7 @@ void tst_velmora_profile_exchange::exports_goIntoPipes()
     QCOMPARE(int(pipe.read(2 * whole.size()).size()), int(whole.size()));
 }
 
-void tst_velmora_profile_exchange::exports_goToStandardOutputByItsName()
+void tst_exchange::exports_goToStandardOutputByItsName()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -434,7 +434,7 @@ void tst_velmora_profile_exchange::exports_goToStandardOutputByItsName()
     COMPARE_RUN(runTool(directory, "bookmarks export % /dev/stdout"), 0, whole, "");
 }
 
-void tst_velmora_profile_exchange::exports_refuseFolders()
+void tst_exchange::exports_refuseFolders()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -443,7 +443,7 @@ void tst_velmora_profile_exchange::exports_refuseFolders()
                     + "thumbnail' cannot be written: it is a folder\n");
 }
 
-void tst_velmora_profile_exchange::files_thatCannotBeReadOrWritten_data()
+void tst_exchange::files_thatCannotBeReadOrWritten_data()
 {
     QTest::addColumn<QByteArray>("command");
     for (const char *const command : {"bookmarks import % %none/in", "cookies import % %none/in",
@@ -454,7 +454,7 @@ void tst_velmora_profile_exchange::files_thatCannotBeReadOrWritten_data()
     }
 }
 
-void tst_velmora_profile_exchange::files_thatCannotBeReadOrWritten()
+void tst_exchange::files_thatCannotBeReadOrWritten()
 {
     QFETCH(QByteArray, command);
     const TestDirectory directory;
@@ -468,5 +468,5 @@ void tst_velmora_profile_exchange::files_thatCannotBeReadOrWritten()
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
-QTEST_GUILESS_MAIN(tst_velmora_profile_exchange)
-#include "tst_velmora_profile_exchange.moc"
+QTEST_GUILESS_MAIN(tst_exchange)
+#include "tst_exchange.moc"

@@ -7,7 +7,7 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QXmlStreamReader>
 
-class tst_velmora_profile_repair : public QObject
+class tst_repair : public QObject
 {
     Q_OBJECT
 
@@ -78,7 +78,7 @@ QStringList copiesIn(const TestDirectory &directory)
 }
 } // namespace
 
-void tst_velmora_profile_repair::repair_leavesAGoodProfileAlone()
+void tst_repair::repair_leavesAGoodProfileAlone()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -87,7 +87,7 @@ void tst_velmora_profile_repair::repair_leavesAGoodProfileAlone()
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
-void tst_velmora_profile_repair::repair_changesNothingOnADryRun()
+void tst_repair::repair_changesNothingOnADryRun()
 {
     const TestDirectory directory;
     writeFile(directory.file("fontlist.xml"), "<fontlist><font>A</font><font>B");
@@ -105,7 +105,7 @@ void tst_velmora_profile_repair::repair_changesNothingOnADryRun()
     QVERIFY(QFileInfo(directory.file("cookie.xml")).permission(QFile::ReadOther));
 }
 
-void tst_velmora_profile_repair::repair_getsBackWhatIsBehindTheDamage_data()
+void tst_repair::repair_getsBackWhatIsBehindTheDamage_data()
 {
     QTest::addColumn<QByteArray>("damaged");
     QTest::addColumn<QByteArray>("said");
@@ -129,7 +129,7 @@ void tst_velmora_profile_repair::repair_getsBackWhatIsBehindTheDamage_data()
                                            << QByteArray("  kept: A\n  kept: D\n");
 }
 
-void tst_velmora_profile_repair::repair_getsBackWhatIsBehindTheDamage()
+void tst_repair::repair_getsBackWhatIsBehindTheDamage()
 {
     QFETCH(QByteArray, damaged);
     QFETCH(QByteArray, said);
@@ -143,7 +143,7 @@ void tst_velmora_profile_repair::repair_getsBackWhatIsBehindTheDamage()
     COMPARE_RUN(runTool(directory, "repair %"), 0, "nothing to repair\n", "");
 }
 
-void tst_velmora_profile_repair::repair_keepsADatedCopy()
+void tst_repair::repair_keepsADatedCopy()
 {
     const TestDirectory directory;
     const QByteArray damaged = "<fontlist><font>A</font>";
@@ -163,7 +163,7 @@ void tst_velmora_profile_repair::repair_keepsADatedCopy()
     QVERIFY(!QFileInfo(directory.path() + copies.at(0)).permission(QFile::ReadOther));
 }
 
-void tst_velmora_profile_repair::repair_keepsCopiesOfSecretsPrivate_data()
+void tst_repair::repair_keepsCopiesOfSecretsPrivate_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("damaged");
@@ -180,7 +180,7 @@ void tst_velmora_profile_repair::repair_keepsCopiesOfSecretsPrivate_data()
         << QByteArray("<repostry_common><proxy>&<proxyUserPass><![CDATA[Z2VoZWlt]]>");
 }
 
-void tst_velmora_profile_repair::repair_keepsCopiesOfSecretsPrivate()
+void tst_repair::repair_keepsCopiesOfSecretsPrivate()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, damaged);
@@ -199,7 +199,7 @@ void tst_velmora_profile_repair::repair_keepsCopiesOfSecretsPrivate()
               & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther)));
 }
 
-void tst_velmora_profile_repair::repair_getsBackPreferences()
+void tst_repair::repair_getsBackPreferences()
 {
     const TestDirectory directory;
     writeFile(directory.file("repostry_private.xml"),
@@ -226,7 +226,7 @@ void tst_velmora_profile_repair::repair_getsBackPreferences()
 }
 
 // Without it the browser would switch SSL 3.0 off.
-void tst_velmora_profile_repair::repair_keepsTheVersionOfSecurity()
+void tst_repair::repair_keepsTheVersionOfSecurity()
 {
     const TestDirectory directory;
     writeFile(directory.file("repostry.xml"),
@@ -241,7 +241,7 @@ void tst_velmora_profile_repair::repair_keepsTheVersionOfSecurity()
                         "</repostry_common>\n");
 }
 
-void tst_velmora_profile_repair::repair_keepsWhatGettersHide()
+void tst_repair::repair_keepsWhatGettersHide()
 {
     const TestDirectory directory;
     const QByteArray url = "http://u/" + QByteArray(300, 'u');
@@ -259,7 +259,7 @@ void tst_velmora_profile_repair::repair_keepsWhatGettersHide()
     QVERIFY(readFile(directory.file("visit.xml")).contains("<dateTime>2026/1/2</dateTime>"));
 }
 
-void tst_velmora_profile_repair::repair_skipsEntriesInComments()
+void tst_repair::repair_skipsEntriesInComments()
 {
     const TestDirectory directory;
     writeFile(directory.file("fontlist.xml"),
@@ -268,7 +268,7 @@ void tst_velmora_profile_repair::repair_skipsEntriesInComments()
     COMPARE_BYTES(readFile(directory.file("fontlist.xml")), fonts(font(0, "A")));
 }
 
-void tst_velmora_profile_repair::repair_readsOtherEncodings()
+void tst_repair::repair_readsOtherEncodings()
 {
     const TestDirectory directory;
     writeFile(directory.file("fontlist.xml"),
@@ -283,7 +283,7 @@ void tst_velmora_profile_repair::repair_readsOtherEncodings()
     COMPARE_BYTES(readFile(directory.file("fontlist.xml")), fonts(font(0, "A")));
 }
 
-void tst_velmora_profile_repair::repair_namesAndNumbers()
+void tst_repair::repair_namesAndNumbers()
 {
     const TestDirectory directory;
     writeFile(directory.file("fontlist.xml"), "<list><font id=\"7\">A</font></list>");
@@ -306,14 +306,14 @@ void tst_velmora_profile_repair::repair_namesAndNumbers()
                         "    </webSiteInfo>\n</cookie>\n");
 }
 
-void tst_velmora_profile_repair::repair_leavesTheContentOfAnotherFileAlone()
+void tst_repair::repair_leavesTheContentOfAnotherFileAlone()
 {
     const TestDirectory directory;
     writeFile(directory.file("fontlist.xml"), "<history><pageInfo/></history>");
     COMPARE_RUN(runTool(directory, "repair %"), 0, "nothing to repair\n", "");
 }
 
-void tst_velmora_profile_repair::repair_keepsTheFirst999()
+void tst_repair::repair_keepsTheFirst999()
 {
     const TestDirectory directory;
     QByteArray entries;
@@ -328,7 +328,7 @@ void tst_velmora_profile_repair::repair_keepsTheFirst999()
     QCOMPARE(jsonOf(runTool(directory, "fonts list % --json")).array().size(), 999);
 }
 
-void tst_velmora_profile_repair::repair_survivesEveryTruncation_data()
+void tst_repair::repair_survivesEveryTruncation_data()
 {
     QTest::addColumn<QByteArray>("file");
     for (const char *const file : {"repostry.xml", "repostry_private.xml", "bookmark.xml",
@@ -338,7 +338,7 @@ void tst_velmora_profile_repair::repair_survivesEveryTruncation_data()
 }
 
 // Wherever a document ends: what was whole is back, and the document is whole.
-void tst_velmora_profile_repair::repair_survivesEveryTruncation()
+void tst_repair::repair_survivesEveryTruncation()
 {
     QFETCH(QByteArray, file);
     const TestDirectory directory;
@@ -354,12 +354,9 @@ void tst_velmora_profile_repair::repair_survivesEveryTruncation()
     }
 }
 
-void tst_velmora_profile_repair::repair_survivesBrokenBytes_data()
-{
-    repair_survivesEveryTruncation_data();
-}
+void tst_repair::repair_survivesBrokenBytes_data() { repair_survivesEveryTruncation_data(); }
 
-void tst_velmora_profile_repair::repair_survivesBrokenBytes()
+void tst_repair::repair_survivesBrokenBytes()
 {
     QFETCH(QByteArray, file);
     const TestDirectory directory;
@@ -377,7 +374,7 @@ void tst_velmora_profile_repair::repair_survivesBrokenBytes()
     }
 }
 
-void tst_velmora_profile_repair::repair_tellsNoSecrets()
+void tst_repair::repair_tellsNoSecrets()
 {
     const TestDirectory directory;
     writeFile(directory.file("authinfo.xml"),
@@ -395,7 +392,7 @@ void tst_velmora_profile_repair::repair_tellsNoSecrets()
 }
 
 // Whoever wrote the file: neither a password that is not marked as encoded nor a cookie's value.
-void tst_velmora_profile_repair::repair_tellsNoSecretsOfPlainText()
+void tst_repair::repair_tellsNoSecretsOfPlainText()
 {
     const TestDirectory directory;
     writeFile(directory.file("authinfo.xml"),
@@ -410,7 +407,7 @@ void tst_velmora_profile_repair::repair_tellsNoSecretsOfPlainText()
     QVERIFY2(run.output.contains("  kept: n\n"), run.output.constData());
 }
 
-void tst_velmora_profile_repair::repair_tellsOfACookieFileThatCannotBeRead()
+void tst_repair::repair_tellsOfACookieFileThatCannotBeRead()
 {
     const TestDirectory directory;
     QVERIFY(QDir(directory.path()).mkdir(utf8("cookie.ini")));
@@ -418,5 +415,5 @@ void tst_velmora_profile_repair::repair_tellsOfACookieFileThatCannotBeRead()
                 "velmora-profile: cookie.ini cannot be read; see to its owner and mode\n");
 }
 
-QTEST_GUILESS_MAIN(tst_velmora_profile_repair)
-#include "tst_velmora_profile_repair.moc"
+QTEST_GUILESS_MAIN(tst_repair)
+#include "tst_repair.moc"

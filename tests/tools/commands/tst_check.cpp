@@ -5,7 +5,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 
-class tst_velmora_profile_check : public QObject
+class tst_check : public QObject
 {
     Q_OBJECT
 
@@ -53,7 +53,7 @@ QByteArray bookmark(const QByteArray &url, const QByteArray &title, const QByteA
 const char kPicture[] = "<thumbnail>000001.PNG</thumbnail>";
 } // namespace
 
-void tst_velmora_profile_check::check_isCleanOnAGoodProfile()
+void tst_check::check_isCleanOnAGoodProfile()
 {
     const TestDirectory directory;
     writeGoodProfile(directory);
@@ -62,7 +62,7 @@ void tst_velmora_profile_check::check_isCleanOnAGoodProfile()
     COMPARE_RUN(runTool(empty, "check %"), 0, "nothing is wrong\n", "");
 }
 
-void tst_velmora_profile_check::check_finds_data()
+void tst_check::check_finds_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("content");
@@ -200,7 +200,7 @@ void tst_velmora_profile_check::check_finds_data()
                    "nothing; to keep SSL 3.0 on, set security.enableSSL30 once");
 }
 
-void tst_velmora_profile_check::check_finds()
+void tst_check::check_finds()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, content);
@@ -216,7 +216,7 @@ void tst_velmora_profile_check::check_finds()
     COMPARE_RUN(runTool(directory, "check %"), 1, found + "1 finding\n", "");
 }
 
-void tst_velmora_profile_check::check_findsNothingIn_data()
+void tst_check::check_findsNothingIn_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("content");
@@ -244,7 +244,7 @@ void tst_velmora_profile_check::check_findsNothingIn_data()
         << QByteArray("<repostry><pageInfo><home/></pageInfo></repostry>");
 }
 
-void tst_velmora_profile_check::check_findsNothingIn()
+void tst_check::check_findsNothingIn()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, content);
@@ -259,7 +259,7 @@ void tst_velmora_profile_check::check_findsNothingIn()
     COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
-void tst_velmora_profile_check::check_findsFilesThatOthersCanRead_data()
+void tst_check::check_findsFilesThatOthersCanRead_data()
 {
     QTest::addColumn<QByteArray>("file");
     for (const char *const file : {"authinfo.xml", "cookie.ini", "cookie.xml", "repostry.xml"}) {
@@ -267,7 +267,7 @@ void tst_velmora_profile_check::check_findsFilesThatOthersCanRead_data()
     }
 }
 
-void tst_velmora_profile_check::check_findsFilesThatOthersCanRead()
+void tst_check::check_findsFilesThatOthersCanRead()
 {
     QFETCH(QByteArray, file);
     const TestDirectory directory;
@@ -287,7 +287,7 @@ void tst_velmora_profile_check::check_findsFilesThatOthersCanRead()
     COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
-void tst_velmora_profile_check::check_findsWhatAnInterruptedSaveLeft_data()
+void tst_check::check_findsWhatAnInterruptedSaveLeft_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("what");
@@ -304,7 +304,7 @@ void tst_velmora_profile_check::check_findsWhatAnInterruptedSaveLeft_data()
                                      "remove it when no browser is running");
 }
 
-void tst_velmora_profile_check::check_findsWhatAnInterruptedSaveLeft()
+void tst_check::check_findsWhatAnInterruptedSaveLeft()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, what);
@@ -314,7 +314,7 @@ void tst_velmora_profile_check::check_findsWhatAnInterruptedSaveLeft()
     COMPARE_RUN(runTool(directory, "check %"), 1, what + "1 finding\n", "");
 }
 
-void tst_velmora_profile_check::check_leavesCopiesAlone_data()
+void tst_check::check_leavesCopiesAlone_data()
 {
     QTest::addColumn<QByteArray>("file");
     for (const char *const file :
@@ -325,7 +325,7 @@ void tst_velmora_profile_check::check_leavesCopiesAlone_data()
 }
 
 // Who is told to remove them may have nothing else left.
-void tst_velmora_profile_check::check_leavesCopiesAlone()
+void tst_check::check_leavesCopiesAlone()
 {
     QFETCH(QByteArray, file);
     const TestDirectory directory;
@@ -334,7 +334,7 @@ void tst_velmora_profile_check::check_leavesCopiesAlone()
     COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
-void tst_velmora_profile_check::check_findsADamagedCookieFile()
+void tst_check::check_findsADamagedCookieFile()
 {
     const TestDirectory directory;
     const QByteArray content("[Cookie]\ncookies=@ByteArray(\\0\\0\\0\\x3\\0\\0\\0\\x3"
@@ -352,7 +352,7 @@ void tst_velmora_profile_check::check_findsADamagedCookieFile()
     COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
-void tst_velmora_profile_check::check_failsOnWhatCannotBeRead()
+void tst_check::check_failsOnWhatCannotBeRead()
 {
     const TestDirectory directory;
     QVERIFY(QDir(directory.path()).mkdir(utf8("visit.xml")));
@@ -363,7 +363,7 @@ void tst_velmora_profile_check::check_failsOnWhatCannotBeRead()
                 "");
 }
 
-void tst_velmora_profile_check::check_printsJson()
+void tst_check::check_printsJson()
 {
     const TestDirectory directory;
     writeFile(directory.file("fontlist.xml"), "");
@@ -378,5 +378,5 @@ void tst_velmora_profile_check::check_printsJson()
     COMPARE_RUN(runTool(empty, "check % --json"), 0, "[\n]\n", "");
 }
 
-QTEST_GUILESS_MAIN(tst_velmora_profile_check)
-#include "tst_velmora_profile_check.moc"
+QTEST_GUILESS_MAIN(tst_check)
+#include "tst_check.moc"
