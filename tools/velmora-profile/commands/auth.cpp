@@ -3,9 +3,10 @@
 #include "cookies/VLMC_AuthSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Files.h"
+#include "tools/velmora-profile/output/Guards.h"
+#include "tools/velmora-profile/output/Password.h"
 #include "tools/velmora-profile/output/Table.h"
-#include "tools/velmora-profile/profile/CookieFile.h"
+#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
 
 namespace

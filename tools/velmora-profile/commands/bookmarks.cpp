@@ -2,9 +2,12 @@
 
 #include "bookmarks/VLMC_BookmarksSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
+#include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
+#include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
 
 namespace

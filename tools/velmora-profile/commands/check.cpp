@@ -3,7 +3,9 @@
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
+#include "tools/velmora-profile/profile/Document.h"
 #include "tools/velmora-profile/profile/Findings.h"
 
 namespace

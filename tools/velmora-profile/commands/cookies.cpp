@@ -3,9 +3,12 @@
 #include "cookies/VLMC_CookieSetting.h"
 #include "core/TimeText_p.h"
 #include "tools/velmora-profile/commands/Command.h"
+#include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
+#include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
 

@@ -2,9 +2,11 @@
 
 #include "fonts/VLMC_FontListSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
+#include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Files.h"
+#include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
 #include "tools/velmora-profile/profile/Families.h"
 

@@ -1,13 +1,12 @@
 #include "tools/velmora-profile/output/Files.h"
 
 #include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Guards.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonObject>
 #include <QtCore/QSaveFile>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -62,12 +61,6 @@ bool writeInPlace(const QString &path, const QByteArray &content)
     const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
     return (file.open(descriptor, mode, QFile::AutoCloseHandle) && writeAll(&file, content))
            || refuseToWrite(path, file.errorString());
-}
-
-bool isControl(ushort code)
-{
-    return (code < 0x20 && code != 0x09 && code != 0x0a) || (code & 0xfffe) == 0xfffe
-           || (code >= 0xfdd0 && code <= 0xfdef);
 }
 } // namespace
 
@@ -126,79 +119,4 @@ bool profile::replaceFile(const QString &path, const QByteArray &content, Reader
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     }
     return (writeAll(&file, content) && file.commit()) || refuseToWrite(path, file.errorString());
-}
-
-void profile::sayLosses(const QList<Loss> &losses)
-{
-    for (const Loss &loss : losses) {
-        warn(text("lost: %1: %2").arg(loss.entry, loss.reason));
-    }
-}
-
-QJsonArray profile::toJson(const QList<Loss> &losses)
-{
-    QJsonArray array;
-    for (const Loss &loss : losses) {
-        QJsonObject object;
-        object.insert(text("entry"), loss.entry);
-        object.insert(text("reason"), loss.reason);
-        array.append(object);
-    }
-    return array;
-}
-
-int profile::refuseLosses(const Call &call, const QList<Loss> &losses)
-{
-    if (losses.isEmpty() || !call.has("strict")) {
-        return Done;
-    }
-    return fail(text("%1, and --strict was asked for; nothing was changed")
-                    .arg(counted(losses.size(), "loss", "losses")));
-}
-
-QString profile::imported(const Call &call, int added)
-{
-    if (call.has("dry-run")) {
-        return text("would be");
-    }
-    return text(added == 1 ? "was" : "were");
-}
-
-bool profile::readIds(const Call &call, int count, QList<int> *ids)
-{
-    for (const QString &operand : call.operands) {
-        bool isNumber = false;
-        const int id = operand.toInt(&isNumber);
-        if (!isNumber || id < 0 || id >= count) {
-            warn(text("'%1' is no id; there are %2, the first is 0, 'list' shows them")
-                     .arg(operand, QString::number(count)));
-            return false;
-        }
-        if (!ids->contains(id)) {
-            ids->append(id);
-        }
-    }
-    std::sort(ids->begin(), ids->end());
-    std::reverse(ids->begin(), ids->end());
-    return true;
-}
-
-bool profile::isKept(const QString &text)
-{
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar character = text.at(i);
-        const bool isPair =
-            character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (isPair) {
-            const uint code = QChar::surrogateToUcs4(character, text.at(i + 1));
-            if ((code & 0xfffe) == 0xfffe) {
-                return false;
-            }
-            ++i;
-        } else if (character.isSurrogate() || isControl(character.unicode())) {
-            return false;
-        }
-    }
-    // A document's text that is nothing but blanks reads as empty.
-    return text.isEmpty() || !text.trimmed().isEmpty();
 }

@@ -1,13 +1,10 @@
 #ifndef OUTPUT_FILES_H
 #define OUTPUT_FILES_H
 
-#include "tools/velmora-profile/commands/Command.h"
-#include "tools/velmora-profile/formats/Formats.h"
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
 
-#include <QtCore/QJsonArray>
-#include <QtCore/QList>
-
-// Files beside the profile's, and what reading and writing them has in common.
+// Files and streams as a whole: those of a profile, and those that somebody names.
 namespace profile
 {
 const qint64 kMebibyte = Q_INT64_C(1048576);
@@ -28,23 +25,6 @@ bool replaceFile(const QString &path, const QByteArray &content, Readers readers
 // The same for a file that somebody named: "-" stands for standard output, and a pipe or a device
 // stays what it is and gets the content.
 bool writeFile(const QString &path, const QByteArray &content, Readers readers = Everyone);
-
-// Says what could not be carried, each on a line of standard error.
-void sayLosses(const QList<Loss> &losses);
-QJsonArray toJson(const QList<Loss> &losses);
-
-// With --strict any loss is an error: says so and gives Failed, otherwise Done.
-int refuseLosses(const Call &call, const QList<Loss> &losses);
-
-// "was", "were" or, on a dry run, "would be".
-QString imported(const Call &call, int added);
-
-// The operands as ids below count, each once, from the highest down: each removal renumbers. False,
-// and said so, when one is none.
-bool readIds(const Call &call, int count, QList<int> *ids);
-
-// What a text loses on its way through a document: characters that XML cannot carry.
-bool isKept(const QString &text);
 } // namespace profile
 
 #endif

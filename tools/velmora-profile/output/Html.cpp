@@ -1,6 +1,6 @@
 #include "tools/velmora-profile/output/Html.h"
 
-#include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QUrl>
 

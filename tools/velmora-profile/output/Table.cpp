@@ -1,6 +1,7 @@
 #include "tools/velmora-profile/output/Table.h"
 
 #include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QVector>

@@ -4,14 +4,14 @@
 #include "cookies/VLMC_CookieSetting.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
+#include "tools/velmora-profile/output/Guards.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
-
-#include <sys/stat.h>
 
 namespace
 {
@@ -64,6 +64,7 @@ QString damageOf(const QString &path)
                ? damageOfBytes(settings.value(text("Cookie/cookies")).toByteArray())
                : text("it is no INI file");
 }
+
 // The cookies as a file that holds them gives them back.
 QList<QNetworkCookie> readBack(const QList<QNetworkCookie> &cookies)
 {
@@ -122,7 +123,3 @@ int profile::writeCookieFile(const QList<QNetworkCookie> &cookies)
     return readFile(path, &content) && replaceFile(text(kCookieIni), content, OwnerAlone) ? Done
                                                                                           : Failed;
 }
-
-profile::OwnerOnly::OwnerOnly() : m_before(umask(S_IRWXG | S_IRWXO)) {}
-
-profile::OwnerOnly::~OwnerOnly() { umask(mode_t(m_before)); }

@@ -22,19 +22,6 @@ CookieFile readCookieFile(const QString &directory);
 // Has the library write the cookies, looks whether its file holds them, and replaces the profile's
 // by it: Failed, and said so, when that cannot be done; the file is then as it was.
 int writeCookieFile(const QList<QNetworkCookie> &cookies);
-
-// Files that this process creates while one lives are their owner's alone.
-class OwnerOnly
-{
-public:
-    OwnerOnly();
-    ~OwnerOnly();
-    OwnerOnly(const OwnerOnly &) = delete;
-    OwnerOnly &operator=(const OwnerOnly &) = delete;
-
-private:
-    unsigned int m_before;
-};
 } // namespace profile
 
 #endif

@@ -5,6 +5,7 @@
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
 #include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -265,8 +266,6 @@ bool profile::isLabel(VLMC_XMLNode *field)
     return field->getTextType() == 0 && !field->getText().isEmpty() && name != text("user")
            && name != text("passwd") && name != text("contents");
 }
-
-int profile::utf8Bytes(const QString &text) { return int(text.toUtf8().size()); }
 
 // A path without a name comes from an entry that was added without a thumbnail: a load puts the
 // folder in front of nothing, and the next save leaves the folder's name.

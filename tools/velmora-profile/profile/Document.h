@@ -97,9 +97,6 @@ QString idOf(VLMC_XMLNode *entry);
 // Whether a field of an entry can be said aloud: it has a text that is neither encoded nor secret.
 bool isLabel(VLMC_XMLNode *field);
 
-// Bytes of a text's UTF-8 form, by which all limits count.
-int utf8Bytes(const QString &text);
-
 // The file name at the end of a thumbnail path; empty when the path names none.
 QString thumbnailName(const QString &path);
 

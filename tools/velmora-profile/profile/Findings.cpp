@@ -1,8 +1,9 @@
 #include "tools/velmora-profile/profile/Findings.h"
 
 #include "core/TimeText_p.h"
-#include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
+#include "tools/velmora-profile/profile/Document.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 #include "tools/velmora-profile/profile/Thumbnails.h"
 

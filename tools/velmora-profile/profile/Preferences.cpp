@@ -2,7 +2,7 @@
 
 #include "preferences/VLMC_BrowserCommonSetting.h"
 #include "preferences/VLMC_BrowserUserSetting.h"
-#include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Text.h"
 
 namespace
 {

@@ -1,7 +1,7 @@
 #include "tools/velmora-profile/profile/Recovery.h"
 
 #include "core/VLMC_XMLReader.h"
-#include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QBuffer>
 

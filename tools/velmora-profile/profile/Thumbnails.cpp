@@ -1,6 +1,6 @@
 #include "tools/velmora-profile/profile/Thumbnails.h"
 
-#include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>

@@ -1,13 +1,11 @@
-#ifndef FORMATS_BOOKMARKS_H
-#define FORMATS_BOOKMARKS_H
+#ifndef FORMATS_BOOKMARKTREE_H
+#define FORMATS_BOOKMARKTREE_H
 
 #include "tools/velmora-profile/formats/Formats.h"
 
-// Between the sources of the two bookmark formats.
+// What the two bookmark formats have in common.
 namespace profile
 {
-QString text(const char *utf8);
-
 // How a bookmark is called where its losses are listed.
 QString nameOf(const BookmarkRecord &bookmark);
 
@@ -62,13 +60,6 @@ private:
 // The import of a file that is not read.
 BookmarkImport refused(const QString &error);
 BookmarkImport unknownEncoding(const QByteArray &encoding);
-
-BookmarkImport readNetscape(const QByteArray &content);
-bool looksLikeNetscape(const QByteArray &content);
-
-// The root element decides, so that only a document that begins well is taken for one.
-bool looksLikeXbel(const QString &document);
-BookmarkImport readXbel(const QString &document);
 } // namespace profile
 
 #endif
