@@ -7,8 +7,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
-#include <algorithm>
-
 namespace
 {
 using namespace profile;
@@ -273,25 +271,6 @@ int profile::runCommand(const QStringList &arguments)
     call.directory = words.value(named);
     call.operands = words.mid(named + 1);
     return run(*command, call);
-}
-
-bool profile::readIds(const Call &call, int count, QList<int> *ids)
-{
-    for (const QString &operand : call.operands) {
-        bool isNumber = false;
-        const int id = operand.toInt(&isNumber);
-        if (!isNumber || id < 0 || id >= count) {
-            warn(text("'%1' is no id; there are %2, the first is 0, 'list' shows them")
-                     .arg(operand, QString::number(count)));
-            return false;
-        }
-        if (!ids->contains(id)) {
-            ids->append(id);
-        }
-    }
-    std::sort(ids->begin(), ids->end());
-    std::reverse(ids->begin(), ids->end());
-    return true;
 }
 
 QString profile::usage()

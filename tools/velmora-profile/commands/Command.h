@@ -42,10 +42,6 @@ struct Command {
 // Parses, finds the command, enters the folder and runs it.
 int runCommand(const QStringList &arguments);
 
-// The operands as ids below count, each once, from the highest down: each removal renumbers. False,
-// and said so, when one is none.
-bool readIds(const Call &call, int count, QList<int> *ids);
-
 // The whole help.
 QString usage();
 

@@ -2,12 +2,16 @@
 
 #include "cookies/VLMC_AuthSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
+#include "tools/velmora-profile/commands/Removal.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Guards.h"
+#include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Password.h"
-#include "tools/velmora-profile/output/Table.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
+#include "tools/velmora-profile/profile/Refusals.h"
+#include "tools/velmora-profile/profile/Stores.h"
 
 namespace
 {
@@ -21,25 +25,6 @@ const int kMaxSecretBytes = 272;
 
 VLMC_AuthSetting &store() { return *VLMC_AuthSetting::getInstance(); }
 
-int load()
-{
-    if (refuseToRewrite(Document(profile::Credentials, text(kHere))) != Done) {
-        return Failed;
-    }
-    QString directory = text(kHere);
-    store().loadAuthInfo(&directory, kMaxEntries);
-    return Done;
-}
-
-int save()
-{
-    const Uninterrupted uninterrupted;
-    const OwnerOnly ownerOnly;
-    QString directory = text(kHere);
-    store().saveAuthInfo(&directory, kMaxEntries);
-    return isSaved(profile::Credentials, contentOf(&store())) ? Done : Failed;
-}
-
 int schemeCode(const QString &scheme)
 {
     for (int code = 0; code < 3; ++code) {
@@ -48,28 +33,6 @@ int schemeCode(const QString &scheme)
         }
     }
     return -1;
-}
-
-QString decoded(VLMC_XMLNode *entry, const char *field)
-{
-    return QString::fromUtf8(QByteArray::fromBase64(fieldText(entry, field).toUtf8()));
-}
-
-QString password(VLMC_XMLNode *entry, bool showSecrets)
-{
-    return masked(decoded(entry, "passwd"), showSecrets);
-}
-
-QJsonObject jsonOf(int id, VLMC_XMLNode *entry, bool showSecrets)
-{
-    QJsonObject object;
-    object.insert(text("id"), id);
-    object.insert(text("host"), fieldText(entry, "hostName"));
-    object.insert(text("port"), fieldText(entry, "portNum"));
-    object.insert(text("scheme"), fieldText(entry, "authType"));
-    object.insert(text("user"), decoded(entry, "user"));
-    object.insert(text("password"), password(entry, showSecrets));
-    return object;
 }
 
 // The first limit that a record is over; empty when the store takes it.
@@ -105,23 +68,19 @@ int profile::listCredentials(const Call &call)
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
-    const QList<VLMC_XMLNode *> entries = document.children();
-    const bool secrets = call.has("show-secrets");
-    Table table(
-        {text("Id"), text("Host"), text("Port"), text("Scheme"), text("User"), text("Password")});
-    QJsonArray array;
-    for (int i = 0; i < entries.size(); ++i) {
-        VLMC_XMLNode *const entry = entries.at(i);
-        table.add({QString::number(i), fieldText(entry, "hostName"), fieldText(entry, "portNum"),
-                   fieldText(entry, "authType"), decoded(entry, "user"), password(entry, secrets)});
-        array.append(jsonOf(i, entry, secrets));
+    Listing listing({{"id", "Id"},
+                     {"host", "Host"},
+                     {"port", "Port"},
+                     {"scheme", "Scheme"},
+                     {"user", "User"},
+                     {"password", "Password"}});
+    for (VLMC_XMLNode *const entry : document.children()) {
+        listing.add({listing.json().size(), fieldText(entry, "hostName"),
+                     fieldText(entry, "portNum"), fieldText(entry, "authType"),
+                     decodedText(entry, "user"),
+                     masked(decodedText(entry, "passwd"), call.has("show-secrets"))});
     }
-    if (call.has("json")) {
-        sayJson(array);
-    } else {
-        sayBytes(table.toText().toUtf8());
-    }
-    return Done;
+    return listing.say(call.has("json"));
 }
 
 int profile::addCredentials(const Call &call)
@@ -130,7 +89,7 @@ int profile::addCredentials(const Call &call)
     if (scheme < 0) {
         return fail(text("the scheme is basic, digest or NTLM, not '%1'").arg(call.operands.at(2)));
     }
-    if (load() != Done) {
+    if (loadStore(Credentials) != Done) {
         return Failed;
     }
     if (store().getXMLNodeCnt() >= kMaxEntries) {
@@ -146,17 +105,12 @@ int profile::addCredentials(const Call &call)
     if (!refusal.isEmpty() || !store().setAuthInfo(&info)) {
         return fail(text("%1; nothing was changed").arg(refusal));
     }
-    return save();
+    return saveStore(Credentials);
 }
 
 int profile::removeCredentials(const Call &call)
 {
-    QList<int> ids;
-    if (load() != Done || !readIds(call, store().getXMLNodeCnt(), &ids)) {
-        return Failed;
-    }
-    for (const int id : qAsConst(ids)) {
-        store().deleteAuthInfo(id);
-    }
-    return save();
+    return loadStore(Credentials) == Done
+               ? removeEntries(call, Credentials, [](int id) { store().deleteAuthInfo(id); })
+               : int(Failed);
 }

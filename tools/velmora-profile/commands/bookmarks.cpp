@@ -3,12 +3,17 @@
 #include "bookmarks/VLMC_BookmarksSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Losses.h"
+#include "tools/velmora-profile/commands/Removal.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
+#include "tools/velmora-profile/profile/Refusals.h"
+#include "tools/velmora-profile/profile/Stores.h"
 
 namespace
 {
@@ -18,30 +23,6 @@ const int kMaxUrlBytes = 256;
 const int kMaxTitleBytes = 100;
 
 VLMC_BookmarksSetting &store() { return *VLMC_BookmarksSetting::getInstance(); }
-
-// Done when the store holds the document and may replace it.
-int load()
-{
-    if (refuseToRewrite(Document(Bookmarks, text(kHere))) != Done) {
-        return Failed;
-    }
-    QString directory = text(kHere);
-    int lastNumber = 0;
-    store().loadBookmark(&directory, kMaxEntries, lastNumber);
-    return Done;
-}
-
-int save()
-{
-    const Uninterrupted uninterrupted;
-    nameRoot(&store(), documentType(Bookmarks));
-    // As the save does; it leaves the folder in front of every path.
-    store().removeThumbnailFilePath();
-    const QByteArray content = contentOf(&store());
-    QString directory = text(kHere);
-    store().saveBookmark(&directory, kMaxEntries);
-    return isSaved(Bookmarks, content) ? Done : Failed;
-}
 
 // What has to be known before a bookmark is added: nothing for one that is refused as a whole.
 struct Fitting {
@@ -88,25 +69,10 @@ void add(const BookmarkRecord &bookmark, char atFront)
 QList<BookmarkRecord> recordsOf(const Document &document)
 {
     QList<BookmarkRecord> records;
-    const QList<VLMC_XMLNode *> entries = document.children();
-    for (VLMC_XMLNode *const entry : entries) {
+    for (VLMC_XMLNode *const entry : document.children()) {
         records.append({fieldText(entry, "title"), fieldText(entry, "href"), QStringList()});
     }
     return records;
-}
-
-void sayBookmarksAsJson(const QList<VLMC_XMLNode *> &entries)
-{
-    QJsonArray array;
-    for (int i = 0; i < entries.size(); ++i) {
-        QJsonObject object;
-        object.insert(text("id"), i);
-        object.insert(text("title"), fieldText(entries.at(i), "title"));
-        object.insert(text("url"), fieldText(entries.at(i), "href"));
-        object.insert(text("thumbnail"), thumbnailName(fieldText(entries.at(i), "thumbnail")));
-        array.append(object);
-    }
-    sayJson(array);
 }
 
 BookmarkImport read(const QByteArray &content)
@@ -156,25 +122,18 @@ int profile::listBookmarks(const Call &call)
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
-    const QList<VLMC_XMLNode *> entries = document.children();
-    if (call.has("json")) {
-        sayBookmarksAsJson(entries);
-        return Done;
+    Listing listing({{"id", "Id"}, {"title", "Title"}, {"url", "URL"}, {"thumbnail", "Thumbnail"}});
+    for (VLMC_XMLNode *const entry : document.children()) {
+        listing.add({listing.json().size(), fieldText(entry, "title"), fieldText(entry, "href"),
+                     thumbnailName(fieldText(entry, "thumbnail"))});
     }
-    Table table({text("Id"), text("Title"), text("URL"), text("Thumbnail")});
-    for (int i = 0; i < entries.size(); ++i) {
-        table.add({QString::number(i), fieldText(entries.at(i), "title"),
-                   fieldText(entries.at(i), "href"),
-                   thumbnailName(fieldText(entries.at(i), "thumbnail"))});
-    }
-    sayBytes(table.toText().toUtf8());
-    return Done;
+    return listing.say(call.has("json"));
 }
 
 int profile::addBookmark(const Call &call)
 {
     const BookmarkRecord bookmark = {call.operands.value(1), call.operands.at(0), QStringList()};
-    if (load() != Done) {
+    if (loadStore(Bookmarks) != Done) {
         return Failed;
     }
     const Fitting fitting = fit(bookmark, store().getXMLNodeCnt());
@@ -187,19 +146,14 @@ int profile::addBookmark(const Call &call)
         return Failed;
     }
     add(bookmark, call.has("front") ? 1 : 0);
-    return save();
+    return saveStore(Bookmarks);
 }
 
 int profile::removeBookmark(const Call &call)
 {
-    QList<int> ids;
-    if (load() != Done || !readIds(call, store().getXMLNodeCnt(), &ids)) {
-        return Failed;
-    }
-    for (const int id : qAsConst(ids)) {
-        store().deleteBookmark(id);
-    }
-    return save();
+    return loadStore(Bookmarks) == Done
+               ? removeEntries(call, Bookmarks, [](int id) { store().deleteBookmark(id); })
+               : int(Failed);
 }
 
 int profile::importBookmarks(const Call &call)
@@ -212,7 +166,7 @@ int profile::importBookmarks(const Call &call)
     if (!import.error.isEmpty()) {
         return fail(text("'%1': %2; nothing was changed").arg(call.operands.at(0), import.error));
     }
-    if (load() != Done) {
+    if (loadStore(Bookmarks) != Done) {
         return Failed;
     }
     QList<Loss> losses = import.losses;
@@ -220,7 +174,8 @@ int profile::importBookmarks(const Call &call)
     if (!call.has("json")) {
         sayLosses(losses);
     }
-    if (refuseLosses(call, losses) != Done || (!call.has("dry-run") && save() != Done)) {
+    if (refuseLosses(call, losses) != Done
+        || (!call.has("dry-run") && saveStore(Bookmarks) != Done)) {
         return Failed;
     }
     return sayImported(call, import, added, losses);

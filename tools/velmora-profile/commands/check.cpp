@@ -2,10 +2,10 @@
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Table.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Findings.h"
 
 namespace
@@ -15,8 +15,7 @@ using namespace profile;
 // What cannot be read cannot be found clean.
 bool isReadable()
 {
-    const QList<DocumentType> types = documentTypes();
-    for (const DocumentType &type : types) {
+    for (const DocumentType &type : documentTypes()) {
         if (Document(type.kind, text(kHere)).state() == Document::Unreadable) {
             return false;
         }

@@ -7,10 +7,13 @@
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
+#include "tools/velmora-profile/profile/Refusals.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -218,23 +221,6 @@ int sayImported(const Call &call, int added, const QList<Loss> &losses)
     return Done;
 }
 
-QString valueOf(const QNetworkCookie &cookie, bool showSecrets)
-{
-    return masked(QString::fromUtf8(cookie.value()), showSecrets);
-}
-
-QJsonObject jsonOf(const QNetworkCookie &cookie, bool showSecrets)
-{
-    QJsonObject object;
-    object.insert(text("domain"), cookie.domain());
-    object.insert(text("name"), QString::fromUtf8(cookie.name()));
-    object.insert(text("path"), cookie.path());
-    object.insert(text("secure"), cookie.isSecure());
-    object.insert(text("httpOnly"), cookie.isHttpOnly());
-    object.insert(text("expires"), expiryOf(cookie));
-    object.insert(text("value"), valueOf(cookie, showSecrets));
-    return object;
-}
 } // namespace
 
 int profile::listCookies(const Call &call)
@@ -246,22 +232,19 @@ int profile::listCookies(const Call &call)
     if (file.state == Document::Damaged) {
         warn(text("cookie.ini is %1; run 'velmora-profile check'").arg(stateName(file.state)));
     }
-    const bool secrets = call.has("show-secrets");
-    Table table({text("Site"), text("Name"), text("Path"), text("Secure"), text("HttpOnly"),
-                 text("Expires"), text("Value")});
-    QJsonArray array;
+    Listing listing({{"domain", "Site"},
+                     {"name", "Name"},
+                     {"path", "Path"},
+                     {"secure", "Secure"},
+                     {"httpOnly", "HttpOnly"},
+                     {"expires", "Expires"},
+                     {"value", "Value"}});
     for (const QNetworkCookie &cookie : file.cookies) {
-        table.add({cookie.domain(), QString::fromUtf8(cookie.name()), cookie.path(),
-                   text(cookie.isSecure() ? "yes" : "no"), text(cookie.isHttpOnly() ? "yes" : "no"),
-                   expiryOf(cookie), valueOf(cookie, secrets)});
-        array.append(jsonOf(cookie, secrets));
+        listing.add({cookie.domain(), QString::fromUtf8(cookie.name()), cookie.path(),
+                     cookie.isSecure(), cookie.isHttpOnly(), expiryOf(cookie),
+                     masked(QString::fromUtf8(cookie.value()), call.has("show-secrets"))});
     }
-    if (call.has("json")) {
-        sayJson(array);
-    } else {
-        sayBytes(table.toText().toUtf8());
-    }
-    return Done;
+    return listing.say(call.has("json"));
 }
 
 int profile::cookiesToXml(const Call &call)

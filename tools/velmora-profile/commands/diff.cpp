@@ -2,11 +2,13 @@
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Table.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Preferences.h"
+#include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Thumbnails.h"
 
 #include <QtCore/QCryptographicHash>
@@ -55,40 +57,26 @@ QString pictureOf(const QString &directory, VLMC_XMLNode *bookmark)
     return text("picture %1").arg(QString::fromLatin1(digest.left(12)));
 }
 
-QString decoded(VLMC_XMLNode *entry, const char *name)
+QString valueOf(const ComparedField &field, VLMC_XMLNode *entry, const QString &directory)
 {
-    return QString::fromUtf8(QByteArray::fromBase64(fieldText(entry, name).toUtf8()));
-}
-
-Record recordOf(DocumentKind kind, VLMC_XMLNode *entry, const QString &directory)
-{
-    switch (kind) {
-    case Bookmarks:
-        return {fieldText(entry, "href"),
-                {field("title", fieldText(entry, "title")),
-                 field("thumbnail", pictureOf(directory, entry))}};
-    case History:
-        return {fieldText(entry, "url"),
-                {field("title", fieldText(entry, "title")),
-                 field("visited", fieldText(entry, "dateTime"))}};
-    case profile::Credentials:
-        return {text("%1:%2").arg(fieldText(entry, "hostName"), fieldText(entry, "portNum")),
-                {field("scheme", fieldText(entry, "authType")),
-                 field("user", decoded(entry, "user")),
-                 secret("password", decoded(entry, "passwd"))}};
-    case CookieDocument:
-        return {text("%1 of %2%3")
-                    .arg(fieldText(entry, "name"), fieldText(entry, "website"),
-                         fieldText(entry, "path")),
-                {field("secure", fieldText(entry, "secure")),
-                 field("expires", fieldText(entry, "expires")),
-                 secret("value", fieldText(entry, "contents"))}};
-    case Fonts:
-    case CommonPreferences:
-    case UserPreferences:
+    switch (field.form) {
+    case ComparedField::Picture:
+        return pictureOf(directory, entry);
+    case ComparedField::Encoded:
+        return decodedText(entry, field.element);
+    case ComparedField::Plain:
         break;
     }
-    return {entry->getText(), QList<Field>()};
+    return fieldText(entry, field.element);
+}
+
+Record recordOf(const DocumentType &type, VLMC_XMLNode *entry, const QString &directory)
+{
+    Record record = {type.key(entry), QList<Field>()};
+    for (const ComparedField &field : type.compared) {
+        record.fields.append({text(field.name), valueOf(field, entry, directory), field.isSecret});
+    }
+    return record;
 }
 
 QList<Record> recordsOf(const Document &document, const QString &directory)
@@ -97,12 +85,11 @@ QList<Record> recordsOf(const Document &document, const QString &directory)
     if (document.type().entryName) {
         const QList<VLMC_XMLNode *> entries = document.children();
         for (VLMC_XMLNode *const entry : entries) {
-            records.append(recordOf(document.type().kind, entry, directory));
+            records.append(recordOf(document.type(), entry, directory));
         }
         return records;
     }
-    const QList<Preference> all = preferences();
-    for (const Preference &preference : all) {
+    for (const Preference &preference : preferences()) {
         if (preference.document == document.type().kind) {
             const bool isSecret = preference.kind == Preference::Base64Secret;
             records.append({text(preference.name),
@@ -262,8 +249,7 @@ int profile::diff(const Call &call)
     }
     QList<Difference> differences;
     bool readable = true;
-    const QList<DocumentType> types = documentTypes();
-    for (const DocumentType &type : types) {
+    for (const DocumentType &type : documentTypes()) {
         readable = compareDocument(type.kind, other, &differences) && readable;
     }
     const CookieFile one = readCookieFile(text(kHere));

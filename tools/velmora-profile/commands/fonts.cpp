@@ -4,11 +4,13 @@
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Families.h"
+#include "tools/velmora-profile/profile/Refusals.h"
+#include "tools/velmora-profile/profile/Stores.h"
 
 namespace
 {
@@ -17,22 +19,6 @@ using namespace profile;
 const int kMaxNameBytes = 256;
 
 VLMC_FontListSetting &store() { return *VLMC_FontListSetting::getInstance(); }
-
-int load()
-{
-    if (refuseToRewrite(Document(Fonts, text(kHere))) != Done) {
-        return Failed;
-    }
-    store().loadFontList(text(kHere));
-    return Done;
-}
-
-int save()
-{
-    const Uninterrupted uninterrupted;
-    store().saveFontList(text(kHere));
-    return isSaved(Fonts, contentOf(&store())) ? Done : Failed;
-}
 
 // Why a font cannot be listed; empty when it can.
 QString refusalOf(const QString &name, int count)
@@ -99,27 +85,16 @@ int profile::listFonts(const Call &call)
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
-    const QList<VLMC_XMLNode *> entries = document.children();
-    Table table({text("Id"), text("Name")});
-    QJsonArray array;
-    for (int i = 0; i < entries.size(); ++i) {
-        table.add({QString::number(i), entries.at(i)->getText()});
-        QJsonObject object;
-        object.insert(text("id"), i);
-        object.insert(text("name"), entries.at(i)->getText());
-        array.append(object);
+    Listing listing({{"id", "Id"}, {"name", "Name"}});
+    for (VLMC_XMLNode *const entry : document.children()) {
+        listing.add({listing.json().size(), entry->getText()});
     }
-    if (call.has("json")) {
-        sayJson(array);
-    } else {
-        sayBytes(table.toText().toUtf8());
-    }
-    return Done;
+    return listing.say(call.has("json"));
 }
 
 int profile::addFont(const Call &call)
 {
-    if (load() != Done) {
+    if (loadStore(Fonts) != Done) {
         return Failed;
     }
     for (const QString &name : call.operands) {
@@ -129,7 +104,7 @@ int profile::addFont(const Call &call)
         }
         store().addFont(name);
     }
-    return save();
+    return saveStore(Fonts);
 }
 
 int profile::syncFonts(const Call &call)
@@ -138,7 +113,7 @@ int profile::syncFonts(const Call &call)
     if (installed.isEmpty()) {
         return fail(text("fontconfig knows no font; nothing was changed"));
     }
-    if (load() != Done) {
+    if (loadStore(Fonts) != Done) {
         return Failed;
     }
     const QStringList before = listed();
@@ -151,5 +126,5 @@ int profile::syncFonts(const Call &call)
     for (const QString &name : after) {
         store().addFont(name);
     }
-    return save();
+    return saveStore(Fonts);
 }

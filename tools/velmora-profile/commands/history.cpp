@@ -4,12 +4,16 @@
 #include "core/TimeText_p.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Losses.h"
+#include "tools/velmora-profile/commands/Removal.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
-#include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
+#include "tools/velmora-profile/profile/Refusals.h"
+#include "tools/velmora-profile/profile/Stores.h"
 
 namespace
 {
@@ -21,8 +25,7 @@ VLMC_HistorySetting &store() { return *VLMC_HistorySetting::getInstance(); }
 QList<Loss> lossesOfLoading(const Document &document)
 {
     QList<Loss> losses;
-    const QList<VLMC_XMLNode *> entries = document.children();
-    for (VLMC_XMLNode *const entry : entries) {
+    for (VLMC_XMLNode *const entry : document.children()) {
         const QString time = fieldText(entry, "dateTime");
         if (!time.isEmpty() && !vlm::timeOfText(time, vlm::ToMinute).isValid()) {
             losses.append({fieldText(entry, "url"),
@@ -35,26 +38,12 @@ QList<Loss> lossesOfLoading(const Document &document)
 // Done when the store holds the document and may replace it.
 int load(const Call &call)
 {
-    const Document document(History, text(kHere));
-    if (refuseToRewrite(document) != Done) {
+    if (loadStore(History) != Done) {
         return Failed;
     }
-    const QList<Loss> losses = lossesOfLoading(document);
+    const QList<Loss> losses = lossesOfLoading(Document(History, text(kHere)));
     sayLosses(losses);
-    if (refuseLosses(call, losses) != Done) {
-        return Failed;
-    }
-    QString directory = text(kHere);
-    store().loadHistory(&directory, kMaxEntries);
-    return Done;
-}
-
-int save()
-{
-    const Uninterrupted uninterrupted;
-    QString directory = text(kHere);
-    store().saveHistory(&directory, kMaxEntries);
-    return isSaved(History, contentOf(&store())) ? Done : Failed;
+    return refuseLosses(call, losses);
 }
 
 struct Visit {
@@ -71,8 +60,7 @@ QList<VLMC_XMLNode *> sorted(const Document &document)
 {
     vlm::ClockOrder clock;
     QList<Visit> visits;
-    const QList<VLMC_XMLNode *> children = document.children();
-    for (VLMC_XMLNode *const entry : children) {
+    for (VLMC_XMLNode *const entry : document.children()) {
         visits.append({entry, clock.of(fieldText(entry, "dateTime"))});
     }
     std::stable_sort(visits.begin(), visits.end(), isLater);
@@ -91,28 +79,19 @@ int sayVisits(const Call &call, const QString *url)
         return Failed;
     }
     const QList<VLMC_XMLNode *> entries = sorted(document);
-    Table table({text("Id"), text("Visited"), text("Title"), text("URL")});
-    QJsonArray array;
+    Listing listing({{"id", "Id"}, {"visited", "Visited"}, {"title", "Title"}, {"url", "URL"}});
     for (int i = 0; i < entries.size(); ++i) {
         VLMC_XMLNode *const entry = entries.at(i);
-        if (url && fieldText(entry, "url") != *url) {
-            continue;
+        if (!url || fieldText(entry, "url") == *url) {
+            listing.add({i, fieldText(entry, "dateTime"), fieldText(entry, "title"),
+                         fieldText(entry, "url")});
         }
-        table.add({QString::number(i), fieldText(entry, "dateTime"), fieldText(entry, "title"),
-                   fieldText(entry, "url")});
-        QJsonObject object;
-        object.insert(text("id"), i);
-        object.insert(text("visited"), fieldText(entry, "dateTime"));
-        object.insert(text("title"), fieldText(entry, "title"));
-        object.insert(text("url"), fieldText(entry, "url"));
-        array.append(object);
     }
-    if (call.has("json")) {
-        sayJson(array);
-    } else if (!url || !table.isEmpty()) {
-        sayBytes(table.toText().toUtf8());
+    const bool isFound = !url || !listing.isEmpty();
+    if (isFound || call.has("json")) {
+        listing.say(call.has("json"));
     }
-    return url && table.isEmpty() ? Differs : Done;
+    return isFound ? Done : Differs;
 }
 
 bool readTime(const Call &call, QDateTime *time)
@@ -150,19 +129,14 @@ int profile::addHistory(const Call &call)
     }
     store().updateHistory(&visit);
     store().sortHistory();
-    return save();
+    return saveStore(History);
 }
 
 int profile::removeHistory(const Call &call)
 {
-    QList<int> ids;
-    if (load(call) != Done || !readIds(call, store().getXMLNodeCnt(), &ids)) {
-        return Failed;
-    }
-    for (const int id : qAsConst(ids)) {
-        store().deleteHistory(id);
-    }
-    return save();
+    return load(call) == Done
+               ? removeEntries(call, History, [](int id) { store().deleteHistory(id); })
+               : int(Failed);
 }
 
 int profile::clearHistory(const Call &)
@@ -174,7 +148,7 @@ int profile::clearHistory(const Call &)
     QString directory = text(kHere);
     store().loadHistory(&directory, kMaxEntries);
     store().deleteAllSetting();
-    return save();
+    return saveStore(History);
 }
 
 int profile::exportHistory(const Call &call)

@@ -1,16 +1,16 @@
 // prefs: both preference documents under one set of names.
 
-#include "preferences/VLMC_BrowserCommonSetting.h"
-#include "preferences/VLMC_BrowserUserSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Guards.h"
+#include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Password.h"
-#include "tools/velmora-profile/output/Table.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Preferences.h"
+#include "tools/velmora-profile/profile/Refusals.h"
+#include "tools/velmora-profile/profile/Stores.h"
 
 namespace
 {
@@ -25,16 +25,24 @@ QString noteOn(const PreferenceValue &value)
                                   : text("%1: the browser uses the default").arg(value.hidden);
 }
 
-QJsonObject jsonOf(const Preference &preference, const PreferenceValue &value, bool showSecrets)
+Listing listingOf(const QList<Preference> &wanted, const Document &common, const Document &user,
+                  bool showSecrets)
 {
-    QJsonObject object;
-    object.insert(text("name"), text(preference.name));
-    object.insert(text("value"), shown(preference, value.value, showSecrets));
-    object.insert(text("default"), text(preference.fallback));
-    object.insert(text("inFile"), value.inFile);
-    object.insert(text("hidden"), value.hidden);
-    object.insert(text("file"), text(documentType(preference.document).fileName));
-    return object;
+    Listing listing({{"name", "Name"},
+                     {"value", "Value"},
+                     {"default", "Default"},
+                     {nullptr, "Note"},
+                     {"inFile", nullptr},
+                     {"hidden", nullptr},
+                     {"file", nullptr}});
+    for (const Preference &preference : wanted) {
+        const Document &document = preference.document == CommonPreferences ? common : user;
+        const PreferenceValue value = valueOf(preference, document);
+        listing.add({text(preference.name), shown(preference, value.value, showSecrets),
+                     text(preference.fallback), noteOn(value), value.inFile, value.hidden,
+                     text(document.type().fileName)});
+    }
+    return listing;
 }
 
 int failUnknown(const QString &name)
@@ -57,35 +65,6 @@ bool isKnownWord(const Preference &preference, const QString &value)
 {
     return preference.kind != Preference::Word
            || text(preference.words).split(QLatin1Char(' ')).contains(value);
-}
-
-void load(DocumentKind kind)
-{
-    QString directory = text(kHere);
-    if (kind == CommonPreferences) {
-        VLMC_BrowserCommonSetting::getInstance()->loadSetting(&directory);
-    } else {
-        VLMC_BrowserUserSetting::getInstance()->loadSetting(&directory);
-    }
-}
-
-int saveCommon()
-{
-    const Uninterrupted uninterrupted;
-    const OwnerOnly ownerOnly; // it may hold the proxy's password
-    VLMC_BrowserCommonSetting *const store = VLMC_BrowserCommonSetting::getInstance();
-    QString directory = text(kHere);
-    store->saveSetting(&directory);
-    return isSaved(CommonPreferences, contentOf(store)) ? Done : Failed;
-}
-
-int saveUser()
-{
-    const Uninterrupted uninterrupted;
-    VLMC_BrowserUserSetting *const store = VLMC_BrowserUserSetting::getInstance();
-    QString directory = text(kHere);
-    store->saveSetting(&directory);
-    return isSaved(UserPreferences, contentOf(store)) ? Done : Failed;
 }
 
 // Encoded values keep every character.
@@ -130,23 +109,7 @@ int profile::listPreferences(const Call &call)
     if (warnOfDamage(common) != Done || warnOfDamage(user) != Done) {
         return Failed;
     }
-    Table table({text("Name"), text("Value"), text("Default"), text("Note")});
-    QJsonArray array;
-    const QList<Preference> all = preferences();
-    for (const Preference &preference : all) {
-        const PreferenceValue value =
-            valueOf(preference, preference.document == CommonPreferences ? common : user);
-        const bool secrets = call.has("show-secrets");
-        table.add({text(preference.name), shown(preference, value.value, secrets),
-                   text(preference.fallback), noteOn(value)});
-        array.append(jsonOf(preference, value, secrets));
-    }
-    if (call.has("json")) {
-        sayJson(array);
-    } else {
-        sayBytes(table.toText().toUtf8());
-    }
-    return Done;
+    return listingOf(preferences(), common, user, call.has("show-secrets")).say(call.has("json"));
 }
 
 int profile::getPreference(const Call &call)
@@ -161,7 +124,9 @@ int profile::getPreference(const Call &call)
     }
     const PreferenceValue value = valueOf(*preference, document);
     if (call.has("json")) {
-        sayJson(jsonOf(*preference, value, call.has("show-secrets")));
+        const Listing listing =
+            listingOf({*preference}, document, document, call.has("show-secrets"));
+        sayJson(listing.json().at(0).toObject());
         return Done;
     }
     say(printable(shown(*preference, value.value, call.has("show-secrets"))));
@@ -179,11 +144,9 @@ int profile::setPreference(const Call &call)
         return failUnknown(call.operands.at(0));
     }
     QString value;
-    if (valueFrom(call, *preference, &value) != Done
-        || refuseToRewrite(Document(preference->document, text(kHere))) != Done) {
+    if (valueFrom(call, *preference, &value) != Done || loadStore(preference->document) != Done) {
         return Failed;
     }
-    load(preference->document);
     if (!isKnownWord(*preference, value) || !preference->store(value)) {
         return failRefused(*preference, value);
     }
@@ -192,5 +155,5 @@ int profile::setPreference(const Call &call)
     if (refuseLosses(call, losses) != Done) {
         return Failed;
     }
-    return preference->document == CommonPreferences ? saveCommon() : saveUser();
+    return saveStore(preference->document);
 }

@@ -1,28 +1,20 @@
 // repair: gets back what damaged files still hold. Each file that is changed is copied first.
 
-#include "bookmarks/VLMC_BookmarksSetting.h"
-#include "bookmarks/VLMC_HistorySetting.h"
-#include "cookies/VLMC_AuthSetting.h"
-#include "cookies/VLMC_CookieSetting.h"
-#include "core/VLMC_XMLSetting.h"
-#include "fonts/VLMC_FontListSetting.h"
-#include "preferences/VLMC_BrowserCommonSetting.h"
-#include "preferences/VLMC_BrowserUserSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Table.h"
 #include "tools/velmora-profile/output/Text.h"
+#include "tools/velmora-profile/profile/Backup.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/Findings.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 #include "tools/velmora-profile/profile/Recovery.h"
+#include "tools/velmora-profile/profile/Secrets.h"
+#include "tools/velmora-profile/profile/Stores.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 #include <QtCore/QSet>
 
 namespace
@@ -50,88 +42,13 @@ QString labelOf(VLMC_XMLNode *entry)
     return texts.isEmpty() ? entry->getText() : texts.join(text(", "));
 }
 
-VLMC_XMLSetting *storeOf(DocumentKind kind)
-{
-    switch (kind) {
-    case CommonPreferences:
-        return VLMC_BrowserCommonSetting::getInstance();
-    case UserPreferences:
-        return VLMC_BrowserUserSetting::getInstance();
-    case Bookmarks:
-        return VLMC_BookmarksSetting::getInstance();
-    case History:
-        return VLMC_HistorySetting::getInstance();
-    case Credentials:
-        return VLMC_AuthSetting::getInstance();
-    case Fonts:
-        return VLMC_FontListSetting::getInstance();
-    case CookieDocument:
-        break;
-    }
-    return VLMC_CookieSetting::getInstance();
-}
-
-void saveStore(DocumentKind kind)
-{
-    QString directory = text(kHere);
-    QString path = directory + text(documentType(kind).fileName);
-    switch (kind) {
-    case CommonPreferences:
-        return VLMC_BrowserCommonSetting::getInstance()->saveSetting(&directory);
-    case UserPreferences:
-        return VLMC_BrowserUserSetting::getInstance()->saveSetting(&directory);
-    case Bookmarks:
-        return VLMC_BookmarksSetting::getInstance()->saveBookmark(&directory, kMaxEntries);
-    case History:
-        return VLMC_HistorySetting::getInstance()->saveHistory(&directory, kMaxEntries);
-    case Credentials:
-        return VLMC_AuthSetting::getInstance()->saveAuthInfo(&directory, kMaxEntries);
-    case Fonts:
-        return VLMC_FontListSetting::getInstance()->saveFontList(directory);
-    case CookieDocument:
-        return VLMC_CookieSetting::getInstance()->save(path);
-    }
-}
-
-// A file of mode 0600 from its first byte on: a copy with the mode of the file would leave to
-// others what its repair takes from them.
-bool copyForOwner(const QString &from, const QString &to)
-{
-    const OwnerOnly ownerOnly;
-    QFile source(from);
-    QSaveFile target(to);
-    return source.open(QIODevice::ReadOnly) && target.open(QIODevice::WriteOnly)
-           && target.write(source.readAll()) == source.size() && target.commit();
-}
-
-bool copyFile(const QString &from, const QString &to)
-{
-    return mayHoldSecrets(from) ? copyForOwner(from, to) : QFile::copy(from, to);
-}
-
-// A copy of the file with the time in its name; empty, and said so, when there can be none.
-QString keepCopy(const QString &file)
-{
-    const QString stamp = QDateTime::currentDateTime().toString(text("yyyyMMdd-hhmmss"));
-    QString copy = text("%1.%2.bak").arg(file, stamp);
-    for (int i = 2; QFile::exists(copy); ++i) {
-        copy = text("%1.%2-%3.bak").arg(file, stamp).arg(i);
-    }
-    const Uninterrupted uninterrupted;
-    if (copyFile(file, copy)) {
-        return copy;
-    }
-    warn(text("%1 cannot be copied to %2; nothing was changed, see to the space").arg(file, copy));
-    return QString();
-}
-
 // Puts the entries into a store as its document and has the store write it. Over-long entries and
 // dates that do not parse are kept as they are: a repair gets back, it does not judge.
 int write(const DocumentType &type, const QList<VLMC_XMLNode *> &entries)
 {
-    VLMC_XMLSetting *const store = storeOf(type.kind);
+    VLMC_XMLSetting *const store = type.store();
     store->createXMLRootNode();
-    nameRoot(store, type);
+    nameRoot(type);
     char atEnd = 0;
     for (VLMC_XMLNode *const entry : entries) {
         store->getXMLRootNode()->addXMLNode(entry, atEnd);
@@ -140,15 +57,7 @@ int write(const DocumentType &type, const QList<VLMC_XMLNode *> &entries)
         QString id = text("id");
         store->setIDforChildren(id);
     }
-    const Uninterrupted uninterrupted;
-    const OwnerOnly ownerOnly;
-    if (type.kind == Bookmarks) {
-        // As the save does; it leaves a folder in front of every path.
-        VLMC_BookmarksSetting::getInstance()->removeThumbnailFilePath();
-    }
-    const QByteArray content = contentOf(store);
-    saveStore(type.kind);
-    return isSaved(type.kind, content) ? Done : Failed;
+    return saveStore(type.kind);
 }
 
 int rewrite(const DocumentType &type, const QList<VLMC_XMLNode *> &entries, bool dryRun,
@@ -244,8 +153,7 @@ QList<VLMC_XMLNode *> wholeGroups(const Document &document)
 QStringList namesIn(const Document &document)
 {
     QStringList names;
-    const QList<Preference> all = preferences();
-    for (const Preference &preference : all) {
+    for (const Preference &preference : preferences()) {
         if (preference.document == document.type().kind && valueOf(preference, document).inFile) {
             names.append(text(preference.name));
         }
@@ -260,8 +168,7 @@ int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
     VLMC_XMLNode made(nullptr, atEnd);
     const QStringList whole = namesIn(document);
     repaired->kept = whole;
-    const QList<Preference> all = preferences();
-    for (const Preference &preference : all) {
+    for (const Preference &preference : preferences()) {
         const QString name = text(preference.name);
         if (preference.document != document.type().kind || whole.contains(name)) {
             continue;
@@ -294,8 +201,7 @@ bool isNumbered(const Document &document)
 
 bool isNameOfAnother(const QString &rootName)
 {
-    const QList<DocumentType> types = documentTypes();
-    for (const DocumentType &type : types) {
+    for (const DocumentType &type : documentTypes()) {
         if (rootName == text(type.rootName)) {
             return true;
         }
@@ -444,8 +350,7 @@ int profile::repair(const Call &call)
     const bool dryRun = call.has("dry-run");
     QList<Repaired> all;
     int status = Done;
-    const QList<DocumentType> types = documentTypes();
-    for (const DocumentType &type : types) {
+    for (const DocumentType &type : documentTypes()) {
         status = qMax(status, repairDocument(Document(type.kind, text(kHere)), dryRun, &all));
     }
     status = qMax(status, repairCookieFile(dryRun, &all));

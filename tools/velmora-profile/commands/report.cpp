@@ -8,6 +8,8 @@
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Findings.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 #include "tools/velmora-profile/profile/Thumbnails.h"
@@ -146,8 +148,7 @@ QString preferencesSection()
     const Document common(CommonPreferences, text(kHere));
     const Document user(UserPreferences, text(kHere));
     QList<QStringList> rows;
-    const QList<Preference> all = preferences();
-    for (const Preference &preference : all) {
+    for (const Preference &preference : preferences()) {
         const PreferenceValue value =
             valueOf(preference, preference.document == CommonPreferences ? common : user);
         // A page that is passed around shows neither name nor password.
@@ -216,8 +217,7 @@ QString credentialsSection()
 {
     const Document document(profile::Credentials, text(kHere));
     QList<QStringList> rows;
-    const QList<VLMC_XMLNode *> entries = document.children();
-    for (VLMC_XMLNode *const entry : entries) {
+    for (VLMC_XMLNode *const entry : document.children()) {
         rows.append({escaped(fieldText(entry, "hostName")), escaped(fieldText(entry, "portNum")),
                      escaped(fieldText(entry, "authType")), text("********"), text("********")});
     }

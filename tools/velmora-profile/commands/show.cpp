@@ -6,7 +6,9 @@
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Findings.h"
+#include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Thumbnails.h"
 
 #include <QtCore/QDateTime>
@@ -84,8 +86,7 @@ Row rowOfThumbnails()
 QList<Row> rows()
 {
     QList<Row> all;
-    const QList<DocumentType> types = documentTypes();
-    for (const DocumentType &type : types) {
+    for (const DocumentType &type : documentTypes()) {
         all.append(rowOf(Document(type.kind, text(kHere))));
     }
     all.append(rowOf(readCookieFile(text(kHere))));

@@ -7,9 +7,11 @@
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Table.h"
+#include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Refusals.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
@@ -33,16 +35,6 @@ QString sizeOf(const Thumbnail &thumbnail)
     return size.isValid() ? text("%1x%2").arg(size.width()).arg(size.height()) : text("no image");
 }
 
-QJsonObject jsonOf(const Thumbnail &thumbnail)
-{
-    QJsonObject object;
-    object.insert(text("file"), thumbnail.name);
-    object.insert(text("exists"), thumbnail.exists);
-    object.insert(text("size"), sizeOf(thumbnail));
-    object.insert(text("bookmarks"), QJsonArray::fromStringList(thumbnail.bookmarks));
-    return object;
-}
-
 // The images of a packed file that can become files: an image of another kind is skipped by the
 // library, and a name with a folder in it would lead out of the profile.
 bool isImage(VLMC_XMLNode *node, const QString &name)
@@ -52,7 +44,13 @@ bool isImage(VLMC_XMLNode *node, const QString &name)
            && name != text("..") && !name.contains(QLatin1Char('/'));
 }
 
-const DocumentType kPacked = {Bookmarks, "", "thumbnail", "image"};
+DocumentType packedType()
+{
+    DocumentType type = documentType(Bookmarks);
+    type.rootName = "thumbnail";
+    type.entryName = "image";
+    return type;
+}
 
 // Unpacks into a folder of the tool's own and has each file replace its namesake as a whole.
 int unpackInto(const QString &target, VLMC_XMLNode *image, bool dryRun)
@@ -95,19 +93,14 @@ int profile::listThumbnails(const Call &call)
     if (warnOfDamage(Document(Bookmarks, text(kHere))) != Done) {
         return Failed;
     }
-    Table table({text("File"), text("Size"), text("Bookmark")});
-    QJsonArray array;
+    Listing listing(
+        {{"file", "File"}, {"exists", nullptr}, {"size", "Size"}, {"bookmarks", "Bookmark"}});
     const QList<Thumbnail> thumbnails = thumbnailsOf(text(kHere));
     for (const Thumbnail &thumbnail : thumbnails) {
-        table.add({thumbnail.name, sizeOf(thumbnail), thumbnail.bookmarks.join(text(", "))});
-        array.append(jsonOf(thumbnail));
+        listing.add({thumbnail.name, thumbnail.exists, sizeOf(thumbnail),
+                     QJsonArray::fromStringList(thumbnail.bookmarks)});
     }
-    if (call.has("json")) {
-        sayJson(array);
-    } else {
-        sayBytes(table.toText().toUtf8());
-    }
-    return Done;
+    return listing.say(call.has("json"));
 }
 
 int profile::packThumbnails(const Call &call)
@@ -127,8 +120,8 @@ int profile::unpackThumbnails(const Call &call)
     if (!readFile(path, &content)) {
         return Failed;
     }
-    const Document packed(kPacked, path, content);
-    if (packed.rootName() != text(kPacked.rootName)) {
+    const Document packed(packedType(), path, content);
+    if (packed.rootName() != text(packed.type().rootName)) {
         return fail(
             text("'%1' holds no packed thumbnails; nothing was changed").arg(call.operands.at(0)));
     }

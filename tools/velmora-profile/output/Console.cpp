@@ -2,6 +2,8 @@
 
 #include "tools/velmora-profile/output/Text.h"
 
+#include <QtCore/QJsonDocument>
+
 #include <cstdio>
 #include <unistd.h>
 
@@ -17,6 +19,10 @@ void profile::sayBytes(const QByteArray &bytes)
 }
 
 void profile::say(const QString &line) { sayBytes(line.toUtf8() + '\n'); }
+
+void profile::sayJson(const QJsonObject &object) { sayBytes(QJsonDocument(object).toJson()); }
+
+void profile::sayJson(const QJsonArray &array) { sayBytes(QJsonDocument(array).toJson()); }
 
 void profile::warn(const QString &line)
 {

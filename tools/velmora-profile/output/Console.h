@@ -2,6 +2,8 @@
 #define OUTPUT_CONSOLE_H
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
 // What the tool says. Output is UTF-8 whatever the locale is.
@@ -16,6 +18,8 @@ enum ExitStatus {
 // One line on standard output.
 void say(const QString &line);
 void sayBytes(const QByteArray &bytes);
+void sayJson(const QJsonObject &object);
+void sayJson(const QJsonArray &array);
 
 // One line on standard error, behind the tool's name.
 void warn(const QString &line);

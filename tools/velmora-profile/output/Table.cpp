@@ -1,9 +1,7 @@
 #include "tools/velmora-profile/output/Table.h"
 
-#include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Text.h"
 
-#include <QtCore/QJsonDocument>
 #include <QtCore/QVector>
 
 #include <cwchar>
@@ -75,7 +73,3 @@ QString profile::Table::toText() const
     }
     return all;
 }
-
-void profile::sayJson(const QJsonObject &object) { sayBytes(QJsonDocument(object).toJson()); }
-
-void profile::sayJson(const QJsonArray &array) { sayBytes(QJsonDocument(array).toJson()); }

@@ -1,8 +1,6 @@
 #ifndef OUTPUT_TABLE_H
 #define OUTPUT_TABLE_H
 
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonObject>
 #include <QtCore/QList>
 #include <QtCore/QStringList>
 
@@ -25,9 +23,6 @@ private:
     QStringList m_headings;
     QList<QStringList> m_rows;
 };
-
-void sayJson(const QJsonObject &object);
-void sayJson(const QJsonArray &array);
 } // namespace profile
 
 #endif

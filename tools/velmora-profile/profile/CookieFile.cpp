@@ -6,6 +6,7 @@
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/output/Text.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>

@@ -1,10 +1,7 @@
 #include "tools/velmora-profile/profile/Document.h"
 
-#include "core/DocumentBuffer_p.h"
 #include "core/DocumentSource_p.h"
 #include "core/VLMC_XMLReader.h"
-#include "core/VLMC_XMLWriter.h"
-#include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QBuffer>
@@ -14,16 +11,6 @@
 namespace
 {
 using namespace profile;
-
-const DocumentType kTypes[] = {
-    {CommonPreferences, "repostry.xml", "repostry_common", nullptr},
-    {UserPreferences, "repostry_private.xml", "repostry", nullptr},
-    {Bookmarks, "bookmark.xml", "bookmarks", "bookmark"},
-    {History, "visit.xml", "history", "pageInfo"},
-    {Credentials, "authinfo.xml", "authentication", "authInfo"},
-    {Fonts, "fontlist.xml", "fontlist", "font"},
-    {CookieDocument, "cookie.xml", "cookie", "webSiteInfo"},
-};
 
 // The library's bound for the attributes that a document declares for elements without them.
 const int kMaxDefaulted = 4096;
@@ -128,17 +115,6 @@ void dropBehind(VLMC_XMLNode *root, int whole)
 }
 } // namespace
 
-QList<profile::DocumentType> profile::documentTypes()
-{
-    QList<DocumentType> types;
-    for (const DocumentType &type : kTypes) {
-        types.append(type);
-    }
-    return types;
-}
-
-profile::DocumentType profile::documentType(DocumentKind kind) { return kTypes[kind]; }
-
 profile::Document::Document(DocumentKind kind, const QString &directory)
     : Document(documentType(kind), directory + text(documentType(kind).fileName))
 {
@@ -184,6 +160,9 @@ void profile::Document::parse()
     if (m_state == Damaged && m_type.entryName) {
         dropBehind(m_root.data(), outline.children);
     }
+    if (m_root) {
+        m_children = m_root->getXMLNodeChildren();
+    }
 }
 
 const profile::DocumentType &profile::Document::type() const { return m_type; }
@@ -198,16 +177,12 @@ QByteArray profile::Document::content() const { return m_content; }
 
 QString profile::Document::rootName() const { return m_root ? m_root->getName() : QString(); }
 
-QList<VLMC_XMLNode *> profile::Document::children() const
-{
-    return m_root ? m_root->getXMLNodeChildren() : QList<VLMC_XMLNode *>();
-}
+const QList<VLMC_XMLNode *> &profile::Document::children() const { return m_children; }
 
 QList<VLMC_XMLNode *> profile::Document::entries() const
 {
     QList<VLMC_XMLNode *> found;
-    const QList<VLMC_XMLNode *> all = children();
-    for (VLMC_XMLNode *const child : all) {
+    for (VLMC_XMLNode *const child : m_children) {
         if (!m_type.entryName) {
             found += child->getXMLNodeChildren();
         } else if (child->getName() == text(m_type.entryName)) {
@@ -240,116 +215,4 @@ QString profile::damageText(const Damage &damage)
         .arg(damage.line)
         .arg(damage.column)
         .arg(damage.reason.trimmed(), counted(damage.entriesBefore, "entry", "entries"));
-}
-
-VLMC_XMLNode *profile::fieldOf(VLMC_XMLNode *entry, const char *name)
-{
-    QString field = text(name);
-    return entry ? entry->getXMLNodeChildByName(field) : nullptr;
-}
-
-QString profile::fieldText(VLMC_XMLNode *entry, const char *name)
-{
-    VLMC_XMLNode *const field = fieldOf(entry, name);
-    return field ? field->getText() : QString();
-}
-
-QString profile::idOf(VLMC_XMLNode *entry)
-{
-    return entry->getAttribute().value(QLatin1String("id")).toString();
-}
-
-// Names and passwords are encoded, and a cookie's value is a session.
-bool profile::isLabel(VLMC_XMLNode *field)
-{
-    const QString name = field->getName();
-    return field->getTextType() == 0 && !field->getText().isEmpty() && name != text("user")
-           && name != text("passwd") && name != text("contents");
-}
-
-// A path without a name comes from an entry that was added without a thumbnail: a load puts the
-// folder in front of nothing, and the next save leaves the folder's name.
-QString profile::thumbnailName(const QString &path) { return path.section(QLatin1Char('/'), -1); }
-
-int profile::failUnreadable(const QString &path)
-{
-    const QFileInfo file(path);
-    return fail(text(file.exists() && !file.isFile()
-                         ? "%1 cannot be read: it is no file; move it out of the way"
-                         : "%1 cannot be read; see to its permissions")
-                    .arg(file.fileName()));
-}
-
-int profile::warnOfDamage(const Document &document)
-{
-    if (document.state() == Document::Unreadable) {
-        return failUnreadable(document.path());
-    }
-    if (document.state() == Document::Damaged) {
-        warn(text("%1 is %2; run 'velmora-profile repair'")
-                 .arg(text(document.type().fileName), damageText(document.damage())));
-    }
-    return Done;
-}
-
-int profile::refuseToRead(const Document &document)
-{
-    const QString name = text(document.type().fileName);
-    if (document.state() == Document::Unreadable) {
-        return fail(
-            text("%1 cannot be read; nothing was changed, see to its permissions").arg(name));
-    }
-    if (document.state() == Document::Damaged) {
-        return fail(text("%1 is %2; nothing was changed, run 'velmora-profile repair' first")
-                        .arg(name, damageText(document.damage())));
-    }
-    return Done;
-}
-
-int profile::refuseToRewrite(const Document &document)
-{
-    const QString name = text(document.type().fileName);
-    if (refuseToRead(document) != Done) {
-        return Failed;
-    }
-    if (document.type().entryName && document.children().size() > kMaxEntries) {
-        return fail(text("%1 holds %2, %3 at most can be written; nothing was changed, run "
-                         "'velmora-profile repair' first")
-                        .arg(name, counted(document.children().size(), "entry", "entries"))
-                        .arg(kMaxEntries));
-    }
-    if (document.state() != Document::Missing && !QFileInfo(document.path()).isWritable()) {
-        return fail(
-            text("%1 cannot be written to; nothing was changed, see to its permissions").arg(name));
-    }
-    return Done;
-}
-
-void profile::nameRoot(VLMC_XMLSetting *store, const DocumentType &type)
-{
-    QString name = text(type.rootName);
-    QXmlStreamAttributes attributes;
-    attributes.append(text("docInfo"), text("1.0"));
-    store->getXMLRootNode()->setName(name);
-    store->getXMLRootNode()->setAttribute(attributes);
-}
-
-QByteArray profile::contentOf(VLMC_XMLSetting *store)
-{
-    vlm::DocumentBuffer copy;
-    VLMC_XMLWriter writer;
-    const bool isWhole = writer.write(copy, store->getXMLRootNode()) && !copy.isTooLarge();
-    return isWhole ? copy.document() : QByteArray();
-}
-
-bool profile::isSaved(DocumentKind kind, const QByteArray &content)
-{
-    const Document document(kind, text(kHere));
-    if (!content.isEmpty() && document.content() == content) {
-        return true;
-    }
-    warn(text("%1 could not be written as it should be; look at the space and the permissions of "
-              "the folder")
-             .arg(text(document.type().fileName)));
-    return false;
 }

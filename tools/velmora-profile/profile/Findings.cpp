@@ -4,7 +4,10 @@
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Preferences.h"
+#include "tools/velmora-profile/profile/Secrets.h"
 #include "tools/velmora-profile/profile/Thumbnails.h"
 
 #include <QtCore/QDir>
@@ -65,9 +68,6 @@ const Date kDates[] = {
 
 const char kRepair[] = "run 'velmora-profile repair'";
 
-// Files that hold passwords or sessions.
-const char *const kSecretFiles[] = {"authinfo.xml", "cookie.ini", "cookie.xml"};
-
 class Search
 {
 public:
@@ -104,19 +104,8 @@ private:
 
 QString entryName(const Document &document, int position)
 {
-    VLMC_XMLNode *const entry = document.children().at(position);
-    QString label = titleOf(entry);
-    if (document.type().kind == History) {
-        label = fieldText(entry, "url");
-    } else if (document.type().kind == Credentials) {
-        label = fieldText(entry, "hostName");
-    } else if (document.type().kind == Fonts) {
-        label = entry->getText();
-    } else if (document.type().kind == CookieDocument) {
-        label = text("%1 of %2").arg(fieldText(entry, "name"), fieldText(entry, "website"));
-    }
     // Before the end that tells a password from a host is cut off.
-    label = withoutUserInfo(label);
+    QString label = withoutUserInfo(document.type().label(document.children().at(position)));
     const int kShown = 60;
     if (label.size() > kShown) {
         label = label.left(kShown) + text("...");
@@ -126,8 +115,7 @@ QString entryName(const Document &document, int position)
 
 QList<Finding> Search::findings()
 {
-    const QList<DocumentType> types = documentTypes();
-    for (const DocumentType &type : types) {
+    for (const DocumentType &type : documentTypes()) {
         lookAtDocument(Document(type.kind, m_directory));
     }
     lookAtThumbnailFiles();
@@ -303,8 +291,7 @@ void Search::lookAtDates(const Document &document)
 
 void Search::lookAtPreferences(const Document &document)
 {
-    const QList<Preference> all = preferences();
-    for (const Preference &preference : all) {
+    for (const Preference &preference : preferences()) {
         if (preference.document != document.type().kind) {
             continue;
         }
@@ -325,8 +312,7 @@ void Search::lookAtPreferences(const Document &document)
 
 void Search::lookAtSecurity(const Document &document)
 {
-    const QList<VLMC_XMLNode *> groups = document.children();
-    for (VLMC_XMLNode *const group : groups) {
+    for (VLMC_XMLNode *const group : document.children()) {
         if (document.type().kind == CommonPreferences && group->getName() == text("security")
             && !group->isAttribute(text("version"))) {
             add(text(document.type().fileName), text("security has no version"),
@@ -411,38 +397,6 @@ void Search::lookForTemporaryFiles(const QString &folder)
     }
 }
 } // namespace
-
-QStringList profile::secretFiles(const QString &directory)
-{
-    QStringList files;
-    for (const char *const file : kSecretFiles) {
-        files.append(text(file));
-    }
-    const Document common(CommonPreferences, directory);
-    const PreferenceValue password = valueOf(*preferenceNamed(text("proxy.proxyUserPass")), common);
-    if (password.inFile && !password.value.isEmpty()) {
-        files.append(text(common.type().fileName));
-    }
-    return files;
-}
-
-bool profile::isOpenToOthers(const QString &path)
-{
-    const QFileInfo file(path);
-    return file.isFile()
-           && (file.permissions()
-               & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther));
-}
-
-bool profile::mayHoldSecrets(const QString &file)
-{
-    for (const char *const secretFile : kSecretFiles) {
-        if (file == text(secretFile)) {
-            return true;
-        }
-    }
-    return file == text(documentType(CommonPreferences).fileName);
-}
 
 QList<profile::Finding> profile::findingsOf(const QString &directory)
 {

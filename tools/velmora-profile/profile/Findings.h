@@ -3,7 +3,7 @@
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QList>
-#include <QtCore/QStringList>
+#include <QtCore/QString>
 
 namespace profile
 {
@@ -17,13 +17,6 @@ struct Finding {
 
 // Everything that is wrong in the profile in the directory, which ends with "/".
 QList<Finding> findingsOf(const QString &directory);
-
-// The files in the directory that hold passwords or sessions.
-QStringList secretFiles(const QString &directory);
-bool isOpenToOthers(const QString &path);
-// Whether files of this name are written for their owner alone, whatever is in them now: damage can
-// keep a secret from being seen.
-bool mayHoldSecrets(const QString &file);
 
 QString toText(const QList<Finding> &findings);
 QJsonArray toJson(const QList<Finding> &findings);

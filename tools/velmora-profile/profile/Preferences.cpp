@@ -3,6 +3,7 @@
 #include "preferences/VLMC_BrowserCommonSetting.h"
 #include "preferences/VLMC_BrowserUserSetting.h"
 #include "tools/velmora-profile/output/Text.h"
+#include "tools/velmora-profile/profile/Entry.h"
 
 namespace
 {
@@ -93,8 +94,7 @@ bool isEncoded(const Preference &preference)
 VLMC_XMLNode *elementOf(const Preference &preference, const Document &document)
 {
     const QString name = text(preference.name);
-    const QList<VLMC_XMLNode *> groups = document.children();
-    for (VLMC_XMLNode *const group : groups) {
+    for (VLMC_XMLNode *const group : document.children()) {
         if (group->getName() == name.section(QLatin1Char('.'), 0, 0)) {
             return fieldOf(group, name.section(QLatin1Char('.'), 1).toUtf8().constData());
         }
@@ -120,12 +120,9 @@ QString hiddenBecause(const Preference &preference, const QByteArray &value)
 }
 } // namespace
 
-QList<profile::Preference> profile::preferences()
+const QList<profile::Preference> &profile::preferences()
 {
-    QList<Preference> all;
-    for (const Preference &preference : kPreferences) {
-        all.append(preference);
-    }
+    static const QList<Preference> all(std::begin(kPreferences), std::end(kPreferences));
     return all;
 }
 

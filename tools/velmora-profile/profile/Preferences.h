@@ -20,7 +20,7 @@ struct Preference {
     bool (*store)(const QString &value);
 };
 
-QList<Preference> preferences();
+const QList<Preference> &preferences();
 // The preference of this name, or null.
 const Preference *preferenceNamed(const QString &name);
 

@@ -2,6 +2,7 @@
 
 #include "core/VLMC_XMLReader.h"
 #include "tools/velmora-profile/output/Text.h"
+#include "tools/velmora-profile/profile/Entry.h"
 
 #include <QtCore/QBuffer>
 

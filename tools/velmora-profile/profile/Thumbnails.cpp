@@ -1,6 +1,9 @@
 #include "tools/velmora-profile/profile/Thumbnails.h"
 
 #include "tools/velmora-profile/output/Text.h"
+#include "tools/velmora-profile/profile/Document.h"
+#include "tools/velmora-profile/profile/DocumentType.h"
+#include "tools/velmora-profile/profile/Entry.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -40,9 +43,3 @@ QList<profile::Thumbnail> profile::thumbnailsOf(const QString &directory)
 }
 
 bool profile::isPictureFile(const QString &path) { return QFileInfo(path).isFile(); }
-
-QString profile::titleOf(VLMC_XMLNode *bookmark)
-{
-    const QString title = fieldText(bookmark, "title");
-    return title.isEmpty() ? fieldText(bookmark, "href") : title;
-}

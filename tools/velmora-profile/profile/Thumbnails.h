@@ -1,8 +1,7 @@
 #ifndef PROFILE_THUMBNAILS_H
 #define PROFILE_THUMBNAILS_H
 
-#include "tools/velmora-profile/profile/Document.h"
-
+#include <QtCore/QList>
 #include <QtCore/QStringList>
 
 namespace profile
@@ -20,9 +19,6 @@ QList<Thumbnail> thumbnailsOf(const QString &directory);
 // Whether the file at the path can be a picture. Opening a FIFO waits for its other end, and
 // reading a device may have no end; both can stand in a profile from elsewhere.
 bool isPictureFile(const QString &path);
-
-// What a bookmark is called in messages: its title, else its URL.
-QString titleOf(VLMC_XMLNode *bookmark);
 } // namespace profile
 
 #endif
