@@ -14,63 +14,11 @@ using namespace profile;
 // Options that are followed by a value; all others are switches.
 const char *const kValued[] = {"format", "output", "time", "log-level"};
 
-const Command kCommands[] = {
-    {"show", nullptr, "DIR", 0, 0, "json", "every file of the profile, and what is wrong", Reads,
-     show},
-    {"check", nullptr, "DIR", 0, 0, "json", "what is wrong, what it means and what to do", Reads,
-     check},
-    {"repair", nullptr, "DIR", 0, 0, "dry-run json", "get back what a damaged file still holds",
-     Writes, repair},
-    {"diff", nullptr, "DIR DIR2", 1, 1, "json show-secrets", "compare two profiles by entries",
-     Reads, diff},
-    {"report", nullptr, "DIR", 0, 0, "output", "the profile as one HTML page", Reads, report},
-    {"prefs", "list", "DIR", 0, 0, "json show-secrets", "all preferences and their defaults", Reads,
-     listPreferences},
-    {"prefs", "get", "DIR NAME", 1, 1, "json show-secrets", "one preference", Reads, getPreference},
-    {"prefs", "set", "DIR NAME [VALUE]", 1, 2, "strict", "change one preference", Writes,
-     setPreference},
-    {"bookmarks", "list", "DIR", 0, 0, "json", "all bookmarks", Reads, listBookmarks},
-    {"bookmarks", "add", "DIR URL [TITLE]", 1, 2, "front strict", "add a bookmark", Writes,
-     addBookmark},
-    {"bookmarks", "remove", "DIR ID...", 1, 999, "", "remove bookmarks", Writes, removeBookmark},
-    {"bookmarks", "import", "DIR FILE", 1, 1, "strict dry-run json",
-     "add the bookmarks of a Netscape HTML or XBEL file", Writes, importBookmarks},
-    {"bookmarks", "export", "DIR FILE", 1, 1, "format strict",
-     "write the bookmarks (--format netscape or xbel)", Reads, exportBookmarks},
-    {"history", "list", "DIR", 0, 0, "json", "all visits", Reads, listHistory},
-    {"history", "find", "DIR URL", 1, 1, "json", "the visits of one page", Reads, findHistory},
-    {"history", "add", "DIR URL [TITLE]", 1, 2, "time strict", "add a visit", Writes, addHistory},
-    {"history", "remove", "DIR ID...", 1, 999, "strict", "remove visits", Writes, removeHistory},
-    {"history", "clear", "DIR", 0, 0, "", "remove all visits", Writes, clearHistory},
-    {"history", "export", "DIR FILE", 1, 1, "format", "write the visits (--format csv or json)",
-     Reads, exportHistory},
-    {"fonts", "list", "DIR", 0, 0, "json", "the fonts that the browser offers", Reads, listFonts},
-    {"fonts", "add", "DIR NAME...", 1, 999, "", "add fonts", Writes, addFont},
-    {"fonts", "sync", "DIR", 0, 0, "dry-run", "list the families that fontconfig knows", Writes,
-     syncFonts},
-    {"auth", "list", "DIR", 0, 0, "json show-secrets", "all credentials", Reads, listCredentials},
-    {"auth", "add", "DIR HOST PORT SCHEME USER", 4, 4, "",
-     "add credentials, the password from standard input", Writes, addCredentials},
-    {"auth", "remove", "DIR ID...", 1, 999, "", "remove credentials", Writes, removeCredentials},
-    {"cookies", "list", "DIR", 0, 0, "json show-secrets", "the cookies of cookie.ini", Reads,
-     listCookies},
-    {"cookies", "to-xml", "DIR [FILE]", 0, 1, "strict",
-     "merge cookie.ini into a cookie document (cookie.xml)", Writes, cookiesToXml},
-    {"cookies", "to-ini", "DIR [FILE]", 0, 1, "strict",
-     "replace cookie.ini by a cookie document (cookie.xml)", Writes, cookiesToIni},
-    {"cookies", "import", "DIR FILE", 1, 1, "strict dry-run json",
-     "add the cookies of a cookies.txt file", Writes, importCookies},
-    {"cookies", "export", "DIR FILE", 1, 1, "strict", "write cookie.ini as cookies.txt", Reads,
-     exportCookies},
-    {"thumbnails", "list", "DIR", 0, 0, "json", "thumbnail files and their bookmarks", Reads,
-     listThumbnails},
-    {"thumbnails", "pack", "DIR FILE", 1, 1, "", "write all thumbnails into one XML file", Reads,
-     packThumbnails},
-    {"thumbnails", "unpack", "DIR FILE", 1, 1, "dry-run", "get thumbnails from such a file", Writes,
-     unpackThumbnails},
-    {"thumbnails", "clean", "DIR", 0, 0, "dry-run", "remove files that no bookmark names", Writes,
-     cleanThumbnails},
-};
+const QList<Command> &commands()
+{
+    static const QList<Command> all = allCommands();
+    return all;
+}
 
 bool isCalled(const Command &command, const QString &group, const QString &action)
 {
@@ -79,7 +27,7 @@ bool isCalled(const Command &command, const QString &group, const QString &actio
 
 const Command *commandCalled(const QString &group, const QString &action)
 {
-    for (const Command &command : kCommands) {
+    for (const Command &command : commands()) {
         if (isCalled(command, group, action)) {
             return &command;
         }
@@ -90,7 +38,7 @@ const Command *commandCalled(const QString &group, const QString &action)
 QStringList actionsOf(const QString &group)
 {
     QStringList actions;
-    for (const Command &command : kCommands) {
+    for (const Command &command : commands()) {
         if (group == text(command.group)) {
             actions.append(text(command.action));
         }
@@ -276,7 +224,7 @@ int profile::runCommand(const QStringList &arguments)
 QString profile::usage()
 {
     QString help = text("usage: velmora-profile COMMAND DIR ...\n\n");
-    for (const Command &command : kCommands) {
+    for (const Command &command : commands()) {
         QString line = text("  %1 %2").arg(nameOf(command), text(command.operands));
         const QStringList options =
             text(command.options).split(QLatin1Char(' '), Qt::SkipEmptyParts);

@@ -2,6 +2,7 @@
 #define COMMANDS_COMMAND_H
 
 #include <QtCore/QHash>
+#include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -26,7 +27,8 @@ struct Call {
 
 enum Access { Reads, Writes };
 
-// A row of the command table: a group with an action ("bookmarks add") or without ("show").
+// A command: a group with an action ("bookmarks add") or without ("show"). The source of a group
+// gives its commands; CMakeLists.txt, which names the source, gathers them all.
 struct Command {
     const char *group;
     const char *action; // null without
@@ -36,50 +38,16 @@ struct Command {
     const char *options;
     const char *summary;
     Access access;
-    int (*run)(const Call &call);
+    int (*run)(const Call &call); // its texts go to standard output, the result is the exit status
 };
+
+QList<Command> allCommands();
 
 // Parses, finds the command, enters the folder and runs it.
 int runCommand(const QStringList &arguments);
 
 // The whole help.
 QString usage();
-
-// The commands, by group. Their texts go to standard output; the result is the exit status.
-int show(const Call &call);
-int check(const Call &call);
-int repair(const Call &call);
-int diff(const Call &call);
-int report(const Call &call);
-int listPreferences(const Call &call);
-int getPreference(const Call &call);
-int setPreference(const Call &call);
-int listBookmarks(const Call &call);
-int addBookmark(const Call &call);
-int removeBookmark(const Call &call);
-int importBookmarks(const Call &call);
-int exportBookmarks(const Call &call);
-int listHistory(const Call &call);
-int findHistory(const Call &call);
-int addHistory(const Call &call);
-int removeHistory(const Call &call);
-int clearHistory(const Call &call);
-int exportHistory(const Call &call);
-int listFonts(const Call &call);
-int addFont(const Call &call);
-int syncFonts(const Call &call);
-int listCredentials(const Call &call);
-int addCredentials(const Call &call);
-int removeCredentials(const Call &call);
-int listCookies(const Call &call);
-int cookiesToXml(const Call &call);
-int cookiesToIni(const Call &call);
-int importCookies(const Call &call);
-int exportCookies(const Call &call);
-int listThumbnails(const Call &call);
-int packThumbnails(const Call &call);
-int unpackThumbnails(const Call &call);
-int cleanThumbnails(const Call &call);
 } // namespace profile
 
 #endif

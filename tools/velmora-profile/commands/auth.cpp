@@ -60,9 +60,7 @@ QString refusalOf(const VLMS_AuthInfo &info)
                ? QString()
                : text("the file cannot hold all characters of host and port");
 }
-} // namespace
-
-int profile::listCredentials(const Call &call)
+int listCredentials(const Call &call)
 {
     const Document document(Credentials, text(kHere));
     if (warnOfDamage(document) != Done) {
@@ -83,7 +81,7 @@ int profile::listCredentials(const Call &call)
     return listing.say(call.has("json"));
 }
 
-int profile::addCredentials(const Call &call)
+int addCredentials(const Call &call)
 {
     const int scheme = schemeCode(call.operands.at(2));
     if (scheme < 0) {
@@ -108,9 +106,25 @@ int profile::addCredentials(const Call &call)
     return saveStore(Credentials);
 }
 
-int profile::removeCredentials(const Call &call)
+int removeCredentials(const Call &call)
 {
     return loadStore(Credentials) == Done
                ? removeEntries(call, Credentials, [](int id) { store().deleteAuthInfo(id); })
                : int(Failed);
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> authCommands()
+{
+    return {
+        {"auth", "list", "DIR", 0, 0, "json show-secrets", "all credentials", Reads,
+         listCredentials},
+        {"auth", "add", "DIR HOST PORT SCHEME USER", 4, 4, "",
+         "add credentials, the password from standard input", Writes, addCredentials},
+        {"auth", "remove", "DIR ID...", 1, 999, "", "remove credentials", Writes,
+         removeCredentials},
+    };
+}
+} // namespace profile

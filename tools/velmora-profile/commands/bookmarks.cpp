@@ -114,9 +114,7 @@ int addAll(const QList<BookmarkRecord> &bookmarks, QList<Loss> *losses)
     }
     return added;
 }
-} // namespace
-
-int profile::listBookmarks(const Call &call)
+int listBookmarks(const Call &call)
 {
     const Document document(Bookmarks, text(kHere));
     if (warnOfDamage(document) != Done) {
@@ -130,7 +128,7 @@ int profile::listBookmarks(const Call &call)
     return listing.say(call.has("json"));
 }
 
-int profile::addBookmark(const Call &call)
+int addBookmark(const Call &call)
 {
     const BookmarkRecord bookmark = {call.operands.value(1), call.operands.at(0), QStringList()};
     if (loadStore(Bookmarks) != Done) {
@@ -149,14 +147,14 @@ int profile::addBookmark(const Call &call)
     return saveStore(Bookmarks);
 }
 
-int profile::removeBookmark(const Call &call)
+int removeBookmark(const Call &call)
 {
     return loadStore(Bookmarks) == Done
                ? removeEntries(call, Bookmarks, [](int id) { store().deleteBookmark(id); })
                : int(Failed);
 }
 
-int profile::importBookmarks(const Call &call)
+int importBookmarks(const Call &call)
 {
     QByteArray content;
     if (!readFile(call.path(call.operands.at(0)), &content, kMaxImportBytes)) {
@@ -181,7 +179,7 @@ int profile::importBookmarks(const Call &call)
     return sayImported(call, import, added, losses);
 }
 
-int profile::exportBookmarks(const Call &call)
+int exportBookmarks(const Call &call)
 {
     const Document document(Bookmarks, text(kHere));
     const QString format = call.has("format") ? call.option("format") : text("netscape");
@@ -201,3 +199,22 @@ int profile::exportBookmarks(const Call &call)
     }
     return writeFile(call.path(call.operands.at(0)), content) ? Done : Failed;
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> bookmarksCommands()
+{
+    return {
+        {"bookmarks", "list", "DIR", 0, 0, "json", "all bookmarks", Reads, listBookmarks},
+        {"bookmarks", "add", "DIR URL [TITLE]", 1, 2, "front strict", "add a bookmark", Writes,
+         addBookmark},
+        {"bookmarks", "remove", "DIR ID...", 1, 999, "", "remove bookmarks", Writes,
+         removeBookmark},
+        {"bookmarks", "import", "DIR FILE", 1, 1, "strict dry-run json",
+         "add the bookmarks of a Netscape HTML or XBEL file", Writes, importBookmarks},
+        {"bookmarks", "export", "DIR FILE", 1, 1, "format strict",
+         "write the bookmarks (--format netscape or xbel)", Reads, exportBookmarks},
+    };
+}
+} // namespace profile

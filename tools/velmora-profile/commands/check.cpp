@@ -22,9 +22,7 @@ bool isReadable()
     }
     return readCookieFile(text(kHere)).state != Document::Unreadable;
 }
-} // namespace
-
-int profile::check(const Call &call)
+int check(const Call &call)
 {
     const QList<Finding> findings = findingsOf(text(kHere));
     if (call.has("json")) {
@@ -39,3 +37,15 @@ int profile::check(const Call &call)
     }
     return findings.isEmpty() ? Done : Differs;
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> checkCommands()
+{
+    return {
+        {"check", nullptr, "DIR", 0, 0, "json", "what is wrong, what it means and what to do",
+         Reads, check},
+    };
+}
+} // namespace profile

@@ -221,9 +221,7 @@ int sayImported(const Call &call, int added, const QList<Loss> &losses)
     return Done;
 }
 
-} // namespace
-
-int profile::listCookies(const Call &call)
+int listCookies(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
     if (file.state == Document::Unreadable) {
@@ -247,7 +245,7 @@ int profile::listCookies(const Call &call)
     return listing.say(call.has("json"));
 }
 
-int profile::cookiesToXml(const Call &call)
+int cookiesToXml(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
     const Workshop workshop;
@@ -273,7 +271,7 @@ int profile::cookiesToXml(const Call &call)
                : Failed;
 }
 
-int profile::cookiesToIni(const Call &call)
+int cookiesToIni(const Call &call)
 {
     const Workshop workshop;
     if (refuseToUse(readCookieFile(text(kHere))) != Done
@@ -297,7 +295,7 @@ int profile::cookiesToIni(const Call &call)
     return writeCookieFile(converted.cookies);
 }
 
-int profile::importCookies(const Call &call)
+int importCookies(const Call &call)
 {
     QByteArray content;
     if (!readFile(call.path(call.operands.at(0)), &content, kMaxImportBytes)) {
@@ -322,7 +320,7 @@ int profile::importCookies(const Call &call)
     return sayImported(call, int(kept.size()), import.losses);
 }
 
-int profile::exportCookies(const Call &call)
+int exportCookies(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
     if (refuseToUse(file) != Done) {
@@ -336,3 +334,23 @@ int profile::exportCookies(const Call &call)
     }
     return writeFile(call.path(call.operands.at(0)), content, OwnerAlone) ? Done : Failed;
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> cookiesCommands()
+{
+    return {
+        {"cookies", "list", "DIR", 0, 0, "json show-secrets", "the cookies of cookie.ini", Reads,
+         listCookies},
+        {"cookies", "to-xml", "DIR [FILE]", 0, 1, "strict",
+         "merge cookie.ini into a cookie document (cookie.xml)", Writes, cookiesToXml},
+        {"cookies", "to-ini", "DIR [FILE]", 0, 1, "strict",
+         "replace cookie.ini by a cookie document (cookie.xml)", Writes, cookiesToIni},
+        {"cookies", "import", "DIR FILE", 1, 1, "strict dry-run json",
+         "add the cookies of a cookies.txt file", Writes, importCookies},
+        {"cookies", "export", "DIR FILE", 1, 1, "strict", "write cookie.ini as cookies.txt", Reads,
+         exportCookies},
+    };
+}
+} // namespace profile

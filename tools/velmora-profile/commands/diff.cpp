@@ -238,9 +238,7 @@ bool compareDocument(DocumentKind kind, const QString &other, QList<Difference> 
     *differences += compare(text(one.type().fileName), recordsOf(one, here), recordsOf(two, other));
     return one.state() != Document::Unreadable && two.state() != Document::Unreadable;
 }
-} // namespace
-
-int profile::diff(const Call &call)
+int diff(const Call &call)
 {
     const QString other = call.path(call.operands.at(0)) + QLatin1Char('/');
     if (!QDir(other).exists() || !QDir(other).isReadable()) {
@@ -262,3 +260,15 @@ int profile::diff(const Call &call)
     }
     return differences.isEmpty() ? Done : Differs;
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> diffCommands()
+{
+    return {
+        {"diff", nullptr, "DIR DIR2", 1, 1, "json show-secrets", "compare two profiles by entries",
+         Reads, diff},
+    };
+}
+} // namespace profile

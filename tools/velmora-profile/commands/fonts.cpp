@@ -77,9 +77,7 @@ void sayChanges(const QStringList &before, const QStringList &after)
         }
     }
 }
-} // namespace
-
-int profile::listFonts(const Call &call)
+int listFonts(const Call &call)
 {
     const Document document(Fonts, text(kHere));
     if (warnOfDamage(document) != Done) {
@@ -92,7 +90,7 @@ int profile::listFonts(const Call &call)
     return listing.say(call.has("json"));
 }
 
-int profile::addFont(const Call &call)
+int addFont(const Call &call)
 {
     if (loadStore(Fonts) != Done) {
         return Failed;
@@ -107,7 +105,7 @@ int profile::addFont(const Call &call)
     return saveStore(Fonts);
 }
 
-int profile::syncFonts(const Call &call)
+int syncFonts(const Call &call)
 {
     const QStringList installed = installedFamilies();
     if (installed.isEmpty()) {
@@ -128,3 +126,18 @@ int profile::syncFonts(const Call &call)
     }
     return saveStore(Fonts);
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> fontsCommands()
+{
+    return {
+        {"fonts", "list", "DIR", 0, 0, "json", "the fonts that the browser offers", Reads,
+         listFonts},
+        {"fonts", "add", "DIR NAME...", 1, 999, "", "add fonts", Writes, addFont},
+        {"fonts", "sync", "DIR", 0, 0, "dry-run", "list the families that fontconfig knows", Writes,
+         syncFonts},
+    };
+}
+} // namespace profile

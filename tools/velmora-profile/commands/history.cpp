@@ -106,13 +106,11 @@ bool readTime(const Call &call, QDateTime *time)
     }
     return time->isValid();
 }
-} // namespace
+int listHistory(const Call &call) { return sayVisits(call, nullptr); }
 
-int profile::listHistory(const Call &call) { return sayVisits(call, nullptr); }
+int findHistory(const Call &call) { return sayVisits(call, &call.operands.at(0)); }
 
-int profile::findHistory(const Call &call) { return sayVisits(call, &call.operands.at(0)); }
-
-int profile::addHistory(const Call &call)
+int addHistory(const Call &call)
 {
     VLMS_History visit;
     visit.url = call.operands.at(0);
@@ -132,14 +130,14 @@ int profile::addHistory(const Call &call)
     return saveStore(History);
 }
 
-int profile::removeHistory(const Call &call)
+int removeHistory(const Call &call)
 {
     return load(call) == Done
                ? removeEntries(call, History, [](int id) { store().deleteHistory(id); })
                : int(Failed);
 }
 
-int profile::clearHistory(const Call &)
+int clearHistory(const Call &)
 {
     // What stands behind a damage, a repair can still get back.
     if (refuseToRead(Document(History, text(kHere))) != Done) {
@@ -151,7 +149,7 @@ int profile::clearHistory(const Call &)
     return saveStore(History);
 }
 
-int profile::exportHistory(const Call &call)
+int exportHistory(const Call &call)
 {
     const Document document(History, text(kHere));
     const QString format = call.has("format") ? call.option("format") : text("csv");
@@ -171,3 +169,22 @@ int profile::exportHistory(const Call &call)
         format == text("json") ? writeHistoryJson(visits) : writeHistoryCsv(visits);
     return writeFile(call.path(call.operands.at(0)), content) ? Done : Failed;
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> historyCommands()
+{
+    return {
+        {"history", "list", "DIR", 0, 0, "json", "all visits", Reads, listHistory},
+        {"history", "find", "DIR URL", 1, 1, "json", "the visits of one page", Reads, findHistory},
+        {"history", "add", "DIR URL [TITLE]", 1, 2, "time strict", "add a visit", Writes,
+         addHistory},
+        {"history", "remove", "DIR ID...", 1, 999, "strict", "remove visits", Writes,
+         removeHistory},
+        {"history", "clear", "DIR", 0, 0, "", "remove all visits", Writes, clearHistory},
+        {"history", "export", "DIR FILE", 1, 1, "format", "write the visits (--format csv or json)",
+         Reads, exportHistory},
+    };
+}
+} // namespace profile

@@ -100,9 +100,7 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
     *value = call.operands.at(1);
     return Done;
 }
-} // namespace
-
-int profile::listPreferences(const Call &call)
+int listPreferences(const Call &call)
 {
     const Document common(CommonPreferences, text(kHere));
     const Document user(UserPreferences, text(kHere));
@@ -112,7 +110,7 @@ int profile::listPreferences(const Call &call)
     return listingOf(preferences(), common, user, call.has("show-secrets")).say(call.has("json"));
 }
 
-int profile::getPreference(const Call &call)
+int getPreference(const Call &call)
 {
     const Preference *const preference = preferenceNamed(call.operands.at(0));
     if (!preference) {
@@ -137,7 +135,7 @@ int profile::getPreference(const Call &call)
     return Done;
 }
 
-int profile::setPreference(const Call &call)
+int setPreference(const Call &call)
 {
     const Preference *const preference = preferenceNamed(call.operands.at(0));
     if (!preference) {
@@ -157,3 +155,19 @@ int profile::setPreference(const Call &call)
     }
     return saveStore(preference->document);
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> prefsCommands()
+{
+    return {
+        {"prefs", "list", "DIR", 0, 0, "json show-secrets", "all preferences and their defaults",
+         Reads, listPreferences},
+        {"prefs", "get", "DIR NAME", 1, 1, "json show-secrets", "one preference", Reads,
+         getPreference},
+        {"prefs", "set", "DIR NAME [VALUE]", 1, 2, "strict", "change one preference", Writes,
+         setPreference},
+    };
+}
+} // namespace profile

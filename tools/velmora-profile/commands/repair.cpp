@@ -343,9 +343,7 @@ bool sayAll(const Call &call, const QList<Repaired> &all)
     }
     return lost;
 }
-} // namespace
-
-int profile::repair(const Call &call)
+int repair(const Call &call)
 {
     const bool dryRun = call.has("dry-run");
     QList<Repaired> all;
@@ -358,3 +356,15 @@ int profile::repair(const Call &call)
     const bool lost = sayAll(call, all);
     return qMax(status, int(lost ? Differs : Done));
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> repairCommands()
+{
+    return {
+        {"repair", nullptr, "DIR", 0, 0, "dry-run json", "get back what a damaged file still holds",
+         Writes, repair},
+    };
+}
+} // namespace profile

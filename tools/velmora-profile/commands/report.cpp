@@ -227,9 +227,7 @@ QString credentialsSection()
                                                text("User"), text("Password")},
                                               rows));
 }
-} // namespace
-
-int profile::report(const Call &call)
+int report(const Call &call)
 {
     if (!call.has("output")) {
         return fail(text("name the page to write: -o FILE.html"));
@@ -245,3 +243,14 @@ int profile::report(const Call &call)
                ? Done
                : Failed;
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> reportCommands()
+{
+    return {
+        {"report", nullptr, "DIR", 0, 0, "output", "the profile as one HTML page", Reads, report},
+    };
+}
+} // namespace profile

@@ -148,9 +148,7 @@ void showAsJson(const Call &call, const QList<Row> &all)
     object.insert(text("findings"), toJson(findingsOf(text(kHere))));
     sayJson(object);
 }
-} // namespace
-
-int profile::show(const Call &call)
+int show(const Call &call)
 {
     const QList<Row> all = rows();
     if (call.has("json")) {
@@ -175,3 +173,15 @@ int profile::show(const Call &call)
     sayBytes(toText(findings).toUtf8());
     return statusOf(all);
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> showCommands()
+{
+    return {
+        {"show", nullptr, "DIR", 0, 0, "json", "every file of the profile, and what is wrong",
+         Reads, show},
+    };
+}
+} // namespace profile

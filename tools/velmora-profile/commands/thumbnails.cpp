@@ -86,9 +86,7 @@ bool pack(QByteArray *content)
     converter().convertThumbnailPngToXML(from.data(), into.data());
     return readFile(packed, content);
 }
-} // namespace
-
-int profile::listThumbnails(const Call &call)
+int listThumbnails(const Call &call)
 {
     if (warnOfDamage(Document(Bookmarks, text(kHere))) != Done) {
         return Failed;
@@ -103,7 +101,7 @@ int profile::listThumbnails(const Call &call)
     return listing.say(call.has("json"));
 }
 
-int profile::packThumbnails(const Call &call)
+int packThumbnails(const Call &call)
 {
     if (!QDir(folder()).exists()) {
         return fail(
@@ -113,7 +111,7 @@ int profile::packThumbnails(const Call &call)
     return pack(&content) && writeFile(call.path(call.operands.at(0)), content) ? Done : Failed;
 }
 
-int profile::unpackThumbnails(const Call &call)
+int unpackThumbnails(const Call &call)
 {
     const QString path = call.path(call.operands.at(0));
     QByteArray content;
@@ -144,7 +142,7 @@ int profile::unpackThumbnails(const Call &call)
     return Done;
 }
 
-int profile::cleanThumbnails(const Call &call)
+int cleanThumbnails(const Call &call)
 {
     const Document document(Bookmarks, text(kHere));
     // Without all bookmarks nothing says which files are in use.
@@ -168,3 +166,21 @@ int profile::cleanThumbnails(const Call &call)
     }
     return Done;
 }
+} // namespace
+
+namespace profile
+{
+QList<Command> thumbnailsCommands()
+{
+    return {
+        {"thumbnails", "list", "DIR", 0, 0, "json", "thumbnail files and their bookmarks", Reads,
+         listThumbnails},
+        {"thumbnails", "pack", "DIR FILE", 1, 1, "", "write all thumbnails into one XML file",
+         Reads, packThumbnails},
+        {"thumbnails", "unpack", "DIR FILE", 1, 1, "dry-run", "get thumbnails from such a file",
+         Writes, unpackThumbnails},
+        {"thumbnails", "clean", "DIR", 0, 0, "dry-run", "remove files that no bookmark names",
+         Writes, cleanThumbnails},
+    };
+}
+} // namespace profile
