@@ -2,7 +2,6 @@
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>

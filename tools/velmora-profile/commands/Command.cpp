@@ -2,7 +2,6 @@
 
 #include "core/VLMG_Debug.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -182,6 +181,26 @@ int run(const Command &command, Call call)
     const QString error = enter(command, call.directory);
     return error.isEmpty() ? command.run(call) : fail(error);
 }
+
+QString usage()
+{
+    QString help = text("usage: velmora-profile COMMAND DIR ...\n\n");
+    for (const Command &command : commands()) {
+        QString line = text("  %1 %2").arg(nameOf(command), text(command.operands));
+        const QStringList options =
+            text(command.options).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        for (const QString &option : options) {
+            line += option == text("output")
+                        ? text(" -o FILE")
+                        : text(isValued(option) ? " [--%1 ...]" : " [--%1]").arg(option);
+        }
+        help += text("%1\n      %2\n").arg(line, text(command.summary));
+    }
+    return help
+           + text(
+               "\nA FILE named - is standard input or output. --log-level N writes the library's "
+               "log file.\nExit status: 0 done, 1 findings or differences, 2 usage or files.");
+}
 } // namespace
 
 bool profile::Call::has(const char *option) const { return options.contains(text(option)); }
@@ -219,24 +238,4 @@ int profile::runCommand(const QStringList &arguments)
     call.directory = words.value(named);
     call.operands = words.mid(named + 1);
     return run(*command, call);
-}
-
-QString profile::usage()
-{
-    QString help = text("usage: velmora-profile COMMAND DIR ...\n\n");
-    for (const Command &command : commands()) {
-        QString line = text("  %1 %2").arg(nameOf(command), text(command.operands));
-        const QStringList options =
-            text(command.options).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        for (const QString &option : options) {
-            line += option == text("output")
-                        ? text(" -o FILE")
-                        : text(isValued(option) ? " [--%1 ...]" : " [--%1]").arg(option);
-        }
-        help += text("%1\n      %2\n").arg(line, text(command.summary));
-    }
-    return help
-           + text(
-               "\nA FILE named - is standard input or output. --log-level N writes the library's "
-               "log file.\nExit status: 0 done, 1 findings or differences, 2 usage or files.");
 }

@@ -45,9 +45,6 @@ QList<Command> allCommands();
 
 // Parses, finds the command, enters the folder and runs it.
 int runCommand(const QStringList &arguments);
-
-// The whole help.
-QString usage();
 } // namespace profile
 
 #endif

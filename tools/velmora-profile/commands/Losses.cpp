@@ -1,7 +1,7 @@
 #include "tools/velmora-profile/commands/Losses.h"
 
+#include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QJsonObject>
 
@@ -16,16 +16,16 @@ QJsonArray profile::toJson(const QList<Loss> &losses)
 {
     QJsonArray array;
     for (const Loss &loss : losses) {
-        QJsonObject object;
-        object.insert(text("entry"), loss.entry);
-        object.insert(text("reason"), loss.reason);
-        array.append(object);
+        array.append(QJsonObject{{text("entry"), loss.entry}, {text("reason"), loss.reason}});
     }
     return array;
 }
 
-int profile::refuseLosses(const Call &call, const QList<Loss> &losses)
+int profile::tellLosses(const Call &call, const QList<Loss> &losses)
 {
+    if (!call.has("json")) {
+        sayLosses(losses);
+    }
     if (losses.isEmpty() || !call.has("strict")) {
         return Done;
     }

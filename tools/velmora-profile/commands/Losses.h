@@ -13,8 +13,9 @@ namespace profile
 void sayLosses(const QList<Loss> &losses);
 QJsonArray toJson(const QList<Loss> &losses);
 
-// With --strict any loss is an error: says so and gives Failed, otherwise Done.
-int refuseLosses(const Call &call, const QList<Loss> &losses);
+// Says them too, unless the command prints JSON, which has them. With --strict any loss is an
+// error: says so and gives Failed, otherwise Done.
+int tellLosses(const Call &call, const QList<Loss> &losses);
 
 // "was", "were" or, on a dry run, "would be".
 QString imported(const Call &call, int added);

@@ -1,7 +1,7 @@
 #include "tools/velmora-profile/commands/Removal.h"
 
+#include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Stores.h"
 
 #include <algorithm>

@@ -6,9 +6,6 @@
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Password.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Stores.h"
@@ -60,6 +57,7 @@ QString refusalOf(const VLMS_AuthInfo &info)
                ? QString()
                : text("the file cannot hold all characters of host and port");
 }
+
 int listCredentials(const Call &call)
 {
     const Document document(Credentials, text(kHere));

@@ -8,9 +8,6 @@
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/output/Listing.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Stores.h"
@@ -85,11 +82,9 @@ int sayImported(const Call &call, const BookmarkImport &import, int added,
                 const QList<Loss> &losses)
 {
     if (call.has("json")) {
-        QJsonObject object;
-        object.insert(text("format"), import.format);
-        object.insert(text("added"), added);
-        object.insert(text("losses"), toJson(losses));
-        sayJson(object);
+        sayJson(QJsonObject{{text("format"), import.format},
+                            {text("added"), added},
+                            {text("losses"), toJson(losses)}});
         return Done;
     }
     say(text("%1: %2 %3 added, %4")
@@ -114,6 +109,7 @@ int addAll(const QList<BookmarkRecord> &bookmarks, QList<Loss> *losses)
     }
     return added;
 }
+
 int listBookmarks(const Call &call)
 {
     const Document document(Bookmarks, text(kHere));
@@ -139,8 +135,7 @@ int addBookmark(const Call &call)
         return fail(
             text("'%1': %2; nothing was changed").arg(bookmark.url, fitting.losses.at(0).reason));
     }
-    sayLosses(fitting.losses);
-    if (refuseLosses(call, fitting.losses) != Done) {
+    if (tellLosses(call, fitting.losses) != Done) {
         return Failed;
     }
     add(bookmark, call.has("front") ? 1 : 0);
@@ -169,10 +164,7 @@ int importBookmarks(const Call &call)
     }
     QList<Loss> losses = import.losses;
     const int added = addAll(import.bookmarks, &losses);
-    if (!call.has("json")) {
-        sayLosses(losses);
-    }
-    if (refuseLosses(call, losses) != Done
+    if (tellLosses(call, losses) != Done
         || (!call.has("dry-run") && saveStore(Bookmarks) != Done)) {
         return Failed;
     }
@@ -193,11 +185,9 @@ int exportBookmarks(const Call &call)
     const QByteArray content = format == text("xbel")
                                    ? writeXbel(recordsOf(document), &losses)
                                    : writeNetscapeBookmarks(recordsOf(document), &losses);
-    sayLosses(losses);
-    if (refuseLosses(call, losses) != Done) {
-        return Failed;
-    }
-    return writeFile(call.path(call.operands.at(0)), content) ? Done : Failed;
+    return tellLosses(call, losses) == Done && writeFile(call.path(call.operands.at(0)), content)
+               ? Done
+               : Failed;
 }
 } // namespace
 

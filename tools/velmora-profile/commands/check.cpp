@@ -2,10 +2,7 @@
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Findings.h"
 
 namespace
@@ -22,6 +19,7 @@ bool isReadable()
     }
     return readCookieFile(text(kHere)).state != Document::Unreadable;
 }
+
 int check(const Call &call)
 {
     const QList<Finding> findings = findingsOf(text(kHere));

@@ -8,10 +8,7 @@
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/output/Listing.h"
-#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 
@@ -209,10 +206,7 @@ CookieImport read(const QByteArray &content)
 int sayImported(const Call &call, int added, const QList<Loss> &losses)
 {
     if (call.has("json")) {
-        QJsonObject object;
-        object.insert(text("added"), added);
-        object.insert(text("losses"), toJson(losses));
-        sayJson(object);
+        sayJson(QJsonObject{{text("added"), added}, {text("losses"), toJson(losses)}});
         return Done;
     }
     say(text("cookies.txt: %1 %2 added, %3")
@@ -256,9 +250,7 @@ int cookiesToXml(const Call &call)
     if (file.state == Document::Missing) {
         return fail(text("there is no cookie.ini to convert; nothing was changed"));
     }
-    const QList<Loss> losses = lossesOfXml(file.cookies);
-    sayLosses(losses);
-    if (refuseLosses(call, losses) != Done) {
+    if (tellLosses(call, lossesOfXml(file.cookies)) != Done) {
         return Failed;
     }
     QByteArray directory(kHere);
@@ -278,10 +270,8 @@ int cookiesToIni(const Call &call)
         || fetch(documentPath(call), Source, workshop) != Done) {
         return Failed;
     }
-    const QList<Loss> losses =
-        lossesOfIni(Document(documentType(CookieDocument), workshop.document()));
-    sayLosses(losses);
-    if (refuseLosses(call, losses) != Done) {
+    const Document source(documentType(CookieDocument), workshop.document());
+    if (tellLosses(call, lossesOfIni(source)) != Done) {
         return Failed;
     }
     QByteArray document = workshop.localDocument();
@@ -310,10 +300,7 @@ int importCookies(const Call &call)
         return Failed;
     }
     const QList<QNetworkCookie> kept = keptByIni(&import);
-    if (!call.has("json")) {
-        sayLosses(import.losses);
-    }
-    if (refuseLosses(call, import.losses) != Done
+    if (tellLosses(call, import.losses) != Done
         || (!call.has("dry-run") && writeCookieFile(merged(file.cookies, kept)) != Done)) {
         return Failed;
     }
@@ -328,11 +315,10 @@ int exportCookies(const Call &call)
     }
     QList<Loss> losses;
     const QByteArray content = writeCookiesTxt(file.cookies, &losses);
-    sayLosses(losses);
-    if (refuseLosses(call, losses) != Done) {
-        return Failed;
-    }
-    return writeFile(call.path(call.operands.at(0)), content, OwnerAlone) ? Done : Failed;
+    return tellLosses(call, losses) == Done
+                   && writeFile(call.path(call.operands.at(0)), content, OwnerAlone)
+               ? Done
+               : Failed;
 }
 } // namespace
 

@@ -2,10 +2,7 @@
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 #include "tools/velmora-profile/profile/Refusals.h"
@@ -195,10 +192,9 @@ QString toLine(const Difference &difference, const Call &call)
 QJsonObject jsonOf(const Difference &difference, const Call &call)
 {
     const bool secrets = call.has("show-secrets");
-    QJsonObject object;
-    object.insert(text("file"), difference.file);
-    object.insert(text("change"), difference.change);
-    object.insert(text("entry"), difference.entry);
+    QJsonObject object = {{text("file"), difference.file},
+                          {text("change"), difference.change},
+                          {text("entry"), difference.entry}};
     if (difference.change == text("changed")) {
         object.insert(text("field"), difference.before.name);
         object.insert(text("before"), valueOf(difference.before, secrets));
@@ -238,6 +234,7 @@ bool compareDocument(DocumentKind kind, const QString &other, QList<Difference> 
     *differences += compare(text(one.type().fileName), recordsOf(one, here), recordsOf(two, other));
     return one.state() != Document::Unreadable && two.state() != Document::Unreadable;
 }
+
 int diff(const Call &call)
 {
     const QString other = call.path(call.operands.at(0)) + QLatin1Char('/');

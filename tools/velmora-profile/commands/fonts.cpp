@@ -5,9 +5,6 @@
 #include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Listing.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Families.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Stores.h"
@@ -77,6 +74,7 @@ void sayChanges(const QStringList &before, const QStringList &after)
         }
     }
 }
+
 int listFonts(const Call &call)
 {
     const Document document(Fonts, text(kHere));

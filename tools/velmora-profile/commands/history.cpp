@@ -8,9 +8,6 @@
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Listing.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Stores.h"
@@ -38,12 +35,9 @@ QList<Loss> lossesOfLoading(const Document &document)
 // Done when the store holds the document and may replace it.
 int load(const Call &call)
 {
-    if (loadStore(History) != Done) {
-        return Failed;
-    }
-    const QList<Loss> losses = lossesOfLoading(Document(History, text(kHere)));
-    sayLosses(losses);
-    return refuseLosses(call, losses);
+    return loadStore(History) == Done
+               ? tellLosses(call, lossesOfLoading(Document(History, text(kHere))))
+               : int(Failed);
 }
 
 struct Visit {
@@ -106,6 +100,7 @@ bool readTime(const Call &call, QDateTime *time)
     }
     return time->isValid();
 }
+
 int listHistory(const Call &call) { return sayVisits(call, nullptr); }
 
 int findHistory(const Call &call) { return sayVisits(call, &call.operands.at(0)); }

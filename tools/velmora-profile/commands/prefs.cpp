@@ -5,9 +5,6 @@
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Listing.h"
 #include "tools/velmora-profile/output/Password.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Stores.h"
@@ -100,6 +97,7 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
     *value = call.operands.at(1);
     return Done;
 }
+
 int listPreferences(const Call &call)
 {
     const Document common(CommonPreferences, text(kHere));
@@ -148,12 +146,8 @@ int setPreference(const Call &call)
     if (!isKnownWord(*preference, value) || !preference->store(value)) {
         return failRefused(*preference, value);
     }
-    const QList<Loss> losses = lossesOf(*preference, value);
-    sayLosses(losses);
-    if (refuseLosses(call, losses) != Done) {
-        return Failed;
-    }
-    return saveStore(preference->document);
+    return tellLosses(call, lossesOf(*preference, value)) == Done ? saveStore(preference->document)
+                                                                  : int(Failed);
 }
 } // namespace
 

@@ -2,11 +2,8 @@
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/Backup.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 #include "tools/velmora-profile/profile/Recovery.h"
@@ -313,13 +310,11 @@ void sayRepaired(const Repaired &repaired)
 
 QJsonObject jsonOf(const Repaired &repaired)
 {
-    QJsonObject object;
-    object.insert(text("file"), repaired.file);
-    object.insert(text("reason"), repaired.reason);
-    object.insert(text("kept"), QJsonArray::fromStringList(repaired.kept));
-    object.insert(text("lost"), QJsonArray::fromStringList(repaired.lost));
-    object.insert(text("copy"), repaired.copy);
-    return object;
+    return {{text("file"), repaired.file},
+            {text("reason"), repaired.reason},
+            {text("kept"), QJsonArray::fromStringList(repaired.kept)},
+            {text("lost"), QJsonArray::fromStringList(repaired.lost)},
+            {text("copy"), repaired.copy}};
 }
 
 // True when something was lost.
@@ -343,6 +338,7 @@ bool sayAll(const Call &call, const QList<Repaired> &all)
     }
     return lost;
 }
+
 int repair(const Call &call)
 {
     const bool dryRun = call.has("dry-run");

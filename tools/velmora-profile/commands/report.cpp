@@ -5,10 +5,7 @@
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Html.h"
-#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Findings.h"
 #include "tools/velmora-profile/profile/Preferences.h"
@@ -227,6 +224,7 @@ QString credentialsSection()
                                                text("User"), text("Password")},
                                               rows));
 }
+
 int report(const Call &call)
 {
     if (!call.has("output")) {

@@ -3,10 +3,7 @@
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Table.h"
-#include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Findings.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Thumbnails.h"
@@ -109,9 +106,7 @@ void add(Table *table, const Row &row)
 QJsonObject jsonOf(const Row &row)
 {
     const QFileInfo file(text(kHere) + row.file);
-    QJsonObject object;
-    object.insert(text("file"), row.file);
-    object.insert(text("state"), row.state);
+    QJsonObject object = {{text("file"), row.file}, {text("state"), row.state}};
     if (!row.damage.isEmpty()) {
         object.insert(text("damage"), row.json);
     }
@@ -142,12 +137,11 @@ void showAsJson(const Call &call, const QList<Row> &all)
     for (const Row &row : all) {
         files.append(jsonOf(row));
     }
-    QJsonObject object;
-    object.insert(text("directory"), call.directory);
-    object.insert(text("files"), files);
-    object.insert(text("findings"), toJson(findingsOf(text(kHere))));
-    sayJson(object);
+    sayJson(QJsonObject{{text("directory"), call.directory},
+                        {text("files"), files},
+                        {text("findings"), toJson(findingsOf(text(kHere)))}});
 }
+
 int show(const Call &call)
 {
     const QList<Row> all = rows();

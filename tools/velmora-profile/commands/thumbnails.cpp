@@ -8,9 +8,6 @@
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/output/Listing.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 
 #include <QtCore/QDir>
@@ -86,6 +83,7 @@ bool pack(QByteArray *content)
     converter().convertThumbnailPngToXML(from.data(), into.data());
     return readFile(packed, content);
 }
+
 int listThumbnails(const Call &call)
 {
     if (warnOfDamage(Document(Bookmarks, text(kHere))) != Done) {

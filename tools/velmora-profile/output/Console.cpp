@@ -1,7 +1,5 @@
 #include "tools/velmora-profile/output/Console.h"
 
-#include "tools/velmora-profile/output/Text.h"
-
 #include <QtCore/QJsonDocument>
 
 #include <cstdio>

@@ -1,10 +1,11 @@
 #ifndef OUTPUT_CONSOLE_H
 #define OUTPUT_CONSOLE_H
 
+#include "tools/velmora-profile/output/Text.h"
+
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
-#include <QtCore/QString>
 
 // What the tool says. Output is UTF-8 whatever the locale is.
 namespace profile

@@ -2,7 +2,6 @@
 
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>

@@ -1,7 +1,6 @@
 #include "tools/velmora-profile/output/Listing.h"
 
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
 
 namespace
 {

@@ -5,8 +5,6 @@
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"
 #include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QFile>

@@ -3,8 +3,6 @@
 #include "core/TimeText_p.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Entry.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 #include "tools/velmora-profile/profile/Secrets.h"
@@ -418,12 +416,10 @@ QJsonArray profile::toJson(const QList<Finding> &findings)
 {
     QJsonArray array;
     for (const Finding &finding : findings) {
-        QJsonObject object;
-        object.insert(text("file"), finding.file);
-        object.insert(text("what"), finding.what);
-        object.insert(text("meaning"), finding.meaning);
-        object.insert(text("action"), finding.action);
-        array.append(object);
+        array.append(QJsonObject{{text("file"), finding.file},
+                                 {text("what"), finding.what},
+                                 {text("meaning"), finding.meaning},
+                                 {text("action"), finding.action}});
     }
     return array;
 }

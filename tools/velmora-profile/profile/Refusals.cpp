@@ -1,8 +1,6 @@
 #include "tools/velmora-profile/profile/Refusals.h"
 
 #include "tools/velmora-profile/output/Console.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 
 #include <QtCore/QFileInfo>
 

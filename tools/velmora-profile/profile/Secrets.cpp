@@ -1,8 +1,6 @@
 #include "tools/velmora-profile/profile/Secrets.h"
 
 #include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
-#include "tools/velmora-profile/profile/DocumentType.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 
 #include <QtCore/QFileInfo>

@@ -4,8 +4,6 @@
 #include "core/VLMC_XMLWriter.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Guards.h"
-#include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Document.h"
 #include "tools/velmora-profile/profile/Refusals.h"
 #include "tools/velmora-profile/profile/Secrets.h"
 
