@@ -9,7 +9,7 @@ cd "$(dirname "$0")/../.."
 root=$(pwd)
 folders=$(IFS='|' && echo "$*")
 # Tests build some of the sources once more, with GCC's precompiled headers, which clang cannot read, and
-# all of them with the other kind of char: each is looked at once.
+# all of them with an unsigned char: each is looked at once.
 mkdir -p "$build/tidy"
 python3 -c '
 import json, sys
