@@ -3,14 +3,14 @@
 #include "bookmarks/VLMC_BookmarksSetting.h"
 
 #include "bookmarks/BookmarkElements_p.h"
-#include "bookmarks/RegularFile_p.h"
 #include "core/Entries_p.h"
 #include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
 #include "core/QEXC_TextCodec.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/RegularFile_p.h"
+#include "text/Utf8_p.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QStringBuilder>

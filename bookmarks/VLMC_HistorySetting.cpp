@@ -4,9 +4,9 @@
 #include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
 #include "core/Refused_p.h"
-#include "core/TimeText_p.h"
-#include "core/Utf8_p.h"
 #include "core/VLMG_Debug.h"
+#include "text/TimeText_p.h"
+#include "text/Utf8_p.h"
 
 #include <QtCore/QVector>
 

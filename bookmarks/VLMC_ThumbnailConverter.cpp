@@ -1,11 +1,11 @@
 #include "bookmarks/VLMC_ThumbnailConverter.h"
 
-#include "bookmarks/RegularFile_p.h"
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/RegularFile_p.h"
 
 #include <QtCore/QFile>
 

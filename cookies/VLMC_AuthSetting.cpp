@@ -1,12 +1,12 @@
 #include "cookies/VLMC_AuthSetting.h"
 
 #include "core/Entries_p.h"
-#include "core/OwnerOnlyFiles_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/Refused_p.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/OwnerOnlyFiles_p.h"
+#include "text/Utf8_p.h"
 
 using namespace vlm;
 

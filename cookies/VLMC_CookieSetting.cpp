@@ -3,9 +3,9 @@
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
-#include "core/TimeText_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "text/TimeText_p.h"
 
 using namespace vlm;
 

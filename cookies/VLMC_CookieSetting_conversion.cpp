@@ -4,13 +4,13 @@
 
 #include "cookies/HarmlessIni_p.h"
 #include "core/Entries_p.h"
-#include "core/FileDescriptor_p.h"
-#include "core/OwnerOnlyFiles_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
 #include "core/Refused_p.h"
-#include "core/TimeText_p.h"
 #include "core/VLMG_Debug.h"
+#include "files/FileDescriptor_p.h"
+#include "files/OwnerOnlyFiles_p.h"
+#include "text/TimeText_p.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QDir>

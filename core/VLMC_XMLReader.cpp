@@ -1,12 +1,12 @@
 #include "core/VLMC_XMLReader.h"
 
-#include "core/DocumentSource_p.h"
-#include "core/FileDescriptor_p.h"
 #include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
 #include "core/TextKind_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/DocumentSource_p.h"
+#include "files/FileDescriptor_p.h"
 
 #include <QtCore/QFile>
 

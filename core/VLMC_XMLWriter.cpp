@@ -1,11 +1,11 @@
 #include "core/VLMC_XMLWriter.h"
 
-#include "core/DocumentBuffer_p.h"
 #include "core/NodeView_p.h"
-#include "core/ReplaceFile_p.h"
 #include "core/TextKind_p.h"
 #include "core/VLMG_Debug.h"
-#include "core/XmlText_p.h"
+#include "files/DocumentBuffer_p.h"
+#include "files/ReplaceFile_p.h"
+#include "text/XmlText_p.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QIODevice>

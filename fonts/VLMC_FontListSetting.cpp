@@ -2,9 +2,9 @@
 
 #include "core/Entries_p.h"
 #include "core/Refused_p.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "text/Utf8_p.h"
 
 using namespace vlm;
 

@@ -1,11 +1,11 @@
 #include "preferences/VLMC_BrowserCommonSetting.h"
 
 #include "core/Entries_p.h"
-#include "core/OwnerOnlyFiles_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/Refused_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/OwnerOnlyFiles_p.h"
 #include "preferences/DeleteTiming_p.h"
 #include "preferences/Preferences_p.h"
 

@@ -14,13 +14,18 @@ cd "$source"
 allowed() {
   case $1 in
   platform) echo platform ;;
-  core) echo core platform ;;
-  fonts | preferences | bookmarks | cookies) echo "$1" core ;;
-  examples | benchmarks | tools) echo "$1" core platform fonts preferences bookmarks cookies ;;
+  text) echo text ;;
+  files) echo files text ;;
+  core) echo core files text platform ;;
+  fonts | preferences | bookmarks | cookies) echo "$1" core files text ;;
+  examples | benchmarks | tools)
+    echo "$1" platform text files core fonts preferences bookmarks cookies
+    ;;
   esac
 }
 
-for folder in platform core fonts preferences bookmarks cookies examples benchmarks tools; do
+folders="platform text files core fonts preferences bookmarks cookies examples benchmarks tools"
+for folder in $folders; do
   test -d "$folder" || continue
   find "$folder" -name '*.h' -o -name '*.cpp' | LC_ALL=C sort | while read -r file; do
     sed -n 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*"\([^"]*\)".*/\1/p' "$file" \
@@ -39,7 +44,7 @@ for folder in platform core fonts preferences bookmarks cookies examples benchma
 done >> "$faults"
 
 # A public header is one that is no helper, whoever forgets to list it.
-candidates=$(find core fonts preferences bookmarks cookies platform -name '*.h' ! -name '*_p.h' \
+candidates=$(find text files core fonts preferences bookmarks cookies platform -name '*.h' ! -name '*_p.h' \
   2> /dev/null | LC_ALL=C sort)
 delivered=$(cd "$installed" && find . -name '*.h' | sed 's,^\./,,' | LC_ALL=C sort)
 if [ "$public" != "$candidates" ]; then

@@ -3,7 +3,7 @@
 set -eu
 cd "$(dirname "$0")/../.."
 folders=()
-for folder in core preferences bookmarks cookies fonts platform examples tools; do
+for folder in text files core preferences bookmarks cookies fonts platform examples tools; do
     [ -d "$folder" ] && folders+=("$folder")
 done
 # passedByValue, constParameter: published signatures are what they are. unusedFunction cannot be

@@ -5,7 +5,7 @@ set -eu
 build=$(cd "$1" && pwd)
 shift
 cd "$(dirname "$0")/../.."
-[ $# -gt 0 ] || set -- core preferences bookmarks cookies fonts platform
+[ $# -gt 0 ] || set -- text files core preferences bookmarks cookies fonts platform
 root=$(pwd)
 folders=$(IFS='|' && echo "$*")
 # Tests build some of the sources once more, with GCC's precompiled headers, which clang cannot read.

@@ -1,9 +1,9 @@
 #include "tools/velmora-profile/Document.h"
 
-#include "core/DocumentBuffer_p.h"
-#include "core/DocumentSource_p.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
+#include "files/DocumentBuffer_p.h"
+#include "files/DocumentSource_p.h"
 #include "tools/velmora-profile/Console.h"
 
 #include <QtCore/QBuffer>

@@ -1,6 +1,6 @@
 #include "tools/velmora-profile/Findings.h"
 
-#include "core/TimeText_p.h"
+#include "text/TimeText_p.h"
 #include "tools/velmora-profile/Console.h"
 #include "tools/velmora-profile/CookieFile.h"
 #include "tools/velmora-profile/Preferences.h"

@@ -1,7 +1,7 @@
 #ifndef REPLACEFILE_P_H
 #define REPLACEFILE_P_H
 
-#include "core/FileDescriptor_p.h"
+#include "files/FileDescriptor_p.h"
 
 #include <QtCore/QByteArray>
 

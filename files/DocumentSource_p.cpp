@@ -1,4 +1,4 @@
-#include "core/DocumentSource_p.h"
+#include "files/DocumentSource_p.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "core/OwnerOnlyFiles_p.h"
+#include "files/OwnerOnlyFiles_p.h"
 
 namespace
 {

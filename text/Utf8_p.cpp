@@ -1,4 +1,4 @@
-#include "core/Utf8_p.h"
+#include "text/Utf8_p.h"
 
 #include <QtCore/QByteArray>
 

@@ -1,4 +1,4 @@
-#include "core/XmlText_p.h"
+#include "text/XmlText_p.h"
 
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLWriter.h"

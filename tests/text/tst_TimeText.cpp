@@ -1,4 +1,4 @@
-#include "core/TimeText_p.h"
+#include "text/TimeText_p.h"
 
 #include "tests/support/Files.h"
 

@@ -1,6 +1,6 @@
-#include "core/ReplaceFile_p.h"
+#include "files/ReplaceFile_p.h"
 
-#include "core/OwnerOnlyFiles_p.h"
+#include "files/OwnerOnlyFiles_p.h"
 
 #include <QtCore/QAtomicInt>
 #include <QtCore/QFile>

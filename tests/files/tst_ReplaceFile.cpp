@@ -1,7 +1,8 @@
-#include "core/OwnerOnlyFiles_p.h"
-#include "core/ReplaceFile_p.h"
+#include "files/ReplaceFile_p.h"
+
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLWriter.h"
+#include "files/OwnerOnlyFiles_p.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Processes.h"
