@@ -5,7 +5,9 @@ namespace vlm
 {
 // While one lives, files that this thread's saves create anew are readable and writable by their
 // owner alone, whatever the umask says; files that exist keep their mode. For stores whose save
-// goes through virtual operations, which have no room for such a wish.
+// goes through virtual operations, which have no room for such a wish. Heard by the saves of the
+// same image only: the library counts its own ones, and a program that links this helper too counts
+// others.
 class OwnerOnlyFiles
 {
 public:
