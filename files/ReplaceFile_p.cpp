@@ -1,12 +1,12 @@
 #include "files/ReplaceFile_p.h"
 
+#include "files/FileAttributes_p.h"
 #include "files/OwnerOnlyFiles_p.h"
 
 #include <QtCore/QAtomicInt>
 #include <QtCore/QFile>
 #include <QtCore/QList>
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -15,7 +15,6 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 
 using vlm::FileDescriptor;
 
@@ -95,78 +94,6 @@ bool isRefusal(int error)
 {
     return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG
            || error == EINVAL || error == ENOTSUP;
-}
-
-bool keepsOwner(int file, const struct stat &target)
-{
-    struct stat status = {};
-    if (fstat(file, &status) != 0) {
-        return false;
-    }
-    const bool same = status.st_uid == target.st_uid && status.st_gid == target.st_gid;
-    return same || fchown(file, target.st_uid, target.st_gid) == 0;
-}
-
-// True for a file system without attributes, too: there are none.
-bool readAttributeNames(int file, QList<QByteArray> *names)
-{
-    const ssize_t size = flistxattr(file, nullptr, 0);
-    QByteArray bytes(int(qMax(size, ssize_t(0))), '\0');
-    const ssize_t filled = size > 0 ? flistxattr(file, bytes.data(), size_t(size)) : size;
-    if (filled < 0) {
-        return errno == ENOTSUP || errno == ENOSYS;
-    }
-    bytes.truncate(int(filled));
-    *names = bytes.split('\0');
-    names->removeAll(QByteArray());
-    std::sort(names->begin(), names->end());
-    return true;
-}
-
-// Null for an attribute that the file does not have.
-bool readAttribute(int file, const QByteArray &name, QByteArray *value)
-{
-    const ssize_t size = fgetxattr(file, name.constData(), nullptr, 0);
-    QByteArray bytes(int(qMax(size, ssize_t(0))), '\0');
-    const ssize_t filled =
-        size > 0 ? fgetxattr(file, name.constData(), bytes.data(), size_t(size)) : size;
-    if (filled < 0) {
-        return errno == ENODATA;
-    }
-    bytes.truncate(int(filled));
-    *value = bytes;
-    return true;
-}
-
-bool keepsAttribute(int file, int target, const QByteArray &name)
-{
-    QByteArray value;
-    QByteArray present;
-    if (!readAttribute(target, name, &value) || !readAttribute(file, name, &present)) {
-        return false;
-    }
-    return (present == value && !present.isNull())
-           || fsetxattr(file, name.constData(), value.constData(), size_t(value.size()), 0) == 0;
-}
-
-// Access control lists and security labels are extended attributes too.
-bool keepsAttributes(int file, int target)
-{
-    QList<QByteArray> names;
-    QList<QByteArray> kept;
-    if (!readAttributeNames(target, &names)) {
-        return false;
-    }
-    for (const QByteArray &name : static_cast<const QList<QByteArray> &>(names)) {
-        if (!keepsAttribute(file, target, name)) {
-            return false;
-        }
-    }
-    if (!readAttributeNames(file, &kept)) {
-        return false;
-    }
-    errno = ENOTSUP;
-    return kept == names;
 }
 
 bool writeAll(int file, const QByteArray &content)
@@ -274,7 +201,7 @@ bool vlm::ReplaceFile::openExisting(const struct stat &target)
         return true;
     }
     removeStaleFiles(m_folder);
-    if (createTemporary(0600) && keepsAllButContent(target)) {
+    if (createTemporary(0600) && keepsAllButContent(m_temporary.get(), m_existing.get(), target)) {
         return true;
     }
     if (!isRefusal(errno)) {
@@ -282,14 +209,6 @@ bool vlm::ReplaceFile::openExisting(const struct stat &target)
     }
     removeTemporary();
     return true;
-}
-
-// Owner before mode: a change of owner takes bits of the mode away.
-bool vlm::ReplaceFile::keepsAllButContent(const struct stat &target) const
-{
-    return keepsOwner(m_temporary.get(), target)
-           && keepsAttributes(m_temporary.get(), m_existing.get())
-           && fchmod(m_temporary.get(), target.st_mode & 07777) == 0;
 }
 
 bool vlm::ReplaceFile::createTemporary(int mode)

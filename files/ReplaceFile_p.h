@@ -42,7 +42,6 @@ private:
     bool openExisting(const struct stat &target);
     bool createTemporary(int mode);
     bool createLocked(int mode);
-    bool keepsAllButContent(const struct stat &target) const;
     bool writeTemporary(const QByteArray &content);
     bool closeTemporary();
     bool syncFolder() const;
