@@ -10,6 +10,7 @@
 #include "core/VLMG_Debug.h"
 #include "files/FileDescriptor_p.h"
 #include "files/OwnerOnlyFiles_p.h"
+#include "files/RegularFile_p.h"
 #include "text/TimeText_p.h"
 
 #include <QtCore/QDataStream>
@@ -44,18 +45,14 @@ QString iniPath(const QString &directory)
 bool isHarmlessFile(const QString &path, const char *group = "")
 {
     QFile file(path);
-    return !QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)
+    return !isFileOrFree(path) || !file.open(QIODevice::ReadOnly)
            || isHarmlessIni(file.readAll(), group);
 }
 
 // Null for a pipe or the like, where QSettings would wait for the other end.
 QSettings *openIni(const QString &path)
 {
-    const QFileInfo file(path);
-    if (file.exists() && !file.isFile()) {
-        return nullptr;
-    }
-    return new QSettings(path, QSettings::IniFormat);
+    return isFileOrFree(path) ? new QSettings(path, QSettings::IniFormat) : nullptr;
 }
 
 QByteArray readIni(const QString &path)

@@ -6,13 +6,9 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 #include "files/DocumentSource_p.h"
-#include "files/FileDescriptor_p.h"
+#include "files/RegularFile_p.h"
 
 #include <QtCore/QFile>
-
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace
 {
@@ -90,25 +86,6 @@ int defaultedIn(const QXmlStreamAttributes &attributes)
     return defaulted;
 }
 
-// A name without a file, such as Qt's own ":/" ones, is Qt's to open; of the files only regular
-// ones are taken: others could block, or never end.
-bool openDocument(QFile &file)
-{
-    const QByteArray name = QFile::encodeName(file.fileName());
-    vlm::FileDescriptor descriptor(
-        open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    if (!descriptor.isOpen()) {
-        return errno == ENOENT && file.open(QIODevice::ReadOnly);
-    }
-    struct stat status = {};
-    if (fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)
-        || !file.open(descriptor.get(), QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
-        return false;
-    }
-    descriptor.release();
-    return true;
-}
-
 bool isUtf8(const QXmlStreamReader &reader)
 {
     const QString encoding = reader.documentEncoding().toString();
@@ -123,7 +100,7 @@ VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
         return emptyNode();
     }
     QFile file(path);
-    if (!openDocument(file)) {
+    if (!vlm::openRegular(file)) {
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLReader::read file open error!");
         return emptyNode();
     }
