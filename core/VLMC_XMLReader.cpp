@@ -12,8 +12,6 @@
 
 namespace
 {
-const int kMaxDefaulted = 4096;
-
 VLMC_XMLNode *emptyNode() { return new VLMC_XMLNode(nullptr, vlm::AtEnd); }
 
 // What the nodes of a document share, which spares memory and time.
@@ -73,24 +71,6 @@ VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes 
     vlm::NodeView::takeName(*node, name);
     return node;
 }
-
-// Characters that a start tag has not from itself but from a declaration.
-int defaultedIn(const QXmlStreamAttributes &attributes)
-{
-    int defaulted = 0;
-    for (const QXmlStreamAttribute &attribute : attributes) {
-        if (attribute.isDefault()) {
-            defaulted += int(attribute.qualifiedName().size() + attribute.value().size());
-        }
-    }
-    return defaulted;
-}
-
-bool isUtf8(const QXmlStreamReader &reader)
-{
-    const QString encoding = reader.documentEncoding().toString();
-    return encoding.isEmpty() || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0;
-}
 } // namespace
 
 VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
@@ -121,7 +101,7 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
         }
         if (token == StartDocument) {
             // The encoding is known at this token only.
-            utf8 = isUtf8(*this);
+            utf8 = vlm::isUtf8(*this);
         }
         if (token == DTD) {
             source->declare(entityDeclarations(), utf8);
@@ -155,9 +135,8 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
         }
         if (token == StartElement) {
             QXmlStreamAttributes attributes = this->attributes();
-            // One declaration would otherwise fill as much memory as there are elements.
-            defaulted += defaultedIn(attributes);
-            if (defaulted > kMaxDefaulted) {
+            defaulted += vlm::defaultedSize(attributes);
+            if (defaulted > vlm::kMaxDefaulted) {
                 raiseError();
                 break;
             }

@@ -72,6 +72,23 @@ bool isBuiltIn(const QByteArray &name)
 }
 } // namespace
 
+int vlm::defaultedSize(const QXmlStreamAttributes &attributes)
+{
+    int defaulted = 0;
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        if (attribute.isDefault()) {
+            defaulted += int(attribute.qualifiedName().size() + attribute.value().size());
+        }
+    }
+    return defaulted;
+}
+
+bool vlm::isUtf8(const QXmlStreamReader &reader)
+{
+    const QString encoding = reader.documentEncoding().toString();
+    return encoding.isEmpty() || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0;
+}
+
 vlm::DocumentSource::DocumentSource(QIODevice *device)
     : QIODevice(device),
       m_device(device),

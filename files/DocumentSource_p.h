@@ -8,6 +8,18 @@
 
 namespace vlm
 {
+// Characters in the attributes that a document declares for elements without them, all elements but
+// the root together: a reader stops past them. One declaration would otherwise fill as much memory
+// as there are elements.
+const int kMaxDefaulted = 4096;
+
+// Characters that a start tag has not from itself but from a declaration.
+int defaultedSize(const QXmlStreamAttributes &attributes);
+
+// The document's encoding, which is known while the reader stands at the start of the document
+// only.
+bool isUtf8(const QXmlStreamReader &reader);
+
 // What the reader gets to see of a device: no more than it holds at the start, and no more than
 // 4,096 characters out of declared entities, all their uses together. Past either bound the
 // document just ends. Qt 4.8 has no bound of its own, later versions one for each single use.

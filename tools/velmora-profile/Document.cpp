@@ -2,7 +2,7 @@
 
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
-#include "files/DocumentBuffer_p.h"
+#include "files/DocumentSink_p.h"
 #include "files/DocumentSource_p.h"
 #include "tools/velmora-profile/Console.h"
 
@@ -337,7 +337,7 @@ void profile::nameRoot(VLMC_XMLSetting *store, const DocumentType &type)
 
 QByteArray profile::contentOf(VLMC_XMLSetting *store)
 {
-    vlm::DocumentBuffer copy;
+    vlm::DocumentSink copy;
     VLMC_XMLWriter writer;
     const bool isWhole = writer.write(copy, store->getXMLRootNode()) && !copy.isTooLarge();
     return isWhole ? copy.document() : QByteArray();

@@ -12,10 +12,10 @@ namespace vlm
 const qint64 kMaxDocumentBytes = qint64(256) * 1024 * 1024;
 
 // A document on its way to a file. Takes the writer's many small pieces faster than a QBuffer.
-class DocumentBuffer : public QIODevice
+class DocumentSink : public QIODevice
 {
 public:
-    DocumentBuffer() : m_isTooLarge(false) { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+    DocumentSink() : m_isTooLarge(false) { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
 
     bool isSequential() const override { return true; }
     bool isTooLarge() const { return m_isTooLarge; }
