@@ -33,7 +33,7 @@ VLMC_BookmarksSetting::VLMC_BookmarksSetting() : loadMax(0) {}
 void VLMC_BookmarksSetting::loadBookmark(QString *dir, int max, int &lastNumber)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::loadBookmark] start");
-    if (refused(isBlank(dir), "[VLMC_BookmarksSetting::loadBookmark] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_BookmarksSetting::loadBookmark] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_BookmarksSetting::loadBookmark] Error load_max:%d", max)) {
         return;
     }
@@ -46,7 +46,7 @@ void VLMC_BookmarksSetting::loadBookmark(QString *dir, int max, int &lastNumber)
 void VLMC_BookmarksSetting::saveBookmark(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::saveBookmark] start");
-    if (refused(isBlank(dir), "[VLMC_BookmarksSetting::saveBookmark] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_BookmarksSetting::saveBookmark] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_BookmarksSetting::saveBookmark] Error save_max:%d", max)) {
         return;
     }

@@ -4,8 +4,8 @@
 
 #include "bookmarks/BookmarkElements_p.h"
 #include "core/Entries_p.h"
-#include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
+#include "core/Numbering_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"

@@ -1,8 +1,8 @@
 #include "bookmarks/VLMC_HistorySetting.h"
 
 #include "core/Entries_p.h"
-#include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
+#include "core/Numbering_p.h"
 #include "core/Refused_p.h"
 #include "core/VLMG_Debug.h"
 #include "text/TimeText_p.h"
@@ -161,7 +161,7 @@ VLMC_HistorySetting::VLMC_HistorySetting() : loadMax(0) {}
 void VLMC_HistorySetting::loadHistory(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::loadHistory] start");
-    if (refused(isBlank(dir), "[VLMC_HistorySetting::loadHistory] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_HistorySetting::loadHistory] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_HistorySetting::loadHistory] Error load_max:%d", max)) {
         return;
     }
@@ -181,7 +181,7 @@ void VLMC_HistorySetting::saveHistory(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::saveHistory] start");
     // The second message names another store; log readers know it so.
-    if (refused(isBlank(dir), "[VLMC_HistorySetting::saveHistory] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_HistorySetting::saveHistory] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_HistorySetting::saveAuthInfo] Error save_max:%d", max)) {
         return;
     }
@@ -324,8 +324,7 @@ void VLMC_HistorySetting::numberPushedOut()
 {
     const QList<VLMC_XMLNode *> &entries = NodeView::children(*root);
     for (int i = kMaxNumbered; i < entries.size(); ++i) {
-        QXmlStreamAttributes last =
-            identifiers(usualIdentifier(), kMaxNumbered).at(kMaxNumbered - 1);
+        QXmlStreamAttributes last = numberSets(idName(), kMaxNumbered).at(kMaxNumbered - 1);
         entries.at(i)->setAttribute(last);
     }
 }

@@ -87,7 +87,7 @@ VLMC_AuthSetting::VLMC_AuthSetting() : loadMax(0) {}
 void VLMC_AuthSetting::loadAuthInfo(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_AuthSetting::loadAuthInfo] start");
-    if (refused(isBlank(dir), "[VLMC_AuthSetting::loadAuthInfo] Path is empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_AuthSetting::loadAuthInfo] Path is empty.")
         || refused(max < 1, "[VLMC_AuthSetting::loadAuthInfo] Error load_max:%d", max)) {
         return;
     }
@@ -99,7 +99,7 @@ void VLMC_AuthSetting::loadAuthInfo(QString *dir, int max)
 void VLMC_AuthSetting::saveAuthInfo(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_AuthSetting::saveAuthInfo] start");
-    if (refused(isBlank(dir), "[VLMC_AuthSetting::saveAuthInfo] Path is empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_AuthSetting::saveAuthInfo] Path is empty.")
         || refused(max < 1, "[VLMC_AuthSetting::saveAuthInfo] Error save_max:%d", max)) {
         return;
     }

@@ -177,7 +177,7 @@ void merge(VLMC_CookieSetting &store, QList<QNetworkCookie> &cookies)
 QList<QNetworkCookie> VLMC_CookieSetting::loadCookieInfo(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::loadCookieInfo] start");
-    if (refused(isBlank(dir), "[VLMC_CookieSetting::loadCookieInfo] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_CookieSetting::loadCookieInfo] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_CookieSetting::loadCookieInfo] Error load_max:%d", max)) {
         return QList<QNetworkCookie>();
     }
@@ -190,7 +190,7 @@ QList<QNetworkCookie> VLMC_CookieSetting::loadCookieInfo(QString *dir, int max)
 void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::saveCookieInfo] start");
-    if (refused(isBlank(dir), "[VLMC_CookieSetting::saveCookieInfo] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_CookieSetting::saveCookieInfo] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_CookieSetting::saveCookieInfo] Error save_max:%d", max)) {
         return;
     }

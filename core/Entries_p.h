@@ -1,8 +1,8 @@
 #ifndef ENTRIES_P_H
 #define ENTRIES_P_H
 
+#include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
-#include "core/TextKind_p.h"
 
 #include <QtCore/QList>
 #include <QtCore/QString>

@@ -1,8 +1,8 @@
 #include "core/VLMC_XMLReader.h"
 
-#include "core/Identifier_p.h"
+#include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
-#include "core/TextKind_p.h"
+#include "core/Numbering_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 #include "files/DocumentSource_p.h"
@@ -37,12 +37,12 @@ public:
     // do. Other sets only lose the room that the reader's has for many more attributes.
     void share(QXmlStreamAttributes &attributes, int position)
     {
-        if (!vlm::isUsualIdentifier(attributes, position)) {
+        if (!vlm::isNumberSet(attributes, position)) {
             attributes.squeeze();
             return;
         }
         if (position >= m_numbers.size()) {
-            m_numbers = vlm::identifiers(vlm::usualIdentifier(), position + 1);
+            m_numbers = vlm::numberSets(vlm::idName(), position + 1);
         }
         attributes = m_numbers.at(position);
     }

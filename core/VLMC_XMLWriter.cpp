@@ -1,6 +1,6 @@
 #include "core/VLMC_XMLWriter.h"
 
-#include "core/TextKind_p.h"
+#include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
 #include "core/VLMG_Debug.h"
 #include "files/DocumentSink_p.h"

@@ -133,7 +133,7 @@ VLMC_BrowserCommonSetting::~VLMC_BrowserCommonSetting() {}
 void VLMC_BrowserCommonSetting::loadSetting(QString *dir)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BrowserCommonSetting::loadSetting] start");
-    if (refused(isBlank(dir),
+    if (refused(isNullOrEmpty(dir),
                 "[VLMC_BrowserCommonSetting::loadSetting] Common Path is NULL or empty.")) {
         return;
     }
@@ -147,7 +147,7 @@ void VLMC_BrowserCommonSetting::loadSetting(QString *dir)
 void VLMC_BrowserCommonSetting::saveSetting(QString *dir)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BrowserCommonSetting::saveSetting] start");
-    if (refused(isBlank(dir),
+    if (refused(isNullOrEmpty(dir),
                 "[VLMC_BrowserCommonSetting::saveSetting] Common Path is NULL or empty.")) {
         return;
     }

@@ -69,7 +69,7 @@ VLMC_BrowserUserSetting::~VLMC_BrowserUserSetting() {}
 void VLMC_BrowserUserSetting::loadSetting(QString *dir)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BrowserUserSetting::loadSetting] start");
-    if (refused(isBlank(dir),
+    if (refused(isNullOrEmpty(dir),
                 "[VLMC_BrowserUserSetting::loadSetting] User Path is NULL or empty.")) {
         return;
     }
@@ -83,7 +83,7 @@ void VLMC_BrowserUserSetting::loadSetting(QString *dir)
 void VLMC_BrowserUserSetting::saveSetting(QString *dir)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BrowserUserSetting::saveSetting] start");
-    if (refused(isBlank(dir),
+    if (refused(isNullOrEmpty(dir),
                 "[VLMC_BrowserUserSetting::saveSetting] User Path is NULL or empty.")) {
         return;
     }

@@ -34,7 +34,7 @@ compare cookies cookies/VLMC_CookieSetting*.cpp
 compare bookmarks bookmarks/VLMC_BookmarksSetting*.cpp bookmarks/BookmarkElements_p.h
 compare common-preferences preferences/VLMC_BrowserCommonSetting.cpp
 compare user-preferences preferences/VLMC_BrowserUserSetting.cpp
-grep -q 'kMaxNumbered = 999;' core/Identifier_p.h || fail "there are not 999 ids any more"
+grep -q 'kMaxNumbered = 999;' core/Numbering_p.h || fail "there are not 999 ids any more"
 
 diff <(sed -nE 's/^ *\/\/! \[(.*)\]$/\1/p' examples/reference/*.cpp | sort -u) \
     <(sed -nE 's/^\\snippet reference\/[a-z]+\.cpp (.*)$/\1/p' docs/reference/*.md | sort) \

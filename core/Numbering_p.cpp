@@ -1,6 +1,5 @@
-#include "core/Identifier_p.h"
+#include "core/Numbering_p.h"
 
-#include "core/NodeView_p.h"
 #include "core/QEXC_TextCodec.h"
 
 #include <QtCore/QMutex>
@@ -14,7 +13,7 @@ const int kSafeDigits = 9;
 const int kDigits = 3;
 const int kAhead = 64;
 
-QXmlStreamAttributes identifier(const QString &attributeName, int number)
+QXmlStreamAttributes numberSet(const QString &attributeName, int number)
 {
     QXmlStreamAttributes attributes;
     attributes.append(attributeName,
@@ -26,26 +25,26 @@ void extend(QVector<QXmlStreamAttributes> &made, const QString &attributeName, i
 {
     made.reserve(count);
     while (made.size() < count) {
-        made.append(identifier(attributeName, int(made.size())));
+        made.append(numberSet(attributeName, int(made.size())));
     }
 }
 
-// The sets under the name that all stores use, made as far as they were asked for, some more at a
-// time. Never destroyed: stores may be used while the process exits.
-struct Made {
+// The sets under idName(), made as far as they were asked for, some more at a time. Never
+// destroyed: stores may be used while the process exits.
+struct SharedSets {
     QMutex mutex;
     QVector<QXmlStreamAttributes> sets;
 };
 
-Made &usual()
+SharedSets &sharedSets()
 {
-    static Made *const made = new Made;
+    static SharedSets *const made = new SharedSets;
     return *made;
 }
 } // namespace
 
 // Never destroyed: stores may be used while the process exits.
-const QString &vlm::usualIdentifier()
+const QString &vlm::idName()
 {
     static const QString *const name = new QString(QEXC_TextCodec::fromSJIS("id"));
     return *name;
@@ -67,8 +66,8 @@ int vlm::plainNumber(const QChar *text, int size)
     return number;
 }
 
-bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &attributeName,
-                         int *number)
+bool vlm::readNumber(const QXmlStreamAttributes &attributes, const QString &attributeName,
+                     int *number)
 {
     const int size = int(attributes.size());
     for (int i = 0; i < size; ++i) {
@@ -87,55 +86,26 @@ bool vlm::readIdentifier(const QXmlStreamAttributes &attributes, const QString &
     return false;
 }
 
-bool vlm::isUsualIdentifier(const QXmlStreamAttributes &attributes, int number)
+bool vlm::isNumberSet(const QXmlStreamAttributes &attributes, int number)
 {
     if (attributes.size() != 1 || number >= kMaxNumbered) {
         return false;
     }
     const QXmlStreamAttribute &only = attributes.first();
     return only.value().size() == kDigits && plainNumber(only.value().data(), kDigits) == number
-           && only.qualifiedName() == usualIdentifier() && !only.isDefault();
+           && only.qualifiedName() == idName() && !only.isDefault();
 }
 
-QList<VLMC_XMLNode *> vlm::noNodes(int count)
+QVector<QXmlStreamAttributes> vlm::numberSets(const QString &attributeName, int count)
 {
-    QList<VLMC_XMLNode *> nodes;
-    nodes.reserve(qMax(count, 0));
-    for (int i = 0; i < count; ++i) {
-        nodes.append(nullptr);
-    }
-    return nodes;
-}
-
-QList<VLMC_XMLNode *> vlm::childrenById(const VLMC_XMLNode &parent, const QString &attributeName,
-                                        int count)
-{
-    const QList<VLMC_XMLNode *> &children = NodeView::children(parent);
-    if (count == children.size() && count <= kMaxNumbered
-        && NodeView::isNumbered(parent, attributeName)) {
-        return children;
-    }
-    QList<VLMC_XMLNode *> found = noNodes(count);
-    for (VLMC_XMLNode *const child : children) {
-        int number = 0;
-        if (child && readIdentifier(NodeView::attributes(*child), attributeName, &number)
-            && number >= 0 && number < count && !found.at(number)) {
-            found[number] = child;
-        }
-    }
-    return found;
-}
-
-QVector<QXmlStreamAttributes> vlm::identifiers(const QString &attributeName, int count)
-{
-    if (attributeName != usualIdentifier()) {
+    if (attributeName != idName()) {
         QVector<QXmlStreamAttributes> fresh;
         extend(fresh, attributeName, count);
         return fresh;
     }
-    const QMutexLocker locker(&usual().mutex);
-    if (usual().sets.size() < count) {
-        extend(usual().sets, attributeName, count + kAhead);
+    const QMutexLocker locker(&sharedSets().mutex);
+    if (sharedSets().sets.size() < count) {
+        extend(sharedSets().sets, attributeName, count + kAhead);
     }
-    return usual().sets;
+    return sharedSets().sets;
 }
