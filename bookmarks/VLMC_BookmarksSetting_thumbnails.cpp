@@ -16,8 +16,6 @@
 #include <QtCore/QStringBuilder>
 #include <QtGui/QImage>
 
-#include <algorithm>
-
 using namespace vlm;
 
 namespace
@@ -31,8 +29,6 @@ const int kNumberDigits = 6;
 // Characters of a file name with that many digits; a longer name loses its first ones.
 const int kNameChars = 10;
 const int kSuffixChars = 4;
-
-const int kThumbnailsAtOnce = 32;
 
 QString thumbnailName(int number)
 {
@@ -80,31 +76,23 @@ int reported(int lastNumber)
 
 // Does the work with the thumbnail elements of the bookmarks, up to the first bookmark without one:
 // later ones keep their paths, and their numbers do not count. Elements that are no bookmarks are
-// passed over. Looks for some thumbnails before it works with the first: while the memory of one is
-// waited for, the next ones can be asked for.
+// passed over.
 template <typename Work>
 void withEachThumbnail(VLMC_XMLNode *root, Work work)
 {
     if (!root) {
         return;
     }
-    VLMC_XMLNode *thumbnails[kThumbnailsAtOnce];
-    int found = 0;
     const QList<VLMC_XMLNode *> children = NodeView::children(*root);
-    for (VLMC_XMLNode *const child : children) {
+    firstEntry(children, kThumbnail, [&](VLMC_XMLNode *child, VLMC_XMLNode *thumbnail) {
         if (!child || !NodeView::isNamed(*child, QLatin1String(kBookmark))) {
-            continue;
+            return false;
         }
-        thumbnails[found] = childNamed(child, kThumbnail);
-        if (!thumbnails[found]) {
-            break;
+        if (thumbnail) {
+            work(thumbnail);
         }
-        if (++found == kThumbnailsAtOnce) {
-            std::for_each(thumbnails, thumbnails + found, work);
-            found = 0;
-        }
-    }
-    std::for_each(thumbnails, thumbnails + found, work);
+        return !thumbnail;
+    });
 }
 
 void convertPaths(VLMC_XMLNode *root, QString &dir, QString (*convert)(QString &path, QString &dir))
