@@ -7,11 +7,6 @@ namespace vlm
 const char kBookmark[] = "bookmark";
 const char kThumbnail[] = "thumbnail";
 
-// The children of a bookmark, as getBookmarkChildNode() takes them.
-const char TitleChild = 0;
-const char UrlChild = 1;
-const char ThumbnailChild = 2;
-
 const int kMaxThumbnailPathBytes = 256;
 } // namespace vlm
 

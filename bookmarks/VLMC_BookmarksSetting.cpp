@@ -18,6 +18,11 @@ const char kHref[] = "href";
 const char kTitle[] = "title";
 const char kBlankPage[] = "about:blank";
 
+// The children of a bookmark, as getBookmarkChildNode() takes them.
+const char TitleChild = 0;
+const char UrlChild = 1;
+const char ThumbnailChild = 2;
+
 const int kMaxTitleBytes = 100;
 const int kMaxUrlBytes = 256;
 } // namespace
@@ -157,6 +162,24 @@ bool VLMC_BookmarksSetting::setBookmarkURL(int id, QString *url)
     }
     node->setText(*url);
     return true;
+}
+
+bool VLMC_BookmarksSetting::getBookmarkThumbnailFilePath(int id, QString *out)
+{
+    VLMC_XMLNode *const thumbnail = getBookmarkChildNode(id, ThumbnailChild);
+    if (!out || !thumbnail) {
+        return false;
+    }
+    *out = getThumbFilePath(thumbnail);
+    return true;
+}
+
+bool VLMC_BookmarksSetting::setBookmarkThumbnailFilePath(int id, QString *path)
+{
+    if (!path || !fitsUtf8(*path, kMaxThumbnailPathBytes)) {
+        return false;
+    }
+    return setThumbFilePath(getBookmarkChildNode(id, ThumbnailChild), *path);
 }
 
 VLMC_XMLNode *VLMC_BookmarksSetting::getBookmarkChildNode(int id, char which)

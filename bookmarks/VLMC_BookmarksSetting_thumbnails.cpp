@@ -162,24 +162,6 @@ bool VLMC_BookmarksSetting::setThumbFilePath(VLMC_XMLNode *node, QString &path)
     return true;
 }
 
-bool VLMC_BookmarksSetting::getBookmarkThumbnailFilePath(int id, QString *out)
-{
-    VLMC_XMLNode *const thumbnail = getBookmarkChildNode(id, ThumbnailChild);
-    if (!out || !thumbnail) {
-        return false;
-    }
-    *out = getThumbFilePath(thumbnail);
-    return true;
-}
-
-bool VLMC_BookmarksSetting::setBookmarkThumbnailFilePath(int id, QString *path)
-{
-    if (!path || !fitsUtf8(*path, kMaxThumbnailPathBytes)) {
-        return false;
-    }
-    return setThumbFilePath(getBookmarkChildNode(id, ThumbnailChild), *path);
-}
-
 void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,
                                                 QString (*convert)(QString &path, QString &dir))
 {
