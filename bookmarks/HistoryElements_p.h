@@ -1,6 +1,7 @@
 #ifndef BOOKMARKS_HISTORYELEMENTS_P_H
 #define BOOKMARKS_HISTORYELEMENTS_P_H
 
+// The document of the visits.
 namespace vlm
 {
 namespace history

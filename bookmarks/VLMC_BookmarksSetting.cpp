@@ -9,22 +9,16 @@
 #include "text/Utf8_p.h"
 
 using namespace vlm;
+using namespace vlm::bookmarks;
 
 namespace
 {
-const char kFileName[] = "bookmark.xml";
-const char kRoot[] = "bookmarks";
-const char kHref[] = "href";
-const char kTitle[] = "title";
 const char kBlankPage[] = "about:blank";
 
 // The children of a bookmark, as getBookmarkChildNode() takes them.
 const char TitleChild = 0;
 const char UrlChild = 1;
 const char ThumbnailChild = 2;
-
-const int kMaxTitleBytes = 100;
-const int kMaxUrlBytes = 256;
 } // namespace
 
 VLMC_BookmarksSetting *VLMC_BookmarksSetting::getInstance()
@@ -62,7 +56,7 @@ void VLMC_BookmarksSetting::saveBookmark(QString *dir, int max)
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::saveBookmark] end");
 }
 
-int VLMC_BookmarksSetting::getBookmarkCnt() { return countEntries(*this, kBookmark); }
+int VLMC_BookmarksSetting::getBookmarkCnt() { return countEntries(*this, kEntry); }
 
 bool VLMC_BookmarksSetting::getBookmark(int id, VLMS_Bookmark *out)
 {
@@ -92,7 +86,7 @@ bool VLMC_BookmarksSetting::setBookmark(VLMS_Bookmark *bookmark, char atFront)
         return false;
     }
     VLMC_XMLNode *const entry =
-        addElement(*this, getXMLRootNode(), kBookmark, QString(), PlainText, atFront);
+        addElement(*this, getXMLRootNode(), kEntry, QString(), PlainText, atFront);
     if (!entry) {
         VLMG_DebugPrint(VLMG_LogError,
                         "[VLMC_BookmarksSetting::setBookmark] Failed to new VLMC_XMLNode.");
@@ -101,7 +95,7 @@ bool VLMC_BookmarksSetting::setBookmark(VLMS_Bookmark *bookmark, char atFront)
     const QString title = fitsUtf8(bookmark->title, kMaxTitleBytes)
                               ? bookmark->title
                               : ClipString(bookmark->title, kMaxTitleBytes);
-    addElement(*this, entry, kHref, bookmark->url, PlainText, AtEnd);
+    addElement(*this, entry, kUrl, bookmark->url, PlainText, AtEnd);
     addElement(*this, entry, kTitle, title, PlainText, AtEnd);
     addElement(*this, entry, kThumbnail, bookmark->thumbnailPath, PlainText, AtEnd);
     numberEntries(*this);
@@ -189,7 +183,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getBookmarkChildNode(int id, char which)
     case TitleChild:
         return childNamed(entry, kTitle);
     case UrlChild:
-        return childNamed(entry, kHref);
+        return childNamed(entry, kUrl);
     case ThumbnailChild:
         return childNamed(entry, kThumbnail);
     default:

@@ -17,10 +17,10 @@
 #include <QtGui/QImage>
 
 using namespace vlm;
+using namespace vlm::bookmarks;
 
 namespace
 {
-const char kThumbnailDirectory[] = "thumbnail/";
 const char kSuffix[] = ".PNG";
 const char kFormat[] = "PNG";
 const int kDefaultQuality = -1;
@@ -49,7 +49,7 @@ QString stripThumbnailDir(QString &path, QString &) { return path.right(kNameCha
 
 QString prependThumbnailDir(QString &path, QString &dir)
 {
-    return dir % QLatin1String(kThumbnailDirectory) % path;
+    return dir % QLatin1String(kThumbnailFolder) % path;
 }
 
 // Empty when the path is over the limit.
@@ -85,7 +85,7 @@ void withEachThumbnail(VLMC_XMLNode *root, Work work)
     }
     const QList<VLMC_XMLNode *> children = NodeView::children(*root);
     firstEntry(children, kThumbnail, [&](VLMC_XMLNode *child, VLMC_XMLNode *thumbnail) {
-        if (!child || !NodeView::isNamed(*child, QLatin1String(kBookmark))) {
+        if (!child || !NodeView::isNamed(*child, QLatin1String(kEntry))) {
             return false;
         }
         if (thumbnail) {
@@ -144,7 +144,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getThumbNode(int &index)
         return nullptr;
     }
     index = qMax(index, 0);
-    QString name = elementName(kBookmark);
+    QString name = elementName(kEntry);
     return childNamed(root->getChildByName(name, index), kThumbnail);
 }
 

@@ -1,5 +1,6 @@
 #include "cookies/VLMC_AuthSetting.h"
 
+#include "cookies/AuthElements_p.h"
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/Refused_p.h"
@@ -9,26 +10,10 @@
 #include "text/Utf8_p.h"
 
 using namespace vlm;
+using namespace vlm::auth;
 
 namespace
 {
-const char kFileName[] = "authinfo.xml";
-const char kRoot[] = "authentication";
-const char kEntry[] = "authInfo";
-const char kHostName[] = "hostName";
-const char kPortNum[] = "portNum";
-const char kAuthType[] = "authType";
-const char kUser[] = "user";
-const char kPasswd[] = "passwd";
-
-// By code.
-const char *const kAuthTypes[] = {"basic", "digest", "NTLM"};
-const int kAuthTypeCount = 3;
-
-const int kMaxHostBytes = 256;
-const int kMaxPortBytes = 5;
-const int kMaxSecretBytes = 272;
-
 QString wordOf(unsigned char authType)
 {
     return authType < kAuthTypeCount ? QEXC_TextCodec::fromSJIS(kAuthTypes[authType]) : QString();

@@ -2,6 +2,7 @@
 
 #include "cookies/VLMC_CookieSetting.h"
 
+#include "cookies/CookieElements_p.h"
 #include "cookies/HarmlessIni_p.h"
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
@@ -24,18 +25,10 @@
 #include <fcntl.h>
 
 using namespace vlm;
+using namespace vlm::cookies;
 
 namespace
 {
-const char kRoot[] = "cookie";
-const char kTrue[] = "true";
-const char kIniFileName[] = "cookie.ini";
-const char kIniGroup[] = "Cookie";
-const char kIniKey[] = "cookies";
-
-// Entries of the XML file that a conversion looks at; those behind them stay untouched.
-const int kMaxEntries = 20;
-
 QString iniPath(const QString &directory)
 {
     return directory + QEXC_TextCodec::fromSJIS(kIniFileName);
@@ -135,7 +128,7 @@ QNetworkCookie cookieOf(const VLMS_CookieInfo &info)
 
 int consideredOf(const QList<VLMS_CookieInfo> &stored)
 {
-    return qMin(int(stored.size()), kMaxEntries);
+    return qMin(int(stored.size()), kMaxConverted);
 }
 
 // Marks the first entry not yet kept that equals the cookie. False when there is none.
@@ -215,7 +208,7 @@ void VLMC_CookieSetting::convertCookieIniToXML(char *iniDir, char *xmlPath)
     }
     QString directory = fromCString(iniDir);
     QString path = fromCString(xmlPath);
-    QList<QNetworkCookie> cookies = getInstance()->loadCookieInfo(&directory, kMaxEntries);
+    QList<QNetworkCookie> cookies = getInstance()->loadCookieInfo(&directory, kMaxConverted);
     load(path);
     merge(*this, cookies);
     nameRoot(*this, kRoot);
@@ -243,6 +236,6 @@ void VLMC_CookieSetting::convertCookieXMLToIni(char *xmlPath, char *iniDir)
     for (int i = 0; i < consideredOf(stored); ++i) {
         cookies.append(cookieOf(stored.at(i)));
     }
-    getInstance()->saveCookieInfo(cookies, &directory, kMaxEntries);
+    getInstance()->saveCookieInfo(cookies, &directory, kMaxConverted);
     deleteAllSetting();
 }

@@ -28,12 +28,12 @@ compare() {
     diff <(numbers_of "$@") <(sed -nE 's/^\|[^|]*\| ([0-9]+) \|.*/\1/p' "$page" | sort -nu | grep -vx 999) \
         || fail "the limits of $page are not those of $*"
 }
-compare fonts fonts/VLMC_FontListSetting.cpp
-compare credentials cookies/VLMC_AuthSetting.cpp
-compare cookies cookies/VLMC_CookieSetting*.cpp
-compare bookmarks bookmarks/VLMC_BookmarksSetting*.cpp bookmarks/BookmarkElements_p.h
-compare common-preferences preferences/VLMC_BrowserCommonSetting.cpp
-compare user-preferences preferences/VLMC_BrowserUserSetting.cpp
+compare fonts fonts/FontElements_p.h
+compare credentials cookies/AuthElements_p.h
+compare cookies cookies/CookieElements_p.h
+compare bookmarks bookmarks/BookmarkElements_p.h
+compare common-preferences preferences/CommonRows_p.h
+compare user-preferences preferences/UserRows_p.h
 grep -q 'kMaxNumbered = 999;' core/Numbering_p.h || fail "there are not 999 ids any more"
 
 diff <(sed -nE 's/^ *\/\/! \[(.*)\]$/\1/p' examples/reference/*.cpp | sort -u) \
