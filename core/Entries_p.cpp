@@ -1,5 +1,6 @@
 #include "core/Entries_p.h"
 
+#include "core/DocumentRoot_p.h"
 #include "core/NodeView_p.h"
 #include "core/Numbering_p.h"
 #include "core/QEXC_TextCodec.h"
@@ -11,9 +12,6 @@
 
 namespace
 {
-const char kDocInfo[] = "docInfo";
-const char kDocInfoVersion[] = "1.0";
-
 // The names of all elements that were ever added, of which there are a few dozen. Never destroyed:
 // stores may be used while the process exits.
 struct Names {
@@ -114,12 +112,7 @@ void vlm::saveFile(VLMC_XMLSetting &store, const QString &directory, const char 
 void vlm::nameRoot(VLMC_XMLSetting &store, const char *name)
 {
     VLMC_XMLNode *const root = store.getXMLRootNode();
-    if (!root) {
-        return;
+    if (root) {
+        nameRoot(*root, name);
     }
-    QString rootName = QEXC_TextCodec::fromSJIS(name);
-    root->setName(rootName);
-    QXmlStreamAttributes attributes =
-        oneAttribute(kDocInfo, QEXC_TextCodec::fromSJIS(kDocInfoVersion));
-    root->setAttribute(attributes);
 }

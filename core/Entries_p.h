@@ -1,5 +1,5 @@
-#ifndef ENTRIES_P_H
-#define ENTRIES_P_H
+#ifndef CORE_ENTRIES_P_H
+#define CORE_ENTRIES_P_H
 
 #include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
@@ -92,7 +92,7 @@ void loadEntries(VLMC_XMLSetting &store, const QString &directory, const char *f
 void loadFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName);
 void saveFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName);
 
-// Names the root and leaves it with the one attribute docInfo="1.0".
+// Names the root, if there is one, and leaves it with the attributes of every root.
 void nameRoot(VLMC_XMLSetting &store, const char *name);
 } // namespace vlm
 
