@@ -1,5 +1,5 @@
-#ifndef TIMETEXT_P_H
-#define TIMETEXT_P_H
+#ifndef TEXT_TIMETEXT_P_H
+#define TEXT_TIMETEXT_P_H
 
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
@@ -19,6 +19,7 @@ QString textOfTime(const QDateTime &time, TimeText form);
 // local time that a change to daylight saving skips is valid, keeps its text, and lies where the
 // clock before the change would have it.
 QDateTime timeOfText(const QString &text, TimeText form);
+
 // Numbers that order as the times of such texts do, later times higher, and are equal for equal
 // times. For one sort each: it remembers the day it has looked at last.
 class ClockOrder
