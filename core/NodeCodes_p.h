@@ -1,5 +1,5 @@
-#ifndef TEXTKIND_P_H
-#define TEXTKIND_P_H
+#ifndef CORE_NODECODES_P_H
+#define CORE_NODECODES_P_H
 
 namespace vlm
 {

@@ -1,5 +1,5 @@
-#ifndef NODEVIEW_P_H
-#define NODEVIEW_P_H
+#ifndef CORE_NODEVIEW_P_H
+#define CORE_NODEVIEW_P_H
 
 #include "core/VLMC_XMLNode.h"
 

@@ -1,5 +1,5 @@
-#ifndef REFUSED_P_H
-#define REFUSED_P_H
+#ifndef CORE_REFUSED_P_H
+#define CORE_REFUSED_P_H
 
 #include <QtCore/QString>
 

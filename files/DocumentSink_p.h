@@ -1,5 +1,5 @@
-#ifndef DOCUMENTBUFFER_P_H
-#define DOCUMENTBUFFER_P_H
+#ifndef FILES_DOCUMENTSINK_P_H
+#define FILES_DOCUMENTSINK_P_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QIODevice>

@@ -1,5 +1,5 @@
-#ifndef DOCUMENTSOURCE_P_H
-#define DOCUMENTSOURCE_P_H
+#ifndef FILES_DOCUMENTSOURCE_P_H
+#define FILES_DOCUMENTSOURCE_P_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QHash>

@@ -1,5 +1,5 @@
-#ifndef FILEDESCRIPTOR_P_H
-#define FILEDESCRIPTOR_P_H
+#ifndef FILES_FILEDESCRIPTOR_P_H
+#define FILES_FILEDESCRIPTOR_P_H
 
 #include <unistd.h>
 

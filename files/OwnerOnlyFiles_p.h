@@ -1,5 +1,5 @@
-#ifndef OWNERONLYFILES_P_H
-#define OWNERONLYFILES_P_H
+#ifndef FILES_OWNERONLYFILES_P_H
+#define FILES_OWNERONLYFILES_P_H
 
 namespace vlm
 {

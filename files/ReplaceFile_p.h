@@ -1,5 +1,5 @@
-#ifndef REPLACEFILE_P_H
-#define REPLACEFILE_P_H
+#ifndef FILES_REPLACEFILE_P_H
+#define FILES_REPLACEFILE_P_H
 
 #include "files/FileDescriptor_p.h"
 

@@ -1,5 +1,5 @@
-#ifndef UTF8_P_H
-#define UTF8_P_H
+#ifndef TEXT_UTF8_P_H
+#define TEXT_UTF8_P_H
 
 #include <QtCore/QString>
 

@@ -1,5 +1,5 @@
-#ifndef XMLTEXT_P_H
-#define XMLTEXT_P_H
+#ifndef TEXT_XMLTEXT_P_H
+#define TEXT_XMLTEXT_P_H
 
 #include <QtCore/QString>
 
