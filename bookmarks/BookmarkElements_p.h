@@ -1,18 +1,26 @@
-#ifndef BOOKMARKELEMENTS_P_H
-#define BOOKMARKELEMENTS_P_H
+#ifndef BOOKMARKS_BOOKMARKELEMENTS_P_H
+#define BOOKMARKS_BOOKMARKELEMENTS_P_H
 
+// The document of the bookmarks.
 namespace vlm
 {
-// What both sources of the bookmark store know of a bookmark's elements.
-const char kBookmark[] = "bookmark";
+namespace bookmarks
+{
+const char kFileName[] = "bookmark.xml";
+const char kRoot[] = "bookmarks";
+const char kEntry[] = "bookmark";
+const char kUrl[] = "href";
+const char kTitle[] = "title";
 const char kThumbnail[] = "thumbnail";
 
-// The children of a bookmark, as getBookmarkChildNode() takes them.
-const char TitleChild = 0;
-const char UrlChild = 1;
-const char ThumbnailChild = 2;
-
+// Bytes of UTF-8.
+const int kMaxTitleBytes = 100;
+const int kMaxUrlBytes = 256;
 const int kMaxThumbnailPathBytes = 256;
+
+// Beside the document, with the images.
+const char kThumbnailFolder[] = "thumbnail/";
+} // namespace bookmarks
 } // namespace vlm
 
 #endif

@@ -4,22 +4,21 @@
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/Refused_p.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "text/Utf8_p.h"
 
 using namespace vlm;
+using namespace vlm::bookmarks;
 
 namespace
 {
-const char kFileName[] = "bookmark.xml";
-const char kRoot[] = "bookmarks";
-const char kHref[] = "href";
-const char kTitle[] = "title";
 const char kBlankPage[] = "about:blank";
 
-const int kMaxTitleBytes = 100;
-const int kMaxUrlBytes = 256;
+// The children of a bookmark, as getBookmarkChildNode() takes them.
+const char TitleChild = 0;
+const char UrlChild = 1;
+const char ThumbnailChild = 2;
 } // namespace
 
 VLMC_BookmarksSetting *VLMC_BookmarksSetting::getInstance()
@@ -33,7 +32,7 @@ VLMC_BookmarksSetting::VLMC_BookmarksSetting() : loadMax(0) {}
 void VLMC_BookmarksSetting::loadBookmark(QString *dir, int max, int &lastNumber)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::loadBookmark] start");
-    if (refused(isBlank(dir), "[VLMC_BookmarksSetting::loadBookmark] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_BookmarksSetting::loadBookmark] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_BookmarksSetting::loadBookmark] Error load_max:%d", max)) {
         return;
     }
@@ -46,7 +45,7 @@ void VLMC_BookmarksSetting::loadBookmark(QString *dir, int max, int &lastNumber)
 void VLMC_BookmarksSetting::saveBookmark(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::saveBookmark] start");
-    if (refused(isBlank(dir), "[VLMC_BookmarksSetting::saveBookmark] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_BookmarksSetting::saveBookmark] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_BookmarksSetting::saveBookmark] Error save_max:%d", max)) {
         return;
     }
@@ -57,7 +56,7 @@ void VLMC_BookmarksSetting::saveBookmark(QString *dir, int max)
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_BookmarksSetting::saveBookmark] end");
 }
 
-int VLMC_BookmarksSetting::getBookmarkCnt() { return countEntries(*this, kBookmark); }
+int VLMC_BookmarksSetting::getBookmarkCnt() { return countEntries(*this, kEntry); }
 
 bool VLMC_BookmarksSetting::getBookmark(int id, VLMS_Bookmark *out)
 {
@@ -87,7 +86,7 @@ bool VLMC_BookmarksSetting::setBookmark(VLMS_Bookmark *bookmark, char atFront)
         return false;
     }
     VLMC_XMLNode *const entry =
-        addElement(*this, getXMLRootNode(), kBookmark, QString(), PlainText, atFront);
+        addElement(*this, getXMLRootNode(), kEntry, QString(), PlainText, atFront);
     if (!entry) {
         VLMG_DebugPrint(VLMG_LogError,
                         "[VLMC_BookmarksSetting::setBookmark] Failed to new VLMC_XMLNode.");
@@ -96,7 +95,7 @@ bool VLMC_BookmarksSetting::setBookmark(VLMS_Bookmark *bookmark, char atFront)
     const QString title = fitsUtf8(bookmark->title, kMaxTitleBytes)
                               ? bookmark->title
                               : ClipString(bookmark->title, kMaxTitleBytes);
-    addElement(*this, entry, kHref, bookmark->url, PlainText, AtEnd);
+    addElement(*this, entry, kUrl, bookmark->url, PlainText, AtEnd);
     addElement(*this, entry, kTitle, title, PlainText, AtEnd);
     addElement(*this, entry, kThumbnail, bookmark->thumbnailPath, PlainText, AtEnd);
     numberEntries(*this);
@@ -159,6 +158,24 @@ bool VLMC_BookmarksSetting::setBookmarkURL(int id, QString *url)
     return true;
 }
 
+bool VLMC_BookmarksSetting::getBookmarkThumbnailFilePath(int id, QString *out)
+{
+    VLMC_XMLNode *const thumbnail = getBookmarkChildNode(id, ThumbnailChild);
+    if (!out || !thumbnail) {
+        return false;
+    }
+    *out = getThumbFilePath(thumbnail);
+    return true;
+}
+
+bool VLMC_BookmarksSetting::setBookmarkThumbnailFilePath(int id, QString *path)
+{
+    if (!path || !fitsUtf8(*path, kMaxThumbnailPathBytes)) {
+        return false;
+    }
+    return setThumbFilePath(getBookmarkChildNode(id, ThumbnailChild), *path);
+}
+
 VLMC_XMLNode *VLMC_BookmarksSetting::getBookmarkChildNode(int id, char which)
 {
     VLMC_XMLNode *const entry = entryById(*this, id);
@@ -166,7 +183,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getBookmarkChildNode(int id, char which)
     case TitleChild:
         return childNamed(entry, kTitle);
     case UrlChild:
-        return childNamed(entry, kHref);
+        return childNamed(entry, kUrl);
     case ThumbnailChild:
         return childNamed(entry, kThumbnail);
     default:

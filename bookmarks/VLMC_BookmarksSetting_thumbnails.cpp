@@ -3,26 +3,24 @@
 #include "bookmarks/VLMC_BookmarksSetting.h"
 
 #include "bookmarks/BookmarkElements_p.h"
-#include "bookmarks/RegularFile_p.h"
 #include "core/Entries_p.h"
-#include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
+#include "core/Numbering_p.h"
 #include "core/QEXC_TextCodec.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/RegularFile_p.h"
+#include "text/Utf8_p.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QStringBuilder>
 #include <QtGui/QImage>
 
-#include <algorithm>
-
 using namespace vlm;
+using namespace vlm::bookmarks;
 
 namespace
 {
-const char kThumbnailDirectory[] = "thumbnail/";
 const char kSuffix[] = ".PNG";
 const char kFormat[] = "PNG";
 const int kDefaultQuality = -1;
@@ -31,8 +29,6 @@ const int kNumberDigits = 6;
 // Characters of a file name with that many digits; a longer name loses its first ones.
 const int kNameChars = 10;
 const int kSuffixChars = 4;
-
-const int kThumbnailsAtOnce = 32;
 
 QString thumbnailName(int number)
 {
@@ -53,7 +49,7 @@ QString stripThumbnailDir(QString &path, QString &) { return path.right(kNameCha
 
 QString prependThumbnailDir(QString &path, QString &dir)
 {
-    return dir % QLatin1String(kThumbnailDirectory) % path;
+    return dir % QLatin1String(kThumbnailFolder) % path;
 }
 
 // Empty when the path is over the limit.
@@ -80,31 +76,23 @@ int reported(int lastNumber)
 
 // Does the work with the thumbnail elements of the bookmarks, up to the first bookmark without one:
 // later ones keep their paths, and their numbers do not count. Elements that are no bookmarks are
-// passed over. Looks for some thumbnails before it works with the first: while the memory of one is
-// waited for, the next ones can be asked for.
+// passed over.
 template <typename Work>
 void withEachThumbnail(VLMC_XMLNode *root, Work work)
 {
     if (!root) {
         return;
     }
-    VLMC_XMLNode *thumbnails[kThumbnailsAtOnce];
-    int found = 0;
     const QList<VLMC_XMLNode *> children = NodeView::children(*root);
-    for (VLMC_XMLNode *const child : children) {
-        if (!child || !NodeView::isNamed(*child, QLatin1String(kBookmark))) {
-            continue;
+    firstEntry(children, kThumbnail, [&](VLMC_XMLNode *child, VLMC_XMLNode *thumbnail) {
+        if (!child || !NodeView::isNamed(*child, QLatin1String(kEntry))) {
+            return false;
         }
-        thumbnails[found] = childNamed(child, kThumbnail);
-        if (!thumbnails[found]) {
-            break;
+        if (thumbnail) {
+            work(thumbnail);
         }
-        if (++found == kThumbnailsAtOnce) {
-            std::for_each(thumbnails, thumbnails + found, work);
-            found = 0;
-        }
-    }
-    std::for_each(thumbnails, thumbnails + found, work);
+        return !thumbnail;
+    });
 }
 
 void convertPaths(VLMC_XMLNode *root, QString &dir, QString (*convert)(QString &path, QString &dir))
@@ -156,7 +144,7 @@ VLMC_XMLNode *VLMC_BookmarksSetting::getThumbNode(int &index)
         return nullptr;
     }
     index = qMax(index, 0);
-    QString name = elementName(kBookmark);
+    QString name = elementName(kEntry);
     return childNamed(root->getChildByName(name, index), kThumbnail);
 }
 
@@ -172,24 +160,6 @@ bool VLMC_BookmarksSetting::setThumbFilePath(VLMC_XMLNode *node, QString &path)
     }
     node->setText(path);
     return true;
-}
-
-bool VLMC_BookmarksSetting::getBookmarkThumbnailFilePath(int id, QString *out)
-{
-    VLMC_XMLNode *const thumbnail = getBookmarkChildNode(id, ThumbnailChild);
-    if (!out || !thumbnail) {
-        return false;
-    }
-    *out = getThumbFilePath(thumbnail);
-    return true;
-}
-
-bool VLMC_BookmarksSetting::setBookmarkThumbnailFilePath(int id, QString *path)
-{
-    if (!path || !fitsUtf8(*path, kMaxThumbnailPathBytes)) {
-        return false;
-    }
-    return setThumbFilePath(getBookmarkChildNode(id, ThumbnailChild), *path);
 }
 
 void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,

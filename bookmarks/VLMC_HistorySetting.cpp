@@ -1,33 +1,24 @@
 #include "bookmarks/VLMC_HistorySetting.h"
 
+#include "bookmarks/HistoryElements_p.h"
+#include "bookmarks/HistoryEntries_p.h"
 #include "core/Entries_p.h"
-#include "core/Identifier_p.h"
 #include "core/NodeView_p.h"
+#include "core/Numbering_p.h"
 #include "core/Refused_p.h"
-#include "core/TimeText_p.h"
-#include "core/Utf8_p.h"
 #include "core/VLMG_Debug.h"
+#include "text/TimeText_p.h"
+#include "text/Utf8_p.h"
 
 #include <QtCore/QVector>
 
-#include <algorithm>
 #include <cstring>
 
 using namespace vlm;
+using namespace vlm::history;
 
 namespace
 {
-const char kFileName[] = "visit.xml";
-const char kRoot[] = "history";
-const char kPageInfo[] = "pageInfo";
-const char kTitle[] = "title";
-const char kUrl[] = "url";
-const char kDateTime[] = "dateTime";
-
-const int kEntriesAtOnce = 32;
-
-QString textOf(VLMC_XMLNode *node) { return node ? node->getText() : QString(); }
-
 void setText(VLMC_XMLNode *node, const QString &text)
 {
     if (node) {
@@ -36,116 +27,6 @@ void setText(VLMC_XMLNode *node, const QString &text)
     }
 }
 
-// True for an element of this name without attributes and children whose text, if any, is plain.
-bool isPlainField(VLMC_XMLNode *node, const char *name)
-{
-    return NodeView::isNamed(*node, QLatin1String(name)) && node->getTextType() == PlainText
-           && NodeView::children(*node).isEmpty() && NodeView::attributes(*node).isEmpty();
-}
-
-// True for an entry that setHistory would build just so, its id apart.
-bool isPlainEntry(VLMC_XMLNode *entry, bool hasTime)
-{
-    const QList<VLMC_XMLNode *> &fields = NodeView::children(*entry);
-    return NodeView::isNamed(*entry, QLatin1String(kPageInfo)) && entry->getText().isEmpty()
-           && entry->getTextType() == PlainText && fields.size() == 3
-           && isPlainField(fields.at(0), kTitle) && isPlainField(fields.at(1), kUrl)
-           && isPlainField(fields.at(2), kDateTime)
-           && (hasTime || fields.at(2)->getText().isEmpty());
-}
-
-// A stored visit and its place in time.
-struct Visit {
-    VLMC_XMLNode *entry;
-    qint64 clock;
-};
-
-// What a stored visit is built of.
-struct Texts {
-    QString title;
-    QString url;
-    QString time;
-};
-
-// The visits that ids lead to. The log has a line for each id, as from getHistory.
-QVector<Visit> visitsNewestFirst(VLMC_XMLSetting &store)
-{
-    const QList<VLMC_XMLNode *> entries = entriesById(store, store.getXMLNodeCnt());
-    ClockOrder clock;
-    QVector<Visit> visits;
-    visits.reserve(int(entries.size()));
-    for (VLMC_XMLNode *const entry : entries) {
-        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
-        if (entry) {
-            visits.append({entry, clock.of(textOf(childNamed(entry, kDateTime)))});
-        }
-    }
-    const auto newerFirst = [](const Visit &left, const Visit &right) {
-        return left.clock > right.clock;
-    };
-    if (!std::is_sorted(visits.constBegin(), visits.constEnd(), newerFirst)) {
-        std::stable_sort(visits.begin(), visits.end(), newerFirst);
-    }
-    return visits;
-}
-
-// A time that cannot be read is erased.
-Texts textsOf(const Visit &visit)
-{
-    return {textOf(childNamed(visit.entry, kTitle)), textOf(childNamed(visit.entry, kUrl)),
-            visit.clock == ClockOrder::NoTime ? QString()
-                                              : textOf(childNamed(visit.entry, kDateTime))};
-}
-
-QVector<Texts> textsOf(const QVector<Visit> &visits)
-{
-    QVector<Texts> texts;
-    texts.reserve(int(visits.size()));
-    for (const Visit &visit : visits) {
-        texts.append(textsOf(visit));
-    }
-    return texts;
-}
-
-// The first of the entries, some of which may be null, with this url, or -1. An entry without a url
-// is compared by the url of the one before it. Looks for the fields of some entries before it looks
-// at their texts: while the memory of one entry is waited for, the next ones can be asked for.
-int indexOfUrl(const QList<VLMC_XMLNode *> &entries, const QString &url)
-{
-    const QString none = QString();
-    const QString *compared = &none;
-    VLMC_XMLNode *fields[kEntriesAtOnce];
-    const int count = int(entries.size());
-    for (int start = 0; start < count; start += kEntriesAtOnce) {
-        const int end = qMin(start + kEntriesAtOnce, count);
-        for (int i = start; i < end; ++i) {
-            fields[i - start] = childNamed(entries.at(i), kUrl);
-        }
-        for (int i = start; i < end; ++i) {
-            if (VLMC_XMLNode *const field = fields[i - start]) {
-                compared = &field->getText();
-            }
-            if (entries.at(i) && *compared == url) {
-                return i;
-            }
-        }
-    }
-    return -1;
-}
-
-// An entry at the front or at the end of the list; null when there is no node to be had.
-VLMC_XMLNode *addVisit(VLMC_XMLSetting &store, const Texts &visit, char place)
-{
-    VLMC_XMLNode *const entry =
-        addElement(store, store.getXMLRootNode(), kPageInfo, QString(), PlainText, place);
-    if (!entry) {
-        return nullptr;
-    }
-    addElement(store, entry, kTitle, visit.title, PlainText, AtEnd);
-    addElement(store, entry, kUrl, visit.url, PlainText, AtEnd);
-    addElement(store, entry, kDateTime, visit.time, PlainText, AtEnd);
-    return entry;
-}
 // The table of the object's virtual operations, which an object begins with.
 const void *operationsOf(const VLMC_HistorySetting &store)
 {
@@ -178,7 +59,7 @@ VLMC_HistorySetting::VLMC_HistorySetting() : loadMax(0) {}
 void VLMC_HistorySetting::loadHistory(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::loadHistory] start");
-    if (refused(isBlank(dir), "[VLMC_HistorySetting::loadHistory] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_HistorySetting::loadHistory] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_HistorySetting::loadHistory] Error load_max:%d", max)) {
         return;
     }
@@ -198,7 +79,7 @@ void VLMC_HistorySetting::saveHistory(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::saveHistory] start");
     // The second message names another store; log readers know it so.
-    if (refused(isBlank(dir), "[VLMC_HistorySetting::saveHistory] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_HistorySetting::saveHistory] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_HistorySetting::saveAuthInfo] Error save_max:%d", max)) {
         return;
     }
@@ -207,7 +88,7 @@ void VLMC_HistorySetting::saveHistory(QString *dir, int max)
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::saveHistory] end");
 }
 
-int VLMC_HistorySetting::getHistoryCnt() { return countEntries(*this, kPageInfo); }
+int VLMC_HistorySetting::getHistoryCnt() { return countEntries(*this, kEntry); }
 
 bool VLMC_HistorySetting::getHistory(int id, VLMS_History *out)
 {
@@ -320,7 +201,7 @@ void VLMC_HistorySetting::sortLoadedEntries()
     char place = AtEnd;
     for (const Visit &visit : visits) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
-        if (isPlainEntry(visit.entry, visit.clock != ClockOrder::NoTime)) {
+        if (isPlain(visit)) {
             root->addXMLNode(visit.entry, place);
         } else {
             addVisit(*this, textsOf(visit), place);
@@ -341,8 +222,7 @@ void VLMC_HistorySetting::numberPushedOut()
 {
     const QList<VLMC_XMLNode *> &entries = NodeView::children(*root);
     for (int i = kMaxNumbered; i < entries.size(); ++i) {
-        QXmlStreamAttributes last =
-            identifiers(usualIdentifier(), kMaxNumbered).at(kMaxNumbered - 1);
+        QXmlStreamAttributes last = numberSets(idName(), kMaxNumbered).at(kMaxNumbered - 1);
         entries.at(i)->setAttribute(last);
     }
 }

@@ -1,11 +1,12 @@
 #include "bookmarks/VLMC_ThumbnailConverter.h"
 
-#include "bookmarks/RegularFile_p.h"
+#include "core/DocumentRoot_p.h"
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/RegularFile_p.h"
 
 #include <QtCore/QFile>
 
@@ -14,8 +15,6 @@ using namespace vlm;
 namespace
 {
 const char kRoot[] = "thumbnail";
-const char kDocInfo[] = "docInfo";
-const char kDocInfoVersion[] = "1.0";
 const char kImage[] = "image";
 const char kSource[] = "src";
 const char kPngFiles[] = "*.png";
@@ -26,8 +25,7 @@ VLMC_XMLNode *newPackedRoot(VLMC_XMLSetting &store)
     QString name = QEXC_TextCodec::fromSJIS(kRoot);
     QString text;
     char textType = PlainText;
-    QXmlStreamAttributes attributes =
-        oneAttribute(kDocInfo, QEXC_TextCodec::fromSJIS(kDocInfoVersion));
+    QXmlStreamAttributes attributes = rootAttributes();
     return store.addXMLChild(nullptr, name, text, textType, attributes, AtEnd);
 }
 

@@ -1,5 +1,5 @@
-#ifndef HARMLESSINI_P_H
-#define HARMLESSINI_P_H
+#ifndef COOKIES_HARMLESSINI_P_H
+#define COOKIES_HARMLESSINI_P_H
 
 #include <QtCore/QByteArray>
 

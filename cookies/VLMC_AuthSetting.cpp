@@ -1,34 +1,19 @@
 #include "cookies/VLMC_AuthSetting.h"
 
+#include "cookies/AuthElements_p.h"
 #include "core/Entries_p.h"
-#include "core/OwnerOnlyFiles_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/Refused_p.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/OwnerOnlyFiles_p.h"
+#include "text/Utf8_p.h"
 
 using namespace vlm;
+using namespace vlm::auth;
 
 namespace
 {
-const char kFileName[] = "authinfo.xml";
-const char kRoot[] = "authentication";
-const char kEntry[] = "authInfo";
-const char kHostName[] = "hostName";
-const char kPortNum[] = "portNum";
-const char kAuthType[] = "authType";
-const char kUser[] = "user";
-const char kPasswd[] = "passwd";
-
-// By code.
-const char *const kAuthTypes[] = {"basic", "digest", "NTLM"};
-const int kAuthTypeCount = 3;
-
-const int kMaxHostBytes = 256;
-const int kMaxPortBytes = 5;
-const int kMaxSecretBytes = 272;
-
 QString wordOf(unsigned char authType)
 {
     return authType < kAuthTypeCount ? QEXC_TextCodec::fromSJIS(kAuthTypes[authType]) : QString();
@@ -87,7 +72,7 @@ VLMC_AuthSetting::VLMC_AuthSetting() : loadMax(0) {}
 void VLMC_AuthSetting::loadAuthInfo(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_AuthSetting::loadAuthInfo] start");
-    if (refused(isBlank(dir), "[VLMC_AuthSetting::loadAuthInfo] Path is empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_AuthSetting::loadAuthInfo] Path is empty.")
         || refused(max < 1, "[VLMC_AuthSetting::loadAuthInfo] Error load_max:%d", max)) {
         return;
     }
@@ -99,7 +84,7 @@ void VLMC_AuthSetting::loadAuthInfo(QString *dir, int max)
 void VLMC_AuthSetting::saveAuthInfo(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_AuthSetting::saveAuthInfo] start");
-    if (refused(isBlank(dir), "[VLMC_AuthSetting::saveAuthInfo] Path is empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_AuthSetting::saveAuthInfo] Path is empty.")
         || refused(max < 1, "[VLMC_AuthSetting::saveAuthInfo] Error save_max:%d", max)) {
         return;
     }

@@ -1,20 +1,18 @@
 #include "cookies/VLMC_CookieSetting.h"
 
+#include "cookies/CookieElements_p.h"
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
-#include "core/TimeText_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "text/TimeText_p.h"
 
 using namespace vlm;
+using namespace vlm::cookies;
 
 namespace
 {
-const char kEntry[] = "webSiteInfo";
-const char kTrue[] = "true";
-const char kFalse[] = "false";
-
 // The elements of an entry, in the order of the file.
 struct Field {
     const char *element;
@@ -23,12 +21,12 @@ struct Field {
 };
 
 const Field kFields[] = {
-    {"website", &VLMS_CookieInfo::website, PlainText},
-    {"name", &VLMS_CookieInfo::name, PlainText},
-    {"path", &VLMS_CookieInfo::path, PlainText},
-    {"secure", &VLMS_CookieInfo::secure, PlainText},
-    {"expires", &VLMS_CookieInfo::expires, PlainText},
-    {"contents", &VLMS_CookieInfo::contents, CDataText},
+    {kWebsite, &VLMS_CookieInfo::website, PlainText},
+    {kName, &VLMS_CookieInfo::name, PlainText},
+    {kPath, &VLMS_CookieInfo::path, PlainText},
+    {kSecure, &VLMS_CookieInfo::secure, PlainText},
+    {kExpires, &VLMS_CookieInfo::expires, PlainText},
+    {kContents, &VLMS_CookieInfo::contents, CDataText},
 };
 
 QString secureText(const QNetworkCookie &cookie)

@@ -2,15 +2,17 @@
 
 #include "cookies/VLMC_CookieSetting.h"
 
+#include "cookies/CookieElements_p.h"
 #include "cookies/HarmlessIni_p.h"
 #include "core/Entries_p.h"
-#include "core/FileDescriptor_p.h"
-#include "core/OwnerOnlyFiles_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
 #include "core/Refused_p.h"
-#include "core/TimeText_p.h"
 #include "core/VLMG_Debug.h"
+#include "files/FileDescriptor_p.h"
+#include "files/OwnerOnlyFiles_p.h"
+#include "files/RegularFile_p.h"
+#include "text/TimeText_p.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QDir>
@@ -23,18 +25,10 @@
 #include <fcntl.h>
 
 using namespace vlm;
+using namespace vlm::cookies;
 
 namespace
 {
-const char kRoot[] = "cookie";
-const char kTrue[] = "true";
-const char kIniFileName[] = "cookie.ini";
-const char kIniGroup[] = "Cookie";
-const char kIniKey[] = "cookies";
-
-// Entries of the XML file that a conversion looks at; those behind them stay untouched.
-const int kMaxEntries = 20;
-
 QString iniPath(const QString &directory)
 {
     return directory + QEXC_TextCodec::fromSJIS(kIniFileName);
@@ -44,18 +38,14 @@ QString iniPath(const QString &directory)
 bool isHarmlessFile(const QString &path, const char *group = "")
 {
     QFile file(path);
-    return !QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)
+    return !isFileOrFree(path) || !file.open(QIODevice::ReadOnly)
            || isHarmlessIni(file.readAll(), group);
 }
 
 // Null for a pipe or the like, where QSettings would wait for the other end.
 QSettings *openIni(const QString &path)
 {
-    const QFileInfo file(path);
-    if (file.exists() && !file.isFile()) {
-        return nullptr;
-    }
-    return new QSettings(path, QSettings::IniFormat);
+    return isFileOrFree(path) ? new QSettings(path, QSettings::IniFormat) : nullptr;
 }
 
 QByteArray readIni(const QString &path)
@@ -138,7 +128,7 @@ QNetworkCookie cookieOf(const VLMS_CookieInfo &info)
 
 int consideredOf(const QList<VLMS_CookieInfo> &stored)
 {
-    return qMin(int(stored.size()), kMaxEntries);
+    return qMin(int(stored.size()), kMaxConverted);
 }
 
 // Marks the first entry not yet kept that equals the cookie. False when there is none.
@@ -180,7 +170,7 @@ void merge(VLMC_CookieSetting &store, QList<QNetworkCookie> &cookies)
 QList<QNetworkCookie> VLMC_CookieSetting::loadCookieInfo(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::loadCookieInfo] start");
-    if (refused(isBlank(dir), "[VLMC_CookieSetting::loadCookieInfo] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_CookieSetting::loadCookieInfo] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_CookieSetting::loadCookieInfo] Error load_max:%d", max)) {
         return QList<QNetworkCookie>();
     }
@@ -193,7 +183,7 @@ QList<QNetworkCookie> VLMC_CookieSetting::loadCookieInfo(QString *dir, int max)
 void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::saveCookieInfo] start");
-    if (refused(isBlank(dir), "[VLMC_CookieSetting::saveCookieInfo] Path is NULL or empty.")
+    if (refused(isNullOrEmpty(dir), "[VLMC_CookieSetting::saveCookieInfo] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_CookieSetting::saveCookieInfo] Error save_max:%d", max)) {
         return;
     }
@@ -218,7 +208,7 @@ void VLMC_CookieSetting::convertCookieIniToXML(char *iniDir, char *xmlPath)
     }
     QString directory = fromCString(iniDir);
     QString path = fromCString(xmlPath);
-    QList<QNetworkCookie> cookies = getInstance()->loadCookieInfo(&directory, kMaxEntries);
+    QList<QNetworkCookie> cookies = getInstance()->loadCookieInfo(&directory, kMaxConverted);
     load(path);
     merge(*this, cookies);
     nameRoot(*this, kRoot);
@@ -246,6 +236,6 @@ void VLMC_CookieSetting::convertCookieXMLToIni(char *xmlPath, char *iniDir)
     for (int i = 0; i < consideredOf(stored); ++i) {
         cookies.append(cookieOf(stored.at(i)));
     }
-    getInstance()->saveCookieInfo(cookies, &directory, kMaxEntries);
+    getInstance()->saveCookieInfo(cookies, &directory, kMaxConverted);
     deleteAllSetting();
 }

@@ -1,7 +1,8 @@
 #include "core/Entries_p.h"
 
-#include "core/Identifier_p.h"
+#include "core/DocumentRoot_p.h"
 #include "core/NodeView_p.h"
+#include "core/Numbering_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/VLMC_XMLSetting.h"
 
@@ -11,9 +12,6 @@
 
 namespace
 {
-const char kDocInfo[] = "docInfo";
-const char kDocInfoVersion[] = "1.0";
-
 // The names of all elements that were ever added, of which there are a few dozen. Never destroyed:
 // stores may be used while the process exits.
 struct Names {
@@ -35,19 +33,19 @@ VLMC_XMLNode *vlm::entryById(VLMC_XMLSetting &store, int id)
     if (!root) {
         return nullptr;
     }
-    QString attributeName = usualIdentifier();
+    QString attributeName = idName();
     return root->getXMLNodeChildByID(id, attributeName);
 }
 
 QList<VLMC_XMLNode *> vlm::entriesById(VLMC_XMLSetting &store, int count)
 {
     VLMC_XMLNode *const root = store.getXMLRootNode();
-    return root ? childrenById(*root, usualIdentifier(), count) : noNodes(count);
+    return root ? NodeView::childrenByNumber(*root, idName(), count) : NodeView::nullNodes(count);
 }
 
 int vlm::countEntries(VLMC_XMLSetting &store, const char *name)
 {
-    QString attributeName = usualIdentifier();
+    QString attributeName = idName();
     QString entryName = elementName(name);
     return store.getXMLRootNodeChildCntByName(attributeName, entryName);
 }
@@ -81,13 +79,13 @@ void vlm::releaseUnattached(VLMC_XMLNode *node)
 
 void vlm::numberEntries(VLMC_XMLSetting &store)
 {
-    QString attributeName = usualIdentifier();
+    QString attributeName = idName();
     store.setIDforChildren(attributeName);
 }
 
 void vlm::removeEntry(VLMC_XMLSetting &store, int id)
 {
-    QString attributeName = usualIdentifier();
+    QString attributeName = idName();
     store.deleteXMLNodeByID(id, attributeName);
     numberEntries(store);
 }
@@ -114,12 +112,7 @@ void vlm::saveFile(VLMC_XMLSetting &store, const QString &directory, const char 
 void vlm::nameRoot(VLMC_XMLSetting &store, const char *name)
 {
     VLMC_XMLNode *const root = store.getXMLRootNode();
-    if (!root) {
-        return;
+    if (root) {
+        nameRoot(*root, name);
     }
-    QString rootName = QEXC_TextCodec::fromSJIS(name);
-    root->setName(rootName);
-    QXmlStreamAttributes attributes =
-        oneAttribute(kDocInfo, QEXC_TextCodec::fromSJIS(kDocInfoVersion));
-    root->setAttribute(attributes);
 }

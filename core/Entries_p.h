@@ -1,8 +1,8 @@
-#ifndef ENTRIES_P_H
-#define ENTRIES_P_H
+#ifndef CORE_ENTRIES_P_H
+#define CORE_ENTRIES_P_H
 
+#include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
-#include "core/TextKind_p.h"
 
 #include <QtCore/QList>
 #include <QtCore/QString>
@@ -33,6 +33,30 @@ inline VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name)
         }
     }
     return nullptr;
+}
+
+// The position of the first of the entries, some of which may be null, for which ends(entry, field)
+// is true, or -1; the field is the entry's first child of this name, or null. Looks for the fields
+// of some entries before it asks about the first: while the memory of one is waited for, the next
+// ones can be asked for.
+template <typename Ends>
+int firstEntry(const QList<VLMC_XMLNode *> &entries, const char *fieldName, Ends ends)
+{
+    const int atOnce = 32;
+    VLMC_XMLNode *fields[atOnce];
+    const int count = int(entries.size());
+    for (int start = 0; start < count; start += atOnce) {
+        const int end = qMin(start + atOnce, count);
+        for (int i = start; i < end; ++i) {
+            fields[i - start] = childNamed(entries.at(i), fieldName);
+        }
+        for (int i = start; i < end; ++i) {
+            if (ends(entries.at(i), fields[i - start])) {
+                return i;
+            }
+        }
+    }
+    return -1;
 }
 
 // The first entry that carries this id, or null.
@@ -68,7 +92,7 @@ void loadEntries(VLMC_XMLSetting &store, const QString &directory, const char *f
 void loadFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName);
 void saveFile(VLMC_XMLSetting &store, const QString &directory, const char *fileName);
 
-// Names the root and leaves it with the one attribute docInfo="1.0".
+// Names the root, if there is one, and leaves it with the attributes of every root.
 void nameRoot(VLMC_XMLSetting &store, const char *name);
 } // namespace vlm
 

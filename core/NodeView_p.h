@@ -1,5 +1,5 @@
-#ifndef NODEVIEW_P_H
-#define NODEVIEW_P_H
+#ifndef CORE_NODEVIEW_P_H
+#define CORE_NODEVIEW_P_H
 
 #include "core/VLMC_XMLNode.h"
 
@@ -58,6 +58,17 @@ public:
     {
         return node.numberChildren(attributeName);
     }
+
+    // For each number from 0 up to count the first child that carries it, or null: what a search
+    // for each would find, in one pass.
+    static QList<VLMC_XMLNode *> childrenByNumber(const VLMC_XMLNode &node,
+                                                  const QString &attributeName, int count)
+    {
+        return node.childrenByNumber(attributeName, count);
+    }
+
+    // The same for a node without children: this many nulls; an empty list for a negative count.
+    static QList<VLMC_XMLNode *> nullNodes(int count) { return VLMC_XMLNode::nullNodes(count); }
 
     // Takes all children out. Those that are not null belong to the caller, in document order.
     static QList<VLMC_XMLNode *> takeChildren(VLMC_XMLNode &node) { return node.takeChildren(); }

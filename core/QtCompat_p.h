@@ -1,5 +1,5 @@
-#ifndef QTCOMPAT_P_H
-#define QTCOMPAT_P_H
+#ifndef CORE_QTCOMPAT_P_H
+#define CORE_QTCOMPAT_P_H
 
 // What differs between Qt 4.8, 5.15 and 6 and has no spelling common to the three.
 

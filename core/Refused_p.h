@@ -1,5 +1,5 @@
-#ifndef REFUSED_P_H
-#define REFUSED_P_H
+#ifndef CORE_REFUSED_P_H
+#define CORE_REFUSED_P_H
 
 #include <QtCore/QString>
 
@@ -9,7 +9,7 @@ namespace vlm
 // only, so that a search for their text finds the call.
 bool refused(bool condition, const char *format, ...) __attribute__((format(printf, 2, 3)));
 
-inline bool isBlank(const QString *text) { return !text || text->isEmpty(); }
+inline bool isNullOrEmpty(const QString *text) { return !text || text->isEmpty(); }
 } // namespace vlm
 
 #endif

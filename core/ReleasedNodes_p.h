@@ -1,5 +1,5 @@
-#ifndef RELEASEDNODES_P_H
-#define RELEASEDNODES_P_H
+#ifndef CORE_RELEASEDNODES_P_H
+#define CORE_RELEASEDNODES_P_H
 
 #include "core/VLMC_XMLNode.h"
 

@@ -1,5 +1,5 @@
-#ifndef STATICINIT_P_H
-#define STATICINIT_P_H
+#ifndef CORE_STATICINIT_P_H
+#define CORE_STATICINIT_P_H
 
 // The library's static initialisers run in this order, whatever order its objects are linked in:
 // first the text codec, which everything else may need, then the log, then the rest. Numbers up

@@ -1,6 +1,6 @@
 #include "core/VLMC_XMLNode.h"
 
-#include "core/Identifier_p.h"
+#include "core/Numbering_p.h"
 #include "core/ReleasedNodes_p.h"
 
 #include <QtCore/QVector>
@@ -19,10 +19,10 @@ const QString &emptyText()
     return *empty;
 }
 
-bool carriesIdentifier(const QXmlStreamAttributes &attributes, const QString &name, int id)
+bool carriesNumber(const QXmlStreamAttributes &attributes, const QString &name, int wanted)
 {
     int number = 0;
-    return vlm::readIdentifier(attributes, name, &number) && number == id;
+    return vlm::readNumber(attributes, name, &number) && number == wanted;
 }
 } // namespace
 
@@ -62,7 +62,6 @@ VLMC_XMLNode::~VLMC_XMLNode()
     }
 }
 
-// The children that are not null, cut loose from this node.
 QList<VLMC_XMLNode *> VLMC_XMLNode::takeChildren()
 {
     QList<VLMC_XMLNode *> taken;
@@ -120,8 +119,7 @@ bool VLMC_XMLNode::isLastNumbered(const VLMC_XMLNode *child) const
            && m_children.size() <= vlm::kMaxNumbered;
 }
 
-// Releases every child that is not null; null ones stay and are counted. The list is given up
-// whole, since taking children out one by one would look through it for each.
+// The list is given up whole: taking children out one by one would look through it for each.
 int VLMC_XMLNode::releaseChildren()
 {
     const QList<VLMC_XMLNode *> children = m_children;
@@ -142,15 +140,13 @@ int VLMC_XMLNode::releaseChildren()
     return int(m_children.size());
 }
 
-// Gives the first children their position as their only attribute; null ones are passed over and
-// counted.
 int VLMC_XMLNode::numberChildren(const QString &attributeName)
 {
     if (isNumbered(attributeName)) {
         return 0;
     }
     const int count = qMin(int(m_children.size()), vlm::kMaxNumbered);
-    const QVector<QXmlStreamAttributes> numbers = vlm::identifiers(attributeName, count);
+    const QVector<QXmlStreamAttributes> numbers = vlm::numberSets(attributeName, count);
     int nulls = 0;
     bool trusted = !m_childrenLent;
     for (int i = 0; i < count; ++i) {
@@ -166,11 +162,10 @@ int VLMC_XMLNode::numberChildren(const QString &attributeName)
     return nulls;
 }
 
-// True when each of the first children is known to carry its position under this name.
 bool VLMC_XMLNode::isNumbered(const QString &attributeName) const
 {
     return m_numbered && !m_children.isEmpty()
-           && carriesIdentifier(m_children.first()->m_attributes, attributeName, 0);
+           && carriesNumber(m_children.first()->m_attributes, attributeName, 0);
 }
 
 // Leaves this node with the number as its only attribute. After an insertion at the front the next
@@ -193,6 +188,33 @@ void VLMC_XMLNode::distrustNumber()
     if (m_parent) {
         m_parent->m_numbered = false;
     }
+}
+
+QList<VLMC_XMLNode *> VLMC_XMLNode::nullNodes(int count)
+{
+    QList<VLMC_XMLNode *> nodes;
+    nodes.reserve(qMax(count, 0));
+    for (int i = 0; i < count; ++i) {
+        nodes.append(nullptr);
+    }
+    return nodes;
+}
+
+QList<VLMC_XMLNode *> VLMC_XMLNode::childrenByNumber(const QString &attributeName, int count) const
+{
+    const QList<VLMC_XMLNode *> &children = m_children;
+    if (count == children.size() && count <= vlm::kMaxNumbered && isNumbered(attributeName)) {
+        return children;
+    }
+    QList<VLMC_XMLNode *> found = nullNodes(count);
+    for (VLMC_XMLNode *const child : children) {
+        int number = 0;
+        if (child && vlm::readNumber(child->m_attributes, attributeName, &number) && number >= 0
+            && number < count && !found.at(number)) {
+            found[number] = child;
+        }
+    }
+    return found;
 }
 
 VLMC_XMLNode *VLMC_XMLNode::getXMLNodeParent() { return m_parent; }
@@ -270,7 +292,7 @@ VLMC_XMLNode *VLMC_XMLNode::getXMLNodeChildByID(int id, QString &attributeName)
     }
     const QList<VLMC_XMLNode *> &children = m_children;
     for (VLMC_XMLNode *const child : children) {
-        if (child && carriesIdentifier(child->m_attributes, attributeName, id)) {
+        if (child && carriesNumber(child->m_attributes, attributeName, id)) {
             return child;
         }
     }

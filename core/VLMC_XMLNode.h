@@ -85,6 +85,9 @@ private:
     VLM_HIDDEN void takeNumber(const QXmlStreamAttributes &number, VLMC_XMLNode *next);
     VLM_HIDDEN bool isNumbered(const QString &attributeName) const;
     VLM_HIDDEN bool isLastNumbered(const VLMC_XMLNode *child) const;
+    VLM_HIDDEN static QList<VLMC_XMLNode *> nullNodes(int count);
+    VLM_HIDDEN QList<VLMC_XMLNode *> childrenByNumber(const QString &attributeName,
+                                                      int count) const;
     VLM_HIDDEN void distrustNumber();
 
     char m_textType;

@@ -1,23 +1,17 @@
 #include "core/VLMC_XMLReader.h"
 
-#include "core/DocumentSource_p.h"
-#include "core/FileDescriptor_p.h"
-#include "core/Identifier_p.h"
+#include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
-#include "core/TextKind_p.h"
+#include "core/Numbering_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/DocumentSource_p.h"
+#include "files/RegularFile_p.h"
 
 #include <QtCore/QFile>
 
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-
 namespace
 {
-const int kMaxDefaulted = 4096;
-
 VLMC_XMLNode *emptyNode() { return new VLMC_XMLNode(nullptr, vlm::AtEnd); }
 
 // What the nodes of a document share, which spares memory and time.
@@ -43,12 +37,12 @@ public:
     // do. Other sets only lose the room that the reader's has for many more attributes.
     void share(QXmlStreamAttributes &attributes, int position)
     {
-        if (!vlm::isUsualIdentifier(attributes, position)) {
+        if (!vlm::isNumberSet(attributes, position)) {
             attributes.squeeze();
             return;
         }
         if (position >= m_numbers.size()) {
-            m_numbers = vlm::identifiers(vlm::usualIdentifier(), position + 1);
+            m_numbers = vlm::numberSets(vlm::idName(), position + 1);
         }
         attributes = m_numbers.at(position);
     }
@@ -77,43 +71,6 @@ VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes 
     vlm::NodeView::takeName(*node, name);
     return node;
 }
-
-// Characters that a start tag has not from itself but from a declaration.
-int defaultedIn(const QXmlStreamAttributes &attributes)
-{
-    int defaulted = 0;
-    for (const QXmlStreamAttribute &attribute : attributes) {
-        if (attribute.isDefault()) {
-            defaulted += int(attribute.qualifiedName().size() + attribute.value().size());
-        }
-    }
-    return defaulted;
-}
-
-// A name without a file, such as Qt's own ":/" ones, is Qt's to open; of the files only regular
-// ones are taken: others could block, or never end.
-bool openDocument(QFile &file)
-{
-    const QByteArray name = QFile::encodeName(file.fileName());
-    vlm::FileDescriptor descriptor(
-        open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    if (!descriptor.isOpen()) {
-        return errno == ENOENT && file.open(QIODevice::ReadOnly);
-    }
-    struct stat status = {};
-    if (fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)
-        || !file.open(descriptor.get(), QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
-        return false;
-    }
-    descriptor.release();
-    return true;
-}
-
-bool isUtf8(const QXmlStreamReader &reader)
-{
-    const QString encoding = reader.documentEncoding().toString();
-    return encoding.isEmpty() || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0;
-}
 } // namespace
 
 VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
@@ -123,7 +80,7 @@ VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
         return emptyNode();
     }
     QFile file(path);
-    if (!openDocument(file)) {
+    if (!vlm::openRegular(file)) {
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLReader::read file open error!");
         return emptyNode();
     }
@@ -144,7 +101,7 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
         }
         if (token == StartDocument) {
             // The encoding is known at this token only.
-            utf8 = isUtf8(*this);
+            utf8 = vlm::isUtf8(*this);
         }
         if (token == DTD) {
             source->declare(entityDeclarations(), utf8);
@@ -178,9 +135,8 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
         }
         if (token == StartElement) {
             QXmlStreamAttributes attributes = this->attributes();
-            // One declaration would otherwise fill as much memory as there are elements.
-            defaulted += defaultedIn(attributes);
-            if (defaulted > kMaxDefaulted) {
+            defaulted += vlm::defaultedSize(attributes);
+            if (defaulted > vlm::kMaxDefaulted) {
                 raiseError();
                 break;
             }

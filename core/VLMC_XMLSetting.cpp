@@ -1,8 +1,8 @@
 #include "core/VLMC_XMLSetting.h"
 
-#include "core/Identifier_p.h"
+#include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
-#include "core/TextKind_p.h"
+#include "core/Numbering_p.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
 #include "core/VLMG_Debug.h"
@@ -72,7 +72,8 @@ int VLMC_XMLSetting::getXMLRootNodeChildCntByName(QString &attributeName, QStrin
     if (!root) {
         return 0;
     }
-    const QList<VLMC_XMLNode *> children = vlm::childrenById(*root, attributeName, getXMLNodeCnt());
+    const QList<VLMC_XMLNode *> children =
+        vlm::NodeView::childrenByNumber(*root, attributeName, getXMLNodeCnt());
     int found = 0;
     const QString *same = &name;
     for (VLMC_XMLNode *const child : children) {

@@ -66,12 +66,12 @@ public:
     VLMC_XMLNode *setElement(VLMC_XMLNode *parent, QString name, QString text,
                              QXmlStreamAttributes attributes, char textType, char prepend);
 
-private:
-    Q_DISABLE_COPY(VLMC_XMLSetting)
-
 protected:
     /// The document, or null: the store's own.
     VLMC_XMLNode *root;
+
+private:
+    Q_DISABLE_COPY(VLMC_XMLSetting)
 };
 
 #endif

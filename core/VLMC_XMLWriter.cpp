@@ -1,11 +1,11 @@
 #include "core/VLMC_XMLWriter.h"
 
-#include "core/DocumentBuffer_p.h"
+#include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
-#include "core/ReplaceFile_p.h"
-#include "core/TextKind_p.h"
 #include "core/VLMG_Debug.h"
-#include "core/XmlText_p.h"
+#include "files/DocumentSink_p.h"
+#include "files/ReplaceFile_p.h"
+#include "text/XmlText_p.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QIODevice>
@@ -57,8 +57,8 @@ void writeStart(QXmlStreamWriter &writer, VLMC_XMLNode &node)
     }
 }
 
-// Ends early when the buffer, if there is one, has no more room.
-bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const vlm::DocumentBuffer *buffer)
+// Ends early when the sink, if there is one, has no more room.
+bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const vlm::DocumentSink *sink)
 {
     QVector<OpenElement> open;
     VLMC_XMLNode *next = node;
@@ -68,7 +68,7 @@ bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const vlm::Docu
             VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.");
             return false;
         }
-        if (buffer && buffer->isTooLarge()) {
+        if (sink && sink->isTooLarge()) {
             return false;
         }
         writeStart(writer, *next);
@@ -98,14 +98,14 @@ bool VLMC_XMLWriter::write(QString &path, VLMC_XMLNode *root)
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file open error!");
         return false;
     }
-    vlm::DocumentBuffer buffer;
-    setDevice(&buffer);
+    vlm::DocumentSink sink;
+    setDevice(&sink);
     writeStartDocument();
-    const bool whole = writeElements(*this, root, &buffer);
-    if (!buffer.isTooLarge()) {
+    const bool whole = writeElements(*this, root, &sink);
+    if (!sink.isTooLarge()) {
         writeEndDocument();
     }
-    if (buffer.isTooLarge() || !file.commit(buffer.document())) {
+    if (sink.isTooLarge() || !file.commit(sink.document())) {
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file write error!");
         return false;
     }

@@ -2,20 +2,13 @@
 
 #include "core/Entries_p.h"
 #include "core/Refused_p.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "fonts/FontElements_p.h"
+#include "text/Utf8_p.h"
 
 using namespace vlm;
-
-namespace
-{
-const char kFileName[] = "fontlist.xml";
-const char kRoot[] = "fontlist";
-const char kFont[] = "font";
-
-const int kMaxNameBytes = 256;
-} // namespace
+using namespace vlm::fonts;
 
 VLMC_FontListSetting *VLMC_FontListSetting::getInstance()
 {
@@ -35,7 +28,7 @@ void VLMC_FontListSetting::loadFontList(QString directory)
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_FontListSetting::loadFontList] end");
 }
 
-int VLMC_FontListSetting::getCount() { return countEntries(*this, kFont); }
+int VLMC_FontListSetting::getCount() { return countEntries(*this, kEntry); }
 
 QString VLMC_FontListSetting::getFont(int index)
 {
@@ -53,7 +46,7 @@ void VLMC_FontListSetting::addFont(QString name)
     if (refused(name.isEmpty(), "[VLMC_FontListSetting::addFont] FontName is empty.")) {
         return;
     }
-    VLMC_XMLNode *const font = addElement(*this, getXMLRootNode(), kFont, name, PlainText, AtEnd);
+    VLMC_XMLNode *const font = addElement(*this, getXMLRootNode(), kEntry, name, PlainText, AtEnd);
     numberEntries(*this);
     releaseUnattached(font);
 }

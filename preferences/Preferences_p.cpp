@@ -2,9 +2,9 @@
 
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
-#include "core/Utf8_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLSetting.h"
+#include "text/Utf8_p.h"
 
 namespace
 {

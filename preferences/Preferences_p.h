@@ -1,5 +1,5 @@
-#ifndef PREFERENCES_P_H
-#define PREFERENCES_P_H
+#ifndef PREFERENCES_PREFERENCES_P_H
+#define PREFERENCES_PREFERENCES_P_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>

@@ -1,6 +1,6 @@
 #include "core/Entries_p.h"
 
-#include "core/Identifier_p.h"
+#include "core/NodeView_p.h"
 #include "core/VLMC_XMLSetting.h"
 #include "tests/support/Files.h"
 #include "tests/support/Nodes.h"
@@ -37,7 +37,7 @@ void tst_Entries::everything_worksWithoutRoot()
     QVERIFY(!entryById(store, 0));
     QCOMPARE(int(entriesById(store, 0).size()), 0);
     QCOMPARE(int(entriesById(store, -3).size()), 0);
-    QCOMPARE(entriesById(store, 2), noNodes(2));
+    QCOMPARE(entriesById(store, 2), NodeView::nullNodes(2));
     QCOMPARE(countEntries(store, "a"), 0);
     numberEntries(store);
     removeEntry(store, 0);

@@ -1,5 +1,5 @@
-#ifndef HOSTILE_H
-#define HOSTILE_H
+#ifndef TESTS_DIFFERENTIAL_HOSTILE_H
+#define TESTS_DIFFERENTIAL_HOSTILE_H
 
 #include "tests/differential/PlainStore.h"
 

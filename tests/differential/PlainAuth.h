@@ -1,5 +1,5 @@
-#ifndef PLAINAUTH_H
-#define PLAINAUTH_H
+#ifndef TESTS_DIFFERENTIAL_PLAINAUTH_H
+#define TESTS_DIFFERENTIAL_PLAINAUTH_H
 
 #include "tests/differential/PlainStore.h"
 

@@ -1,5 +1,5 @@
-#ifndef PLAINBOOKMARKS_H
-#define PLAINBOOKMARKS_H
+#ifndef TESTS_DIFFERENTIAL_PLAINBOOKMARKS_H
+#define TESTS_DIFFERENTIAL_PLAINBOOKMARKS_H
 
 #include "tests/differential/PlainStore.h"
 

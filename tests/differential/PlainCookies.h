@@ -1,5 +1,5 @@
-#ifndef PLAINCOOKIES_H
-#define PLAINCOOKIES_H
+#ifndef TESTS_DIFFERENTIAL_PLAINCOOKIES_H
+#define TESTS_DIFFERENTIAL_PLAINCOOKIES_H
 
 #include "tests/differential/PlainStore.h"
 

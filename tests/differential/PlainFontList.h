@@ -1,5 +1,5 @@
-#ifndef PLAINFONTLIST_H
-#define PLAINFONTLIST_H
+#ifndef TESTS_DIFFERENTIAL_PLAINFONTLIST_H
+#define TESTS_DIFFERENTIAL_PLAINFONTLIST_H
 
 #include "tests/differential/PlainStore.h"
 

@@ -1,5 +1,5 @@
-#ifndef PLAINHISTORY_H
-#define PLAINHISTORY_H
+#ifndef TESTS_DIFFERENTIAL_PLAINHISTORY_H
+#define TESTS_DIFFERENTIAL_PLAINHISTORY_H
 
 #include "tests/differential/PlainStore.h"
 

@@ -1,5 +1,5 @@
-#ifndef PLAINSTORE_H
-#define PLAINSTORE_H
+#ifndef TESTS_DIFFERENTIAL_PLAINSTORE_H
+#define TESTS_DIFFERENTIAL_PLAINSTORE_H
 
 #include "tests/differential/Random.h"
 

@@ -1,5 +1,5 @@
-#ifndef RANDOM_H
-#define RANDOM_H
+#ifndef TESTS_DIFFERENTIAL_RANDOM_H
+#define TESTS_DIFFERENTIAL_RANDOM_H
 
 #include <QtCore/QDateTime>
 #include <QtCore/QString>

@@ -1,5 +1,5 @@
-#ifndef SIDEBYSIDE_H
-#define SIDEBYSIDE_H
+#ifndef TESTS_DIFFERENTIAL_SIDEBYSIDE_H
+#define TESTS_DIFFERENTIAL_SIDEBYSIDE_H
 
 #include "tests/differential/Hostile.h"
 #include "tests/support/Files.h"

@@ -1,5 +1,5 @@
-#ifndef FORMATSPAGE_H
-#define FORMATSPAGE_H
+#ifndef TESTS_DOCS_FORMATSPAGE_H
+#define TESTS_DOCS_FORMATSPAGE_H
 
 #include <QtCore/QByteArray>
 

@@ -8,7 +8,8 @@
 
 namespace
 {
-const char *const kFolders[] = {"core", "preferences", "bookmarks", "cookies", "fonts"};
+const char *const kFolders[] = {"text",      "files",   "core", "preferences",
+                                "bookmarks", "cookies", "fonts"};
 const char kPrint[] = "VLMG_DebugPrint(";
 const char kRefused[] = "refused(";
 

@@ -1,5 +1,5 @@
-#ifndef FILLEDTREE_H
-#define FILLEDTREE_H
+#ifndef TESTS_DURABILITY_FILLEDTREE_H
+#define TESTS_DURABILITY_FILLEDTREE_H
 
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLWriter.h"

@@ -1,5 +1,5 @@
-#ifndef SAVEDSTORES_H
-#define SAVEDSTORES_H
+#ifndef TESTS_DURABILITY_SAVEDSTORES_H
+#define TESTS_DURABILITY_SAVEDSTORES_H
 
 #include <QtCore/QString>
 

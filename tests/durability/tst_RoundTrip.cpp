@@ -1,9 +1,9 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
-#include "core/XmlText_p.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
+#include "text/XmlText_p.h"
 
 #include <QtCore/QBuffer>
 

@@ -1,5 +1,5 @@
-#ifndef FUZZ_H
-#define FUZZ_H
+#ifndef TESTS_FUZZ_FUZZ_H
+#define TESTS_FUZZ_FUZZ_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>

@@ -12,24 +12,21 @@ else()
   set(identical_foreign qt4)
 endif()
 
-add_library(identical-objects OBJECT)
+add_executable(identical-script)
 foreach(source bookmarks cookies credentials differences Documents Draw fonts history main nodes
     preferences Script texts thumbnails Transcript)
-  target_sources(identical-objects PRIVATE ${identical_folder}/${source}.cpp)
+  target_sources(identical-script PRIVATE ${identical_folder}/${source}.cpp)
 endforeach()
-velmora_compiler_options(identical-objects)
-target_link_libraries(identical-objects PRIVATE velmora-settings)
+target_sources(identical-script PRIVATE $<TARGET_OBJECTS:support-LogRecorder>)
+velmora_compiler_options(identical-script)
+set_target_properties(identical-script PROPERTIES ENABLE_EXPORTS ON)
+# Qt Test is in what the recorder is precompiled with.
+target_link_libraries(identical-script PRIVATE velmora-settings ${VELMORA_QT_TEST})
 
-# velmora_identical(<suffix> <library>): the tests of this build of the library.
-function(velmora_identical suffix library)
-  set(program identical-script${suffix})
-  add_executable(${program} $<TARGET_OBJECTS:identical-objects>
-    $<TARGET_OBJECTS:support-LogRecorder>)
-  velmora_compiler_options(${program})
-  set_target_properties(${program} PROPERTIES ENABLE_EXPORTS ON)
-  # Qt Test is in what the recorder is precompiled with.
-  target_link_libraries(${program} PRIVATE ${library} ${VELMORA_QT_TEST})
-  set(run ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}>)
+# velmora_identical(<suffix> [variable=value...]): the tests of this build, with a suffix to their
+# names, in this environment.
+function(velmora_identical suffix)
+  set(run ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:identical-script>)
   set(check ${identical_folder}/check.sh)
   set(kept ${identical_folder}/kept)
   add_test(NAME identical_files${suffix} COMMAND ${check} ${kept}/files.txt ${run})
@@ -37,31 +34,16 @@ function(velmora_identical suffix library)
     COMMAND ${check} ${kept}/differences-${identical_differences}.txt ${run} differences)
   add_test(NAME identical_foreign${suffix}
     COMMAND ${check} ${kept}/foreign-${identical_foreign}.txt ${run} foreign)
-  set(tests identical_files${suffix} identical_differences${suffix} identical_foreign${suffix})
-  set_tests_properties(${tests} PROPERTIES TIMEOUT 300)
+  set(environment ${velmora_test_environment} ${ARGN})
   if(IS_DIRECTORY /dev/shm)
     # Thousands of saves, none of which has to reach a disk.
-    set_property(TEST ${tests} APPEND PROPERTY ENVIRONMENT TMPDIR=/dev/shm)
+    list(APPEND environment TMPDIR=/dev/shm)
   endif()
+  set_tests_properties(identical_files${suffix} identical_differences${suffix}
+    identical_foreign${suffix} PROPERTIES TIMEOUT 300 ENVIRONMENT "${environment}")
 endfunction()
 
-velmora_identical("" velmora-settings)
-
-# The device's processor has a char without sign; with this option others have it, too.
-if(VELMORA_QT_MAJOR EQUAL 5 AND CMAKE_BUILD_TYPE STREQUAL "Release")
-  get_target_property(identical_sources velmora-settings SOURCES)
-  list(TRANSFORM identical_sources PREPEND ${PROJECT_SOURCE_DIR}/)
-  add_library(velmora-settings-unsigned-char SHARED ${identical_sources})
-  velmora_compiler_options(velmora-settings-unsigned-char)
-  target_compile_options(velmora-settings-unsigned-char PRIVATE -funsigned-char)
-  set_target_properties(velmora-settings-unsigned-char PROPERTIES
-    CXX_VISIBILITY_PRESET hidden
-    VISIBILITY_INLINES_HIDDEN ON
-    # Who checks the library's sources, checks them once.
-    EXPORT_COMPILE_COMMANDS OFF)
-  target_include_directories(velmora-settings-unsigned-char PUBLIC ${PROJECT_SOURCE_DIR})
-  target_link_libraries(velmora-settings-unsigned-char
-    PUBLIC ${VELMORA_QT_CORE} ${VELMORA_QT_NETWORK} ${VELMORA_QT_GUI}
-    PRIVATE ${VELMORA_QT_CODECS} ${VELMORA_PLATFORM})
-  velmora_identical(_unsigned_char velmora-settings-unsigned-char)
+velmora_identical("")
+if(velmora_unsigned_char)
+  velmora_identical(_unsigned_char LD_LIBRARY_PATH=${velmora_unsigned_char})
 endif()

@@ -1,5 +1,5 @@
-#ifndef KIOSK_H
-#define KIOSK_H
+#ifndef TESTS_KIOSK_KIOSK_H
+#define TESTS_KIOSK_KIOSK_H
 
 #include "tests/support/Files.h"
 

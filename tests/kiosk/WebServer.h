@@ -1,5 +1,5 @@
-#ifndef WEBSERVER_H
-#define WEBSERVER_H
+#ifndef TESTS_KIOSK_WEBSERVER_H
+#define TESTS_KIOSK_WEBSERVER_H
 
 #include "tests/support/HttpServer.h"
 

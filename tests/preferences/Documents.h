@@ -1,5 +1,5 @@
-#ifndef DOCUMENTS_H
-#define DOCUMENTS_H
+#ifndef TESTS_PREFERENCES_DOCUMENTS_H
+#define TESTS_PREFERENCES_DOCUMENTS_H
 
 #include "tests/support/Files.h"
 

@@ -1,5 +1,5 @@
-#ifndef COOKIEINI_H
-#define COOKIEINI_H
+#ifndef TESTS_SUPPORT_COOKIEINI_H
+#define TESTS_SUPPORT_COOKIEINI_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

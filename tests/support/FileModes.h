@@ -1,5 +1,5 @@
-#ifndef FILEMODES_H
-#define FILEMODES_H
+#ifndef TESTS_SUPPORT_FILEMODES_H
+#define TESTS_SUPPORT_FILEMODES_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

@@ -1,5 +1,5 @@
-#ifndef FILES_H
-#define FILES_H
+#ifndef TESTS_SUPPORT_FILES_H
+#define TESTS_SUPPORT_FILES_H
 
 #include "tests/support/QtTest.h"
 #include "tests/support/TemporaryFolder.h"

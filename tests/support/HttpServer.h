@@ -1,5 +1,5 @@
-#ifndef HTTPSERVER_H
-#define HTTPSERVER_H
+#ifndef TESTS_SUPPORT_HTTPSERVER_H
+#define TESTS_SUPPORT_HTTPSERVER_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>

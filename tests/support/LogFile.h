@@ -1,5 +1,5 @@
-#ifndef LOGFILE_H
-#define LOGFILE_H
+#ifndef TESTS_SUPPORT_LOGFILE_H
+#define TESTS_SUPPORT_LOGFILE_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

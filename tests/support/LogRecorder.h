@@ -1,5 +1,5 @@
-#ifndef LOGRECORDER_H
-#define LOGRECORDER_H
+#ifndef TESTS_SUPPORT_LOGRECORDER_H
+#define TESTS_SUPPORT_LOGRECORDER_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

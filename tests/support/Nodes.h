@@ -1,5 +1,5 @@
-#ifndef NODES_H
-#define NODES_H
+#ifndef TESTS_SUPPORT_NODES_H
+#define TESTS_SUPPORT_NODES_H
 
 #include "core/VLMC_XMLNode.h"
 

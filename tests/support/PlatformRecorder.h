@@ -1,5 +1,5 @@
-#ifndef PLATFORMRECORDER_H
-#define PLATFORMRECORDER_H
+#ifndef TESTS_SUPPORT_PLATFORMRECORDER_H
+#define TESTS_SUPPORT_PLATFORMRECORDER_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

@@ -1,5 +1,5 @@
-#ifndef PROCESSES_H
-#define PROCESSES_H
+#ifndef TESTS_SUPPORT_PROCESSES_H
+#define TESTS_SUPPORT_PROCESSES_H
 
 #include <cerrno>
 #include <sys/wait.h>

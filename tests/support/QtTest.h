@@ -1,5 +1,5 @@
-#ifndef QTTEST_H
-#define QTTEST_H
+#ifndef TESTS_SUPPORT_QTTEST_H
+#define TESTS_SUPPORT_QTTEST_H
 
 // Qt Test, and what that of Qt 4.8 does not have yet.
 

@@ -1,5 +1,5 @@
-#ifndef SAVEDDOCUMENTS_H
-#define SAVEDDOCUMENTS_H
+#ifndef TESTS_SUPPORT_SAVEDDOCUMENTS_H
+#define TESTS_SUPPORT_SAVEDDOCUMENTS_H
 
 /// Every document that a test saves is held against the schema of its kind in docs/schema/, and the
 /// test fails where it does not conform. A program does so by having this piece among its objects:

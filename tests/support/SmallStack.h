@@ -1,5 +1,5 @@
-#ifndef SMALLSTACK_H
-#define SMALLSTACK_H
+#ifndef TESTS_SUPPORT_SMALLSTACK_H
+#define TESTS_SUPPORT_SMALLSTACK_H
 
 #include "tests/support/QtTest.h"
 

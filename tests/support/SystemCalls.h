@@ -1,5 +1,5 @@
-#ifndef SYSTEMCALLS_H
-#define SYSTEMCALLS_H
+#ifndef TESTS_SUPPORT_SYSTEMCALLS_H
+#define TESTS_SUPPORT_SYSTEMCALLS_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

@@ -1,5 +1,5 @@
-#ifndef TEMPORARYFOLDER_H
-#define TEMPORARYFOLDER_H
+#ifndef TESTS_SUPPORT_TEMPORARYFOLDER_H
+#define TESTS_SUPPORT_TEMPORARYFOLDER_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>

@@ -1,5 +1,5 @@
-#ifndef WATCHEDSTORE_H
-#define WATCHEDSTORE_H
+#ifndef TESTS_SUPPORT_WATCHEDSTORE_H
+#define TESTS_SUPPORT_WATCHEDSTORE_H
 
 #include "core/VLMC_XMLNode.h"
 

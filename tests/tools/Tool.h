@@ -1,5 +1,5 @@
-#ifndef TOOL_H
-#define TOOL_H
+#ifndef TESTS_TOOLS_TOOL_H
+#define TESTS_TOOLS_TOOL_H
 
 #include "tests/support/Files.h"
 

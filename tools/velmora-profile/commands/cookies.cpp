@@ -1,7 +1,7 @@
 // cookies: the engine's cookie.ini, the library's cookie document, and cookies.txt.
 
 #include "cookies/VLMC_CookieSetting.h"
-#include "core/TimeText_p.h"
+#include "text/TimeText_p.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/output/Console.h"

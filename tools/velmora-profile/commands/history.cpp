@@ -1,7 +1,7 @@
 // history: visit.xml. Listed and exported as the file has it, written through the store.
 
 #include "bookmarks/VLMC_HistorySetting.h"
-#include "core/TimeText_p.h"
+#include "text/TimeText_p.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Losses.h"
 #include "tools/velmora-profile/commands/Removal.h"

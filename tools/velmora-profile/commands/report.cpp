@@ -1,6 +1,6 @@
 // report: the profile as one page that needs nothing else.
 
-#include "core/TimeText_p.h"
+#include "text/TimeText_p.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Files.h"

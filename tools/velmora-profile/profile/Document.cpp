@@ -1,7 +1,7 @@
 #include "tools/velmora-profile/profile/Document.h"
 
-#include "core/DocumentSource_p.h"
 #include "core/VLMC_XMLReader.h"
+#include "files/DocumentSource_p.h"
 #include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QBuffer>

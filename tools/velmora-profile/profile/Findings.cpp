@@ -1,6 +1,6 @@
 #include "tools/velmora-profile/profile/Findings.h"
 
-#include "core/TimeText_p.h"
+#include "text/TimeText_p.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Entry.h"

@@ -1,7 +1,7 @@
 #include "tools/velmora-profile/profile/Stores.h"
 
-#include "core/DocumentBuffer_p.h"
 #include "core/VLMC_XMLWriter.h"
+#include "files/DocumentSink_p.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/output/Guards.h"
 #include "tools/velmora-profile/profile/Refusals.h"
@@ -16,7 +16,7 @@ using namespace profile;
 // What a save of the store writes; empty for more than it writes at most.
 QByteArray contentOf(VLMC_XMLSetting *store)
 {
-    vlm::DocumentBuffer copy;
+    vlm::DocumentSink copy;
     VLMC_XMLWriter writer;
     const bool isWhole = writer.write(copy, store->getXMLRootNode()) && !copy.isTooLarge();
     return isWhole ? copy.document() : QByteArray();

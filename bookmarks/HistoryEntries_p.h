@@ -1,0 +1,48 @@
+#ifndef BOOKMARKS_HISTORYENTRIES_P_H
+#define BOOKMARKS_HISTORYENTRIES_P_H
+
+#include <QtCore/QList>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+class VLMC_XMLNode;
+class VLMC_XMLSetting;
+
+// What a visit is made of, and the order of visits.
+namespace vlm
+{
+namespace history
+{
+// A stored visit and its place in time, ClockOrder::NoTime for a time that cannot be read.
+struct Visit {
+    VLMC_XMLNode *entry;
+    qint64 clock;
+};
+
+// What a stored visit is built of.
+struct Texts {
+    QString title;
+    QString url;
+    QString time;
+};
+
+// The visits that ids lead to. The log has a line for each id, as from getHistory.
+QVector<Visit> visitsNewestFirst(VLMC_XMLSetting &store);
+
+// True for an entry that setHistory would build just so, its id apart.
+bool isPlain(const Visit &visit);
+
+// A time that cannot be read is erased.
+Texts textsOf(const Visit &visit);
+QVector<Texts> textsOf(const QVector<Visit> &visits);
+
+// The first of the entries, some of which may be null, with this url, or -1. An entry without a url
+// is compared by the url of the one before it.
+int indexOfUrl(const QList<VLMC_XMLNode *> &entries, const QString &url);
+
+// An entry at the front or at the end of the list; null when there is no node to be had.
+VLMC_XMLNode *addVisit(VLMC_XMLSetting &store, const Texts &visit, char place);
+} // namespace history
+} // namespace vlm
+
+#endif
