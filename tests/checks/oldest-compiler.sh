@@ -17,7 +17,7 @@ faults=$(
     grep -rnE '^ *# *include *<[a-z_/]+>' "${folders[@]}" | grep -vE "<($headers)>" || true
     grep -rnwE "$later" "${folders[@]}" || true
 )
-[ -z "$faults" ] || { echo "GCC 4.8 has not:"; echo "$faults"; exit 1; }
+[ -z "$faults" ] || { echo "Not to be used:"; echo "$faults"; exit 1; }
 
 python3 - "$build/compile_commands.json" "$PWD" "${folders[@]}" <<'PYTHON' >"$build/oldest-compiler.txt"
 import json, os, shlex, sys

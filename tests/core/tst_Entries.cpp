@@ -8,6 +8,7 @@
 
 #include <QtCore/QPointer>
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -132,11 +133,17 @@ void tst_Entries::nameRoot_leavesOneAttribute()
 void tst_Entries::elementName_mayBeCalledFromAnyThread()
 {
     const int threadCount = 8;
-    const int nameCount = 5000;
+    const int nameCount = 10000;
+    std::atomic<int> ready(0);
     std::vector<int> wrong(threadCount, 0);
     std::vector<std::thread> threads;
     for (int i = 0; i < threadCount; ++i) {
-        threads.push_back(std::thread([&wrong, i] {
+        threads.push_back(std::thread([&wrong, &ready, i] {
+            // So that none is done before the last begins.
+            ++ready;
+            while (ready < threadCount) {
+                std::this_thread::yield();
+            }
             for (int k = 0; k < nameCount; ++k) {
                 // Half of them are those of the next thread, too.
                 const QByteArray name = "name" + QByteArray::number((i + k % 2) * nameCount + k);

@@ -32,11 +32,12 @@ void takeStep(Draw &draw)
     line("font", store().getFont(draw.id(store().getCount())));
 }
 
-void playUnloaded()
+void playRefused()
 {
-    const Part part("fonts before a load");
+    const Part part("fonts, what is refused");
     showFonts();
     store().addFont(utf8("lost"));
+    store().addFont(QString());
     const QString folder = newFolder();
     store().saveFontList(folder);
     store().loadFontList(QString());
@@ -48,7 +49,7 @@ void playUnloaded()
 
 void playFonts()
 {
-    playUnloaded();
+    playRefused();
     playDocuments(kFile, kDocument, [](QString &folder) {
         store().loadFontList(folder);
         showFonts();
