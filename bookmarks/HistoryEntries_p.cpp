@@ -5,7 +5,6 @@
 #include "core/NodeView_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLSetting.h"
-#include "core/VLMG_Debug.h"
 #include "text/TimeText_p.h"
 
 #include <algorithm>
@@ -24,14 +23,12 @@ bool isPlainField(VLMC_XMLNode *node, const char *name)
 }
 } // namespace
 
-QVector<vlm::history::Visit> vlm::history::visitsNewestFirst(VLMC_XMLSetting &store)
+QVector<vlm::history::Visit> vlm::history::visitsNewestFirst(const QList<VLMC_XMLNode *> &entries)
 {
-    const QList<VLMC_XMLNode *> entries = entriesById(store, store.getXMLNodeCnt());
     ClockOrder clock;
     QVector<Visit> visits;
     visits.reserve(int(entries.size()));
     for (VLMC_XMLNode *const entry : entries) {
-        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
         if (entry) {
             visits.append({entry, clock.of(textOf(childNamed(entry, kDateTime)))});
         }

@@ -26,8 +26,8 @@ struct Texts {
     QString time;
 };
 
-// The visits that ids lead to. The log has a line for each id, as from getHistory.
-QVector<Visit> visitsNewestFirst(VLMC_XMLSetting &store);
+// The visits among the entries, some of which may be null; those of the same time as they were.
+QVector<Visit> visitsNewestFirst(const QList<VLMC_XMLNode *> &entries);
 
 // True for an entry that setHistory would build just so, its id apart.
 bool isPlain(const Visit &visit);

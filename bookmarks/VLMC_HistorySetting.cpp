@@ -27,6 +27,22 @@ void setText(VLMC_XMLNode *node, const QString &text)
     }
 }
 
+// A line in the log for each id that is looked at, as from getHistory.
+void logReads(int ids)
+{
+    for (int i = 0; i < ids; ++i) {
+        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
+    }
+}
+
+// The visits that ids lead to.
+QVector<Visit> readVisits(VLMC_HistorySetting &store)
+{
+    const QList<VLMC_XMLNode *> entries = entriesById(store, store.getXMLNodeCnt());
+    logReads(int(entries.size()));
+    return visitsNewestFirst(entries);
+}
+
 // The table of the object's virtual operations, which an object begins with.
 const void *operationsOf(const VLMC_HistorySetting &store)
 {
@@ -115,10 +131,7 @@ int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
     const QList<VLMC_XMLNode *> entries = entriesById(*this, getHistoryCnt());
     const int index = indexOfUrl(entries, url);
-    const int lookedAt = index < 0 ? int(entries.size()) : index + 1;
-    for (int i = 0; i < lookedAt; ++i) {
-        VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::getHistory]");
-    }
+    logReads(index < 0 ? int(entries.size()) : index + 1);
     return index;
 }
 
@@ -175,7 +188,7 @@ void VLMC_HistorySetting::sortHistory()
     if (!root) {
         return;
     }
-    const QVector<Texts> visits = textsOf(visitsNewestFirst(*this));
+    const QVector<Texts> visits = textsOf(readVisits(*this));
     deleteAllSetting();
     const bool isSeen = !overridesNothing(*this) || getXMLNodeCnt() > 0;
     for (int i = int(visits.size()) - 1; i >= 0; --i) {
@@ -195,7 +208,7 @@ void VLMC_HistorySetting::sortHistory()
 void VLMC_HistorySetting::sortLoadedEntries()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
-    const QVector<Visit> visits = visitsNewestFirst(*this);
+    const QVector<Visit> visits = readVisits(*this);
     const QList<VLMC_XMLNode *> loaded = NodeView::takeChildren(*root);
     deleteAllSetting();
     char place = AtEnd;

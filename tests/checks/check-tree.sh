@@ -21,19 +21,20 @@ floor() {
 
 # The floors whose headers the files of a floor may include.
 allowed() {
+  below='files text'
   stores='fonts preferences bookmarks cookies'
   tool=tools/velmora-profile
   case $1 in
   platform) echo platform ;;
   text) echo text ;;
   files) echo files text ;;
-  core) echo core files text platform ;;
-  fonts | preferences | bookmarks | cookies) echo "$1" core files text ;;
-  examples | benchmarks) echo "$1 platform text files core $stores" ;;
-  "$tool/output") echo "$1 text" ;;
-  "$tool/formats") echo "$1 $tool/output text" ;;
-  "$tool/profile") echo "$1 $tool/output core files text $stores" ;;
-  "$tool/commands") echo "$1 $tool/profile $tool/formats $tool/output core files text $stores" ;;
+  core) echo "core $below platform" ;;
+  fonts | preferences | bookmarks | cookies) echo "$1 core $below" ;;
+  examples | benchmarks) echo "$1 $below core platform $stores" ;;
+  "$tool/output") echo "$1" ;;
+  "$tool/formats") echo "$1 $tool/output" ;;
+  "$tool/profile") echo "$1 $tool/output $below core $stores" ;;
+  "$tool/commands") echo "$1 $tool/profile $tool/formats $tool/output $below core $stores" ;;
   "$tool") echo "$tool/commands $tool/output" ;;
   esac
 }

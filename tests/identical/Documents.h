@@ -1,5 +1,5 @@
-#ifndef DOCUMENTS_H
-#define DOCUMENTS_H
+#ifndef TESTS_IDENTICAL_DOCUMENTS_H
+#define TESTS_IDENTICAL_DOCUMENTS_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

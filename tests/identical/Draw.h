@@ -1,5 +1,5 @@
-#ifndef DRAW_H
-#define DRAW_H
+#ifndef TESTS_IDENTICAL_DRAW_H
+#define TESTS_IDENTICAL_DRAW_H
 
 #include <QtCore/QDateTime>
 #include <QtCore/QString>

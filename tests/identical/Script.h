@@ -1,5 +1,5 @@
-#ifndef SCRIPT_H
-#define SCRIPT_H
+#ifndef TESTS_IDENTICAL_SCRIPT_H
+#define TESTS_IDENTICAL_SCRIPT_H
 
 #include "tests/identical/Documents.h"
 #include "tests/identical/Draw.h"

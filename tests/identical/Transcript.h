@@ -1,5 +1,5 @@
-#ifndef TRANSCRIPT_H
-#define TRANSCRIPT_H
+#ifndef TESTS_IDENTICAL_TRANSCRIPT_H
+#define TESTS_IDENTICAL_TRANSCRIPT_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QStringList>

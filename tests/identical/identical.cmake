@@ -34,13 +34,10 @@ function(velmora_identical suffix)
     COMMAND ${check} ${kept}/differences-${identical_differences}.txt ${run} differences)
   add_test(NAME identical_foreign${suffix}
     COMMAND ${check} ${kept}/foreign-${identical_foreign}.txt ${run} foreign)
-  set(environment ${velmora_test_environment} ${ARGN})
-  if(IS_DIRECTORY /dev/shm)
-    # Thousands of saves, none of which has to reach a disk.
-    list(APPEND environment TMPDIR=/dev/shm)
-  endif()
-  set_tests_properties(identical_files${suffix} identical_differences${suffix}
-    identical_foreign${suffix} PROPERTIES TIMEOUT 300 ENVIRONMENT "${environment}")
+  set(tests identical_files${suffix} identical_differences${suffix} identical_foreign${suffix})
+  set_tests_properties(${tests} PROPERTIES TIMEOUT 300
+    ENVIRONMENT "${velmora_test_environment};${ARGN}")
+  velmora_in_memory(${tests})
 endfunction()
 
 velmora_identical("")

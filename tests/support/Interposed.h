@@ -1,5 +1,5 @@
-#ifndef INTERPOSED_H
-#define INTERPOSED_H
+#ifndef TESTS_SUPPORT_INTERPOSED_H
+#define TESTS_SUPPORT_INTERPOSED_H
 
 #include <dlfcn.h>
 

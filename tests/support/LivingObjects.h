@@ -1,5 +1,5 @@
-#ifndef LIVINGOBJECTS_H
-#define LIVINGOBJECTS_H
+#ifndef TESTS_SUPPORT_LIVINGOBJECTS_H
+#define TESTS_SUPPORT_LIVINGOBJECTS_H
 
 /// How many objects that were made with new, in the program or in a library, have not been deleted.
 /// A program that links this brings the operators that count them.

@@ -1,5 +1,5 @@
-#ifndef NARROWCALLS_H
-#define NARROWCALLS_H
+#ifndef TESTS_SUPPORT_NARROWCALLS_H
+#define TESTS_SUPPORT_NARROWCALLS_H
 
 /// While one lives, this thread's calls of the functions that take file sizes and inode numbers of
 /// 32 bits on a 32-bit system fail as they do there on a file that has larger ones. Elsewhere these
