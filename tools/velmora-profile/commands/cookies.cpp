@@ -42,7 +42,7 @@ int refuseToUse(const CookieFile &file)
         return failUnreadable(text(kCookieIni));
     }
     if (file.state == Document::Damaged) {
-        return fail(text("cookie.ini is damaged: %1; nothing was changed, run 'velmora-profile "
+        return fail(text("cookie.ini is damaged: %1; nothing was changed; run 'velmora-profile "
                          "repair' first")
                         .arg(file.damage));
     }
@@ -82,8 +82,8 @@ QString documentPath(const Call &call)
 
 int failWithoutSpace()
 {
-    return fail(text("there is no room for temporary files; nothing was changed, set TMPDIR to a "
-                     "folder with space"));
+    return fail(text("there is no space for temporary files; nothing was changed; set TMPDIR to a "
+                     "folder with free space"));
 }
 
 // Whether a conversion reads the document or merges into it.
@@ -99,11 +99,12 @@ int refuseToConvert(const Document &document, Purpose purpose)
         return fail(text("'%1' is empty; nothing was changed").arg(document.path()));
     }
     if (document.state() == Document::Damaged) {
-        return fail(text("'%1' is %2; nothing was changed, repair it first")
+        return fail(text("'%1' is %2; nothing was changed; repair it first")
                         .arg(document.path(), damageText(document.damage())));
     }
     if (!isEmpty && document.rootName() != text(document.type().rootName)) {
-        return fail(text("'%1' is no cookie document; nothing was changed").arg(document.path()));
+        return fail(
+            text("'%1' is not a cookie document; nothing was changed").arg(document.path()));
     }
     return Done;
 }
@@ -131,7 +132,7 @@ QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
     QList<Loss> losses;
     for (const QNetworkCookie &cookie : cookies) {
         if (cookie.isHttpOnly()) {
-            losses.append({nameOf(cookie), text("the document has no room for HttpOnly")});
+            losses.append({nameOf(cookie), text("the document cannot hold HttpOnly")});
         }
     }
     return losses;
@@ -191,7 +192,7 @@ QList<QNetworkCookie> keptByIni(CookieImport *import)
         if (isKeptByIni(cookie)) {
             kept.append(cookie);
         } else {
-            import->losses.append({nameOf(cookie), text("cookie.ini cannot hold it as it is")});
+            import->losses.append({nameOf(cookie), text("cookie.ini cannot hold it unchanged")});
         }
     }
     return kept;
@@ -332,7 +333,7 @@ QList<Command> cookiesCommands()
         {"cookies", "to-xml", "DIR [FILE]", 0, 1, "strict",
          "merge cookie.ini into a cookie document (cookie.xml)", Writes, cookiesToXml},
         {"cookies", "to-ini", "DIR [FILE]", 0, 1, "strict",
-         "replace cookie.ini by a cookie document (cookie.xml)", Writes, cookiesToIni},
+         "replace cookie.ini with a cookie document (cookie.xml)", Writes, cookiesToIni},
         {"cookies", "import", "DIR FILE", 1, 1, "strict dry-run json",
          "add the cookies of a cookies.txt file", Writes, importCookies},
         {"cookies", "export", "DIR FILE", 1, 1, "strict", "write cookie.ini as cookies.txt", Reads,

@@ -177,7 +177,7 @@ QString valueOf(const Field &field, bool showSecrets)
 QString toLine(const Difference &difference, const Call &call)
 {
     if (difference.change == text("moved")) {
-        return text("the same entries in another order");
+        return text("the same entries in a different order");
     }
     if (difference.change != text("changed")) {
         const bool isRemoved = difference.change == text("removed");
@@ -253,7 +253,7 @@ int diff(const Call &call)
     differences += compare(text(kCookieIni), recordsOf(one), recordsOf(two));
     sayDifferences(call, differences);
     if (!readable) {
-        return fail(text("not everything can be read; see to owners and modes"));
+        return fail(text("not everything can be read; check owners and modes"));
     }
     return differences.isEmpty() ? Done : Differs;
 }
@@ -264,8 +264,8 @@ namespace profile
 QList<Command> diffCommands()
 {
     return {
-        {"diff", nullptr, "DIR DIR2", 1, 1, "json show-secrets", "compare two profiles by entries",
-         Reads, diff},
+        {"diff", nullptr, "DIR DIR2", 1, 1, "json show-secrets",
+         "compare two profiles entry by entry", Reads, diff},
     };
 }
 } // namespace profile
