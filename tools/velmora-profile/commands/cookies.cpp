@@ -57,10 +57,10 @@ bool isKeptByIni(const QNetworkCookie &cookie)
 
 // The conversions take local paths of Latin-1 alone, so they run in a folder of the tool's own.
 // Sessions pass through it: an interruption waits until it is gone.
-class Workshop
+class ScratchFolder
 {
 public:
-    Workshop() : m_document(m_folder.path() + text("/cookie.xml")) {}
+    ScratchFolder() : m_document(m_folder.path() + text("/cookie.xml")) {}
 
     bool isReady() const { return m_folder.isValid(); }
     QString folder() const { return m_folder.path() + QLatin1Char('/'); }
@@ -109,10 +109,10 @@ int refuseToConvert(const Document &document, Purpose purpose)
     return Done;
 }
 
-// Puts the document into the workshop; a new target starts without one.
-int fetch(const QString &path, Purpose purpose, const Workshop &workshop)
+// Puts the document into the scratch folder; a new target starts without one.
+int fetch(const QString &path, Purpose purpose, const ScratchFolder &scratch)
 {
-    if (!workshop.isReady()) {
+    if (!scratch.isReady()) {
         return failWithoutSpace();
     }
     if (purpose == Target && isNew(path)) {
@@ -124,7 +124,7 @@ int fetch(const QString &path, Purpose purpose, const Workshop &workshop)
                != Done) {
         return Failed;
     }
-    return replaceFile(workshop.document(), content, OwnerAlone) ? Done : Failed;
+    return replaceFile(scratch.document(), content, OwnerAlone) ? Done : Failed;
 }
 
 QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
@@ -243,8 +243,8 @@ int listCookies(const Call &call)
 int cookiesToXml(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
-    const Workshop workshop;
-    if (refuseToUse(file) != Done || fetch(documentPath(call), Target, workshop) != Done) {
+    const ScratchFolder scratch;
+    if (refuseToUse(file) != Done || fetch(documentPath(call), Target, scratch) != Done) {
         return Failed;
     }
     // An engine file that is not there would empty the document.
@@ -255,10 +255,10 @@ int cookiesToXml(const Call &call)
         return Failed;
     }
     QByteArray directory(kHere);
-    QByteArray document = workshop.localDocument();
+    QByteArray document = scratch.localDocument();
     store().convertCookieIniToXML(directory.data(), document.data());
     QByteArray content;
-    return readFile(workshop.document(), &content)
+    return readFile(scratch.document(), &content)
                    && writeFile(documentPath(call), content, OwnerAlone)
                ? Done
                : Failed;
@@ -266,19 +266,19 @@ int cookiesToXml(const Call &call)
 
 int cookiesToIni(const Call &call)
 {
-    const Workshop workshop;
+    const ScratchFolder scratch;
     if (refuseToUse(readCookieFile(text(kHere))) != Done
-        || fetch(documentPath(call), Source, workshop) != Done) {
+        || fetch(documentPath(call), Source, scratch) != Done) {
         return Failed;
     }
-    const Document source(documentType(CookieDocument), workshop.document());
+    const Document source(documentType(CookieDocument), scratch.document());
     if (tellLosses(call, lossesOfIni(source)) != Done) {
         return Failed;
     }
-    QByteArray document = workshop.localDocument();
-    QByteArray folder = workshop.localFolder();
+    QByteArray document = scratch.localDocument();
+    QByteArray folder = scratch.localFolder();
     store().convertCookieXMLToIni(document.data(), folder.data());
-    const CookieFile converted = readCookieFile(workshop.folder());
+    const CookieFile converted = readCookieFile(scratch.folder());
     // Without space for it there is none, or an empty one.
     if (converted.state == Document::Missing || converted.state == Document::Empty) {
         return failWithoutSpace();

@@ -54,24 +54,25 @@ QString pictureOf(const QString &directory, VLMC_XMLNode *bookmark)
     return text("picture %1").arg(QString::fromLatin1(digest.left(12)));
 }
 
-QString valueOf(const ComparedField &field, VLMC_XMLNode *entry, const QString &directory)
+QString valueOf(const ComparedField &compared, VLMC_XMLNode *entry, const QString &directory)
 {
-    switch (field.form) {
+    switch (compared.form) {
     case ComparedField::Picture:
         return pictureOf(directory, entry);
     case ComparedField::Encoded:
-        return decodedText(entry, field.element);
+        return decodedText(entry, compared.element);
     case ComparedField::Plain:
         break;
     }
-    return fieldText(entry, field.element);
+    return fieldText(entry, compared.element);
 }
 
 Record recordOf(const DocumentType &type, VLMC_XMLNode *entry, const QString &directory)
 {
     Record record = {type.key(entry), QList<Field>()};
-    for (const ComparedField &field : type.compared) {
-        record.fields.append({text(field.name), valueOf(field, entry, directory), field.isSecret});
+    for (const ComparedField &compared : type.compared) {
+        record.fields.append(
+            {text(compared.name), valueOf(compared, entry, directory), compared.isSecret});
     }
     return record;
 }

@@ -6,7 +6,7 @@ namespace
 {
 const int kExcerptCharacters = 100;
 
-bool isBlank(QChar character)
+bool isAsciiBlank(QChar character)
 {
     return character == QLatin1Char(' ') || character == QLatin1Char('\t')
            || character == QLatin1Char('\n') || character == QLatin1Char('\r')
@@ -25,7 +25,7 @@ bool isHalfSurrogate(const QString &text, int position)
 bool isUnwritable(const QString &text, int position)
 {
     const QChar unit = text.at(position);
-    return (unit.unicode() < 0x20 && !isBlank(unit)) || unit.unicode() >= 0xFFFE
+    return (unit.unicode() < 0x20 && !isAsciiBlank(unit)) || unit.unicode() >= 0xFFFE
            || isHalfSurrogate(text, position);
 }
 } // namespace
@@ -49,7 +49,7 @@ QString profile::folded(const QString &text)
     QString kept;
     bool follows = false;
     for (const QChar character : text) {
-        if (isBlank(character)) {
+        if (isAsciiBlank(character)) {
             follows = !kept.isEmpty();
             continue;
         }
