@@ -141,7 +141,7 @@ QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
 QList<Loss> lossesOfIni(const Document &document)
 {
     QList<Loss> losses;
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         const QString name =
             text("%1 of %2")

@@ -81,8 +81,7 @@ QList<Record> recordsOf(const Document &document, const QString &directory)
 {
     QList<Record> records;
     if (document.type().entryName) {
-        const QList<VLMC_XMLNode *> entries = document.children();
-        for (VLMC_XMLNode *const entry : entries) {
+        for (VLMC_XMLNode *const entry : document.children()) {
             records.append(recordOf(document.type(), entry, directory));
         }
         return records;

@@ -186,7 +186,7 @@ int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
 
 bool isNumbered(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         bool isNumber = false;
         if (idOf(entries.at(i)).toInt(&isNumber) != i || !isNumber) {

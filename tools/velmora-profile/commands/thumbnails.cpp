@@ -129,7 +129,7 @@ int unpackThumbnails(const Call &call)
     if (!dryRun && !QDir().mkpath(folder())) {
         return fail(text("the thumbnail folder cannot be created; check the permissions"));
     }
-    const QList<VLMC_XMLNode *> images = packed.children();
+    const QList<VLMC_XMLNode *> &images = packed.children();
     Progress progress("thumbnail", images.size());
     for (VLMC_XMLNode *const image : images) {
         if (unpackInto(folder(), image, dryRun) != Done) {

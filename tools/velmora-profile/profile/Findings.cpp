@@ -232,7 +232,7 @@ void Search::lookAtIds(const Document &document)
 
 void Search::lookAtNames(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         const QString name = entries.at(i)->getName();
         if (name != text(document.type().entryName)) {
@@ -248,7 +248,7 @@ void Search::lookAtNames(const Document &document)
 
 void Search::lookAtLimits(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (const Limit &limit : kLimits) {
         for (int i = 0; limit.kind == document.type().kind && i < entries.size(); ++i) {
             const QByteArray stored =
@@ -270,7 +270,7 @@ void Search::lookAtLimits(const Document &document)
 
 void Search::lookAtDates(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (const Date &date : kDates) {
         for (int i = 0; date.kind == document.type().kind && i < entries.size(); ++i) {
             const QString value = fieldText(entries.at(i), date.field);
@@ -323,7 +323,7 @@ void Search::lookAtSecurity(const Document &document)
 
 void Search::lookAtThumbnailFields(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         const QString name = thumbnailName(fieldText(entries.at(i), "thumbnail"));
         const QString file = text(document.type().fileName);
