@@ -49,9 +49,8 @@ int main(int argc, char **argv)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     // Also what was refused before, in the middle of a long list.
     if (fflush(stdout) != 0 || ferror(stdout) != 0) {
-        return profile::fail(
-            profile::text("standard output cannot be written to; look at the space "
-                          "of what it goes to"));
+        return profile::fail(profile::text(
+            "standard output cannot be written to; check the free space where it goes"));
     }
     return status;
 }

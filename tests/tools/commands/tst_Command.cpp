@@ -143,10 +143,11 @@ void tst_Command::everyCommand_worksOnAGoodProfile()
 
     const ToolRun run = runTool(directory, command.constData(), "secret\n");
 
-    COMPARE_BYTES(run.errors, command == "cookies to-xml %"
-                                  ? "velmora-profile: lost: sid of .a.example/: the document has "
-                                    "no room for HttpOnly\n"
-                                  : "");
+    COMPARE_BYTES(
+        run.errors,
+        command == "cookies to-xml %"
+            ? "velmora-profile: lost: sid of .a.example/: the document cannot hold HttpOnly\n"
+            : "");
     QCOMPARE(run.status, 0);
     QVERIFY(!runTool(directory, "check %").output.contains("damaged"));
 }
@@ -269,9 +270,10 @@ void tst_Command::writingCommand_refusesAClosedFolder()
     const ToolRun run = runUnprivileged(argumentsFor(command, directory.path()));
 
     QFile::setPermissions(directory.path(), readable | QFile::WriteOwner);
-    COMPARE_BYTES(run.errors, "velmora-profile: '" + directory.path().toUtf8()
-                                  + "' cannot be written to; nothing was changed, ask its owner "
-                                    "for permission\n");
+    COMPARE_BYTES(
+        run.errors,
+        "velmora-profile: '" + directory.path().toUtf8()
+            + "' cannot be written to; nothing was changed; ask its owner for permission\n");
     QCOMPARE(run.status, 2);
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
@@ -347,8 +349,8 @@ void tst_Command::readingCommand_refusesWhatIsNoFile()
     writeGoodProfile(directory);
     QFile::remove(directory.file(file.constData()));
     QDir(directory.path()).mkdir(QString::fromUtf8(file));
-    const QByteArray said =
-        "velmora-profile: " + file + " cannot be read: it is no file; move it out of the way\n";
+    const QByteArray said = "velmora-profile: " + file
+                            + " cannot be read: it is not a regular file; move it out of the way\n";
 
     COMPARE_RUN(runTool(directory, command.constData()), 2, "", said);
     for (const char *const show : {"show %", "show % --json"}) {
@@ -409,20 +411,19 @@ void tst_Command::usage_isOneLine_data()
     QTest::addColumn<QByteArray>("command");
     QTest::addColumn<QByteArray>("message");
     QTest::newRow("unknown command")
-        << QByteArray("nope %") << QByteArray("'nope' is no command; --help lists them");
+        << QByteArray("nope %") << QByteArray("unknown command 'nope'; see --help");
     QTest::newRow("no action") << QByteArray("prefs")
-                               << QByteArray("'prefs' is followed by one of: list, get, set");
-    QTest::newRow("unknown action") << QByteArray("prefs nope %")
-                                    << QByteArray("'prefs' is followed by one of: list, get, set");
-    QTest::newRow("no folder") << QByteArray("show") << QByteArray("'show' is followed by: DIR");
-    QTest::newRow("too much") << QByteArray("show % x") << QByteArray("'show' is followed by: DIR");
+                               << QByteArray("'prefs' needs one of: list, get, set");
+    QTest::newRow("unknown action")
+        << QByteArray("prefs nope %") << QByteArray("'prefs' needs one of: list, get, set");
+    QTest::newRow("no folder") << QByteArray("show") << QByteArray("'show' takes: DIR");
+    QTest::newRow("too much") << QByteArray("show % x") << QByteArray("'show' takes: DIR");
     QTest::newRow("too little") << QByteArray("prefs get %")
-                                << QByteArray("'prefs get' is followed by: DIR NAME");
-    QTest::newRow("unknown option") << QByteArray("show % --nope")
-                                    << QByteArray("'show' has no option --nope; --help lists them");
-    QTest::newRow("another's option")
-        << QByteArray("prefs set % pageInfo.Zoom 1.0 --json")
-        << QByteArray("'prefs set' has no option --json; --help lists them");
+                                << QByteArray("'prefs get' takes: DIR NAME");
+    QTest::newRow("unknown option")
+        << QByteArray("show % --nope") << QByteArray("'show' has no option --nope; see --help");
+    QTest::newRow("another's option") << QByteArray("prefs set % pageInfo.Zoom 1.0 --json")
+                                      << QByteArray("'prefs set' has no option --json; see --help");
     QTest::newRow("option without value")
         << QByteArray("report % -o") << QByteArray("--output needs a value");
     QTest::newRow("switch with value")
@@ -441,12 +442,12 @@ void tst_Command::usage_isOneLine_data()
                                         "'2026-01-01'");
     QTest::newRow("unknown preference")
         << QByteArray("prefs get % proxy.nope")
-        << QByteArray("there is no preference 'proxy.nope'; 'prefs list' names them all");
+        << QByteArray("unknown preference 'proxy.nope'; 'prefs list' names them all");
     for (const char *const option : {"-n", "-1", "-oFILE"}) {
         QTest::newRow(option) << QByteArray("fonts add % ") + option
-                              << QByteArray("'") + option
-                                     + "' is no option; --help lists them, and an operand like it "
-                                       "follows --";
+                              << QByteArray("unknown option '") + option
+                                     + "'; see --help, or put -- before operands that start with a "
+                                       "dash";
     }
     QTest::newRow("scheme") << QByteArray("auth add % h 1 Basic u")
                             << QByteArray("the scheme is basic, digest or NTLM, not 'Basic'");
@@ -486,8 +487,7 @@ void tst_Command::usage_helpsAndTellsItsVersion()
     const ToolRun version = runTool(QStringList{utf8("--version")});
     QVERIFY(version.output.startsWith("velmora-profile "));
     COMPARE_RUN(runTool(QStringList()), 2, "",
-                "velmora-profile: name a command and the folder of a profile; --help lists the "
-                "commands\n");
+                "velmora-profile: name a command and the folder of a profile; see --help\n");
 }
 
 // Paths outside Latin-1 are more than some of the library's operations take.
@@ -513,8 +513,8 @@ void tst_Command::closedOutput_isAnError()
     writeGoodProfile(directory);
     const QByteArray before = contentsOf(directory.path());
     COMPARE_RUN(runShell(utf8("\"$0\" show \"$1\" >&-"), directory), 2, "",
-                "velmora-profile: standard output cannot be written to; look at the space of what "
-                "it goes to\n");
+                "velmora-profile: standard output cannot be written to; check the free space where "
+                "it goes\n");
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
 
@@ -597,9 +597,9 @@ void tst_Command::failedSave_isSaid()
     const ToolRun run = runInBlocks(0, directory, command.constData(), "secret\n");
 
     QCOMPARE(run.status, 2);
-    const QByteArray said = "velmora-profile: " + file
-                            + " could not be written as it should be; look at the space and the "
-                              "permissions of the folder\n";
+    const QByteArray said =
+        "velmora-profile: " + file
+        + " could not be written correctly; check the free space and the folder's permissions\n";
     QVERIFY2(run.errors.endsWith(said), run.errors.constData());
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }

@@ -62,8 +62,8 @@ void tst_auth::passwords_areRefusedWithoutOne_data()
         {"< /", "standard input cannot be read"},
         {"<&-", "standard input cannot be read"},
         {"< /dev/null", "standard input holds no password"},
-        {"< \"$1/latin1\"", "the password is no text in UTF-8"},
-        {"< \"$1/mark\"", "the password is no text in UTF-8"},
+        {"< \"$1/latin1\"", "the password is not valid UTF-8"},
+        {"< \"$1/mark\"", "the password is not valid UTF-8"},
     };
     for (const char *const command :
          {"prefs set \"$1\" proxy.proxyUserPass", "auth add \"$1\" h 80 basic u"}) {

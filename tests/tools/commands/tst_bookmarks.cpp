@@ -123,7 +123,7 @@ void tst_bookmarks::bookmarks_refuseUnknownIds()
         COMPARE_RUN(runTool(directory, (QByteArray("bookmarks remove % 0 -- ") + id).constData()),
                     2, "",
                     QByteArray("velmora-profile: '") + id
-                        + "' is no id; there are 2, the first is 0, 'list' shows them\n");
+                        + "' is not an id; there are 2, numbered from 0; 'list' shows them\n");
     }
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }
@@ -137,13 +137,14 @@ void tst_bookmarks::bookmarks_areFullAt999()
     }
     writeFile(directory.file("bookmark.xml"), "<bookmarks>" + entries + "</bookmarks>");
     COMPARE_RUN(runTool(directory, "bookmarks add % http://y/"), 0, "", "");
-    COMPARE_RUN(runTool(directory, "bookmarks add % http://z/"), 2, "",
-                "velmora-profile: 'http://z/': the list is full with 999; nothing was changed\n");
+    COMPARE_RUN(
+        runTool(directory, "bookmarks add % http://z/"), 2, "",
+        "velmora-profile: 'http://z/': the list already holds 999 entries; nothing was changed\n");
     writeFile(directory.file("bookmark.xml"),
               "<bookmarks>" + entries + "<bookmark/><bookmark/>" + "</bookmarks>");
     COMPARE_RUN(runTool(directory, "bookmarks remove % 0"), 2, "",
-                "velmora-profile: bookmark.xml holds 1000 entries, 999 at most can be written; "
-                "nothing was changed, run 'velmora-profile repair' first\n");
+                "velmora-profile: bookmark.xml holds 1000 entries, and at most 999 can be written; "
+                "nothing was changed; run 'velmora-profile repair' first\n");
 }
 
 QTEST_GUILESS_MAIN(tst_bookmarks)

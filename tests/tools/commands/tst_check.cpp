@@ -78,34 +78,34 @@ void tst_check::check_finds_data()
     QTest::newRow("empty document")
         << fonts << QByteArray("\n")
         << finding("fontlist.xml", "it is empty", "the browser starts without what it should hold",
-                   "restore it, or remove it to start anew");
+                   "restore it, or remove it to start afresh");
     QTest::newRow("damaged document")
         << fonts << QByteArray("<fontlist>\n<font id=\"000\">A</font>\n<font id=\"001\">B</f")
         << finding("fontlist.xml",
                    "it is damaged at line 3, column 19: Premature end of document. (1 entry "
                    "before it)",
-                   "the browser reads up to the damage, and its next save loses what is behind",
+                   "the browser reads up to the damage, and its next save loses what follows",
                    kRepair);
     QTest::newRow("wrong root")
         << fonts << QByteArray("<fonts><font id=\"000\">A</font></fonts>")
         << finding("fontlist.xml", "its root is named 'fonts', not 'fontlist'",
-                   "the browser reads its entries all the same; it may be another file's content",
-                   "see whose content it is; if it is right, run 'velmora-profile repair'");
+                   "the browser reads its entries anyway; it may be another file's content",
+                   "check whose content it is; if it is right, run 'velmora-profile repair'");
     QTest::newRow("1000 entries")
         << fonts << "<fontlist>" + repeated(1000, "<font id=\"%\">A</font>") + "</fontlist>"
         << finding("fontlist.xml", "it holds 1000 entries, 999 can be reached",
-                   "the browser never shows those behind, and may drop them",
+                   "the browser never shows the others, and may drop them",
                    "remove some entries, or run 'velmora-profile repair', which keeps the first "
                    "999");
     QTest::newRow("missing id") << fonts << QByteArray("<fontlist><font>A</font></fontlist>")
                                 << finding("fontlist.xml",
-                                           "1 entry without id, 0 with the id of another",
+                                           "1 entry without an id, 0 with the id of another",
                                            "none: the browser numbers them when it loads the file",
                                            "nothing, or run 'velmora-profile repair'");
     QTest::newRow("repeated id of a cookie")
         << cookies
         << QByteArray("<cookie><webSiteInfo id=\"000\"/><webSiteInfo id=\"0\"/></cookie>")
-        << finding("cookie.xml", "0 entries without id, 1 with the id of another",
+        << finding("cookie.xml", "0 entries without an id, 1 with the id of another",
                    "a conversion does not see these cookies", kRepair);
     QTest::newRow("wrong name of an entry")
         << fonts << QByteArray("<fontlist><typeface id=\"000\">A</typeface></fontlist>")
@@ -115,7 +115,7 @@ void tst_check::check_finds_data()
     QTest::newRow("21 cookies")
         << cookies << "<cookie>" + repeated(21, "<webSiteInfo id=\"%\"/>") + "</cookie>"
         << finding("cookie.xml", "it holds 21 cookies, 20 are converted",
-                   "those behind never come back to the browser, and may pile up",
+                   "the others never come back to the browser, and may pile up",
                    "remove the file and run 'velmora-profile cookies to-xml' for a fresh one");
     QTest::newRow("URL of 257 bytes")
         << bookmarks << bookmark(QByteArray(257, 'u'), "T", kPicture)
@@ -160,7 +160,7 @@ void tst_check::check_finds_data()
         << QByteArray("<cookie><webSiteInfo id=\"000\"><website>w</website><name>n</name>"
                       "<expires>soon</expires></webSiteInfo></cookie>")
         << finding("cookie.xml", "entry 0 (n of w): the date 'soon' does not parse",
-                   "converted to cookie.ini it ends with the session",
+                   "converted to cookie.ini, it ends with the session",
                    "write it as yyyy/MM/dd hh:mm:ss in the file, or remove the entry");
     QTest::newRow("no thumbnail")
         << bookmarks << bookmark("u", "T", "<thumbnail>thumbnail/</thumbnail>")
@@ -169,9 +169,9 @@ void tst_check::check_finds_data()
                    "nothing: the browser takes one when the page is bookmarked again");
     QTest::newRow("no element for the thumbnail")
         << bookmarks << bookmark("u", "T", "")
-        << finding("bookmark.xml", "entry 0 (T) has no element thumbnail",
-                   "the browser shows no thumbnail for it or any bookmark behind it",
-                   "remove the bookmark and add it anew");
+        << finding("bookmark.xml", "entry 0 (T) has no thumbnail element",
+                   "the browser shows no thumbnail for it or any bookmark after it",
+                   "remove the bookmark and add it again");
     QTest::newRow("missing thumbnail")
         << bookmarks << bookmark("u", "T", "<thumbnail>000007.PNG</thumbnail>")
         << finding("bookmark.xml", "entry 0 (T) names thumbnail/000007.PNG, which is missing",
@@ -181,7 +181,8 @@ void tst_check::check_finds_data()
         << common
         << QByteArray("<repostry_common><cookie><acceptCookie>No</acceptCookie></cookie>"
                       "</repostry_common>")
-        << finding("repostry.xml", "cookie.acceptCookie: 'No' is no word of the browser",
+        << finding("repostry.xml",
+                   "cookie.acceptCookie: 'No' is not a value that the browser knows",
                    "the browser uses its default 'accept'",
                    "run 'velmora-profile prefs set' with accept or refuse");
     QTest::newRow("host of 254 bytes")
@@ -276,14 +277,14 @@ void tst_check::check_findsFilesThatOthersCanRead()
     QFile::setPermissions(directory.file(file.constData()),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
     COMPARE_RUN(runTool(directory, "check %"), 1,
-                finding(file.constData(), "others than its owner can read or write it",
-                        "every account of the device can get at the secrets in it",
+                finding(file.constData(), "users other than its owner can read or write it",
+                        "every account on the device can get at the secrets in it",
                         "run 'chmod 600' on it, or 'velmora-profile repair'")
                     + "1 finding\n",
                 "");
-    COMPARE_RUN(runTool(directory, "repair %"), 0,
-                file + ": others than its owner could read or write it: now its mode is 0600\n",
-                "");
+    COMPARE_RUN(
+        runTool(directory, "repair %"), 0,
+        file + ": users other than its owner could read or write it: its mode is now 0600\n", "");
     COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
@@ -295,12 +296,12 @@ void tst_check::check_findsWhatAnInterruptedSaveLeft_data()
                                    "thumbnail/000001.PNG.aaAaaa", "thumbnail/.velmora-save-1-1"}) {
         QTest::newRow(file) << QByteArray(file)
                             << finding(file, "a temporary file that was left behind",
-                                       "none; it takes space, and may hold secrets",
+                                       "none; it takes up space, and may hold secrets",
                                        "remove it when no browser is running");
     }
     QTest::newRow("lock") << QByteArray("cookie.ini.lock")
                           << finding("cookie.ini.lock", "a lock that was left behind",
-                                     "the next save of the cookies may wait for it half a minute",
+                                     "the next save of the cookies may wait half a minute for it",
                                      "remove it when no browser is running");
 }
 
@@ -358,7 +359,7 @@ void tst_check::check_failsOnWhatCannotBeRead()
     QVERIFY(QDir(directory.path()).mkdir(utf8("visit.xml")));
     COMPARE_RUN(runTool(directory, "check %"), 2,
                 finding("visit.xml", "it cannot be read",
-                        "the browser starts without what it holds", "see to its owner and mode")
+                        "the browser starts without what it holds", "check its owner and mode")
                     + "1 finding\n",
                 "");
 }

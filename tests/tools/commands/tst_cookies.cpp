@@ -90,8 +90,8 @@ void tst_cookies::cookies_loseHttpOnlyAloudAndNotStrictly()
     const TestDirectory directory;
     writeGoodProfile(directory);
     COMPARE_RUN(runTool(directory, "cookies to-xml % --strict"), 2, "",
-                "velmora-profile: lost: sid of .a.example/: the document has no room for HttpOnly\n"
-                "velmora-profile: 1 loss, and --strict was asked for; nothing was changed\n");
+                "velmora-profile: lost: sid of .a.example/: the document cannot hold HttpOnly\n"
+                "velmora-profile: 1 loss, and --strict is set; nothing was changed\n");
     QVERIFY(!exists(directory.file("cookie.xml")));
     QFile::remove(directory.file("cookie.ini"));
     COMPARE_RUN(runTool(directory, "cookies to-xml %"), 2, "",
@@ -124,7 +124,7 @@ void tst_cookies::cookies_areNotReplacedByWhatIsNone_data()
     QTest::newRow("blank") << QByteArray(" \n") << QByteArray("is empty; nothing was changed");
     QTest::newRow("another kind") << QByteArray(
         "<bookmarks><bookmark><href>u</href></bookmark></bookmarks>")
-                                  << QByteArray("is no cookie document; nothing was changed");
+                                  << QByteArray("is not a cookie document; nothing was changed");
     QTest::newRow("damaged") << QByteArray("<cookie>\n<webSiteInfo id=\"000\"><website>w</website>"
                                            "<name>n</name></webSiteInfo>\n<webSiteInfo>")
                              << QByteArray("is damaged at line 3, ");
@@ -158,7 +158,7 @@ void tst_cookies::cookies_replaceNoDocumentOfAnotherKind()
     const QByteArray before = contentsOf(directory.path());
     COMPARE_RUN(runTool(directory, "cookies to-xml % %bookmark.xml"), 2, "",
                 "velmora-profile: '" + directory.path().toUtf8()
-                    + "bookmark.xml' is no cookie document; nothing was changed\n");
+                    + "bookmark.xml' is not a cookie document; nothing was changed\n");
     COMPARE_BYTES(contentsOf(directory.path()), before);
     writeFile(directory.file("new.xml"), "");
     QCOMPARE(runTool(directory, "cookies to-xml % %new.xml").status, 0);
@@ -195,7 +195,7 @@ void tst_cookies::cookies_stayWhereNewOnesDoNotFit()
     const ToolRun run = runInBlocks(blocks, directory, "cookies import % %cookies.txt");
 
     COMPARE_BYTES(run.errors, "velmora-profile: cookie.ini could not be written; nothing was "
-                              "changed, look at the space for temporary files\n");
+                              "changed; check the free space for temporary files\n");
     QCOMPARE(run.status, 2);
     COMPARE_BYTES(contentsOf(directory.path()), before);
 }

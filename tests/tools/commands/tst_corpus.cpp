@@ -237,8 +237,9 @@ void tst_corpus::percentSigns_standAsTheyAre()
     QVERIFY(runTool(directory, "repair % --dry-run")
                 .output.contains("  lost: %1%2%3, line 1: its end is missing\n"));
     writeFile(directory.file("bookmark.xml"), "<bookmarks/>");
-    COMPARE_RUN(runTool({utf8("bookmarks"), utf8("remove"), directory.path(), utf8("%2")}), 2, "",
-                "velmora-profile: '%2' is no id; there are 0, the first is 0, 'list' shows them\n");
+    COMPARE_RUN(
+        runTool({utf8("bookmarks"), utf8("remove"), directory.path(), utf8("%2")}), 2, "",
+        "velmora-profile: '%2' is not an id; there are 0, numbered from 0; 'list' shows them\n");
 }
 
 QTEST_GUILESS_MAIN(tst_corpus)

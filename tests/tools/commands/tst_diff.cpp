@@ -51,7 +51,7 @@ void tst_diff::diff_tellsEntriesApart()
                 "  - http://a.example/\n"
                 "  + http://c.example/\n"
                 "visit.xml\n"
-                "  the same entries in another order\n"
+                "  the same entries in a different order\n"
                 "authinfo.xml\n"
                 "  ~ host.example:8080: password '********' is '********'\n"
                 "fontlist.xml\n"

@@ -121,8 +121,7 @@ void tst_exchange::bookmarks_leaveTheirFolders()
                                          + xbelBookmark("http://c/", "C") + "</folder></folder>"));
     const QByteArray lost = "velmora-profile: lost: C: its folder Outer / Inner\n";
     COMPARE_RUN(runTool(directory, "bookmarks import % %in --strict"), 2, "",
-                lost
-                    + "velmora-profile: 1 loss, and --strict was asked for; nothing was changed\n");
+                lost + "velmora-profile: 1 loss, and --strict is set; nothing was changed\n");
     QVERIFY(!exists(directory.file("bookmark.xml")));
     COMPARE_RUN(runTool(directory, "bookmarks import % %in"), 0,
                 "XBEL: 1 bookmark was added, 1 loss\n", lost);
@@ -161,7 +160,7 @@ void tst_exchange::bookmarks_behindThe999thAreListed()
     const ToolRun run = runTool(directory, "bookmarks import % %in");
     QCOMPARE(run.status, 0);
     COMPARE_BYTES(run.output, "XBEL: 999 bookmarks were added, 9001 losses\n");
-    QCOMPARE(run.errors.count("the list is full with 999\n"), 9001);
+    QCOMPARE(run.errors.count("the list already holds 999 entries\n"), 9001);
     QCOMPARE(jsonOf(runTool(directory, "bookmarks list % --json")).array().size(), 999);
 }
 
@@ -223,7 +222,7 @@ void tst_exchange::strictImports_changeNothing()
     QVERIFY(losses > 0);
     const QByteArray counted = QByteArray::number(losses) + (losses == 1 ? " loss" : " losses");
     QVERIFY2(run.errors.endsWith("\nvelmora-profile: " + counted
-                                 + ", and --strict was asked for; nothing was changed\n"),
+                                 + ", and --strict is set; nothing was changed\n"),
              run.errors.constData());
     QCOMPARE(run.errors.count('\n'), losses + 1);
     COMPARE_BYTES(contentsOf(directory.path()), before);
@@ -255,7 +254,7 @@ void tst_exchange::strictExports_writeNothing()
     const ToolRun run = runTool(directory, command.constData());
     QCOMPARE(run.status, 2);
     QVERIFY2(run.errors.startsWith("velmora-profile: lost: a")
-                 && run.errors.endsWith("\nvelmora-profile: 1 loss, and --strict was asked for; "
+                 && run.errors.endsWith("\nvelmora-profile: 1 loss, and --strict is set; "
                                         "nothing was changed\n")
                  && run.errors.count('\n') == 2,
              run.errors.constData());

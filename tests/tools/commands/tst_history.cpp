@@ -87,8 +87,7 @@ void tst_history::history_warnsOfDatesThatDoNotParse()
     const QByteArray lost = "velmora-profile: lost: http://old/: its date '2026/1/2 3:4' does not "
                             "parse and is written empty\n";
     COMPARE_RUN(runTool(directory, "history add % http://x/ --strict"), 2, "",
-                lost
-                    + "velmora-profile: 1 loss, and --strict was asked for; nothing was changed\n");
+                lost + "velmora-profile: 1 loss, and --strict is set; nothing was changed\n");
     COMPARE_BYTES(readFile(directory.file("visit.xml")), document);
     COMPARE_RUN(runTool(directory, "history add % http://x/"), 0, "", lost);
     QVERIFY(readFile(directory.file("visit.xml")).contains("<dateTime/>"));

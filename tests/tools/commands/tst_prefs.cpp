@@ -107,8 +107,8 @@ void tst_prefs::prefs_limitsBytes_data()
                 {"font.fontName", 256, "bytes of UTF-8"}};
     for (const auto &row : rows) {
         const QByteArray refusal = QByteArray("velmora-profile: ") + row.name + " takes at most "
-                                   + QByteArray::number(row.limit) + " " + row.unit + "; these are "
-                                   + QByteArray::number(row.limit + 1) + "\n";
+                                   + QByteArray::number(row.limit) + " " + row.unit
+                                   + "; the value has " + QByteArray::number(row.limit + 1) + "\n";
         const QString fits = QString(row.limit - 3, QLatin1Char('a')) + utf8("\xe3\x81\x82");
         QTest::newRow(QByteArray(row.name) + ", last accepted")
             << utf8(row.name) << fits << QByteArray();
@@ -149,10 +149,9 @@ void tst_prefs::prefs_tellWhatTheFileCannotHold()
     writeGoodProfile(directory);
     const QByteArray before = contentsOf(directory.path());
     const QByteArray lost =
-        "velmora-profile: lost: pageInfo.home: the file cannot hold all its characters\n";
+        "velmora-profile: lost: pageInfo.home: it has characters that the file cannot hold\n";
     COMPARE_RUN(runTool(directory, "prefs set % pageInfo.home http://x/\x01\x1b! --strict"), 2, "",
-                lost
-                    + "velmora-profile: 1 loss, and --strict was asked for; nothing was changed\n");
+                lost + "velmora-profile: 1 loss, and --strict is set; nothing was changed\n");
     COMPARE_BYTES(contentsOf(directory.path()), before);
     COMPARE_RUN(runTool(directory, "prefs set % pageInfo.home http://x/\x01\x1b!"), 0, "", lost);
     COMPARE_RUN(runTool(directory, "prefs get % pageInfo.home"), 0, "http://x/!\n", "");
@@ -163,8 +162,8 @@ void tst_prefs::prefs_readsThePasswordFromStandardInput()
 {
     const TestDirectory directory;
     COMPARE_RUN(runTool(directory, "prefs set % proxy.proxyUserPass word"), 2, "",
-                "velmora-profile: proxy.proxyUserPass is read from standard input, where others do "
-                "not see it; leave it out of the command line\n");
+                "velmora-profile: proxy.proxyUserPass is read from standard input, where others "
+                "cannot see it; do not put it on the command line\n");
     COMPARE_RUN(runTool(directory, "prefs set % proxy.proxyUserPass", "ge heim\nmore\n"), 0, "",
                 "");
     COMPARE_RUN(runTool(directory, "prefs get % proxy.proxyUserPass"), 0, "********\n", "");
@@ -172,7 +171,7 @@ void tst_prefs::prefs_readsThePasswordFromStandardInput()
                 "ge heim\n", "");
     COMPARE_RUN(runTool(directory, "prefs set % proxy.proxyUserPass", QByteArray(81, 'x') + "\n"),
                 2, "",
-                "velmora-profile: proxy.proxyUserPass takes at most 80 bytes; these are 81\n");
+                "velmora-profile: proxy.proxyUserPass takes at most 80 bytes; the value has 81\n");
     QCOMPARE(QFileInfo(directory.file("repostry.xml")).permissions()
                  & (QFile::ReadGroup | QFile::ReadOther),
              QFile::Permissions());
@@ -190,7 +189,7 @@ void tst_prefs::prefs_saysWhatTheBrowserDoesNotUse()
                 "velmora-profile: proxy.portHTTP: 6 bytes, over the limit of 5: the browser uses "
                 "the default '8080'\n");
     COMPARE_RUN(runTool(directory, "prefs get % cookie.acceptCookie"), 0, "perhaps\n",
-                "velmora-profile: cookie.acceptCookie: the browser does not know this word: the "
+                "velmora-profile: cookie.acceptCookie: the browser does not know this value: the "
                 "browser uses the default 'accept'\n");
 }
 

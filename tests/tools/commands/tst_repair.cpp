@@ -93,14 +93,15 @@ void tst_repair::repair_changesNothingOnADryRun()
     writeFile(directory.file("fontlist.xml"), "<fontlist><font>A</font><font>B");
     writeFile(directory.file("cookie.xml"), "<cookie/>");
     const QByteArray before = contentsOf(directory.path());
-    COMPARE_RUN(runTool(directory, "repair % --dry-run"), 1,
-                "fontlist.xml: damaged at line 1, column 31: Premature end of document. (1 entry "
-                "before it)\n"
-                "  kept: A\n"
-                "  lost: B, line 1: its end is missing\n"
-                "cookie.xml: others than its owner could read or write it: now its mode is 0600\n"
-                "nothing was changed: this was a dry run\n",
-                "");
+    COMPARE_RUN(
+        runTool(directory, "repair % --dry-run"), 1,
+        "fontlist.xml: damaged at line 1, column 31: Premature end of document. (1 entry "
+        "before it)\n"
+        "  kept: A\n"
+        "  lost: B, line 1: its end is missing\n"
+        "cookie.xml: users other than its owner could read or write it: its mode is now 0600\n"
+        "nothing was changed: this was a dry run\n",
+        "");
     COMPARE_BYTES(contentsOf(directory.path()), before);
     QVERIFY(QFileInfo(directory.file("cookie.xml")).permission(QFile::ReadOther));
 }
@@ -292,12 +293,12 @@ void tst_repair::repair_namesAndNumbers()
     writeFile(directory.file("cookie.xml"),
               "<cookie docInfo=\"1.0\"><webSiteInfo id=\"0\"><name>n</name></webSiteInfo>"
               "<webSiteInfo id=\"0\"><name>m</name></webSiteInfo></cookie>");
-    COMPARE_BYTES(withoutCopies(runTool(directory, "repair %").output),
-                  "cookie.xml: its entries are not numbered from 0\n"
-                  "  kept: n\n"
-                  "  kept: m\n"
-                  "cookie.xml: others than its owner could read or write it: now its mode is "
-                  "0600\n");
+    COMPARE_BYTES(
+        withoutCopies(runTool(directory, "repair %").output),
+        "cookie.xml: its entries are not numbered from 0\n"
+        "  kept: n\n"
+        "  kept: m\n"
+        "cookie.xml: users other than its owner could read or write it: its mode is now 0600\n");
     COMPARE_BYTES(readFile(directory.file("cookie.xml")),
                   QByteArray(kHead)
                       + "<cookie docInfo=\"1.0\">\n    <webSiteInfo id=\"000\">\n"
@@ -323,7 +324,7 @@ void tst_repair::repair_keepsTheFirst999()
     writeFile(directory.file("fontlist.xml"), fonts(entries));
     const ToolRun run = runTool(directory, "repair %");
     QCOMPARE(run.status, 1);
-    QVERIFY(run.output.contains("  lost: 999: it stands behind the 999th, where the library cannot "
+    QVERIFY(run.output.contains("  lost: 999: it comes after the 999th, where the library cannot "
                                 "reach it\n  lost: 1000: "));
     QCOMPARE(jsonOf(runTool(directory, "fonts list % --json")).array().size(), 999);
 }
@@ -412,7 +413,7 @@ void tst_repair::repair_tellsOfACookieFileThatCannotBeRead()
     const TestDirectory directory;
     QVERIFY(QDir(directory.path()).mkdir(utf8("cookie.ini")));
     COMPARE_RUN(runTool(directory, "repair %"), 2, "nothing to repair\n",
-                "velmora-profile: cookie.ini cannot be read; see to its owner and mode\n");
+                "velmora-profile: cookie.ini cannot be read; check its owner and mode\n");
 }
 
 QTEST_GUILESS_MAIN(tst_repair)

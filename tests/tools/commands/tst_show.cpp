@@ -53,7 +53,7 @@ void tst_show::show_listsEveryFile()
                       "\n1 finding\n"
                       "visit.xml: it is empty\n"
                       "  means: the browser starts without what it should hold\n"
-                      "  to do: restore it, or remove it to start anew\n",
+                      "  to do: restore it, or remove it to start afresh\n",
                 "");
 }
 

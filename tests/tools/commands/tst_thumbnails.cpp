@@ -124,13 +124,11 @@ void tst_thumbnails::thumbnails_areUnpackedIntoTheProfileAlone()
               "<thumbnail><image src=\"../evil.PNG\"><![CDATA[AAAA]]></image>"
               "<image src=\"plain.PNG\">AAAA</image><image><![CDATA[AAAA]]></image>"
               "<image src=\"good.PNG\"><![CDATA[AAAA]]></image></thumbnail>");
-    COMPARE_RUN(runTool(directory, "thumbnails unpack % %packed.xml"), 0, "good.PNG\n",
-                "velmora-profile: lost: ../evil.PNG: it is no packed image with a file name of its "
-                "own\n"
-                "velmora-profile: lost: plain.PNG: it is no packed image with a file name of its "
-                "own\n"
-                "velmora-profile: lost: image: it is no packed image with a file name of its "
-                "own\n");
+    COMPARE_RUN(
+        runTool(directory, "thumbnails unpack % %packed.xml"), 0, "good.PNG\n",
+        "velmora-profile: lost: ../evil.PNG: it is not a packed image with a file name of its own\n"
+        "velmora-profile: lost: plain.PNG: it is not a packed image with a file name of its own\n"
+        "velmora-profile: lost: image: it is not a packed image with a file name of its own\n");
     QVERIFY(!exists(directory.file("evil.PNG")));
     COMPARE_BYTES(readFile(directory.file("thumbnail/good.PNG")), QByteArray(3, '\0'));
 }

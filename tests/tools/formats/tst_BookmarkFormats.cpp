@@ -341,11 +341,11 @@ void tst_BookmarkFormats::readBookmarks_losesBytes_data()
     QTest::newRow("no UTF-8") << page(link("a\xff\xc3z"))
                               << found
                                      + "a\xef\xbf\xbd\xef\xbf\xbdz | u\n"
-                                       "lost: the page: 2 of its bytes are no utf-8\n";
+                                       "lost: the page: 2 of its bytes are not utf-8\n";
     QTest::newRow("no Shift_JIS") << "<DL><meta charset=shift_jis>" + link("a\xff z\xb1")
                                   << found
                                          + "a\xef\xbf\xbd z\xef\xbd\xb1 | u\n"
-                                           "lost: the page: 1 of its bytes are no shift_jis\n";
+                                           "lost: the page: 1 of its bytes are not shift_jis\n";
     QTest::newRow("NUL") << page(link("a" + QByteArray(1, '\0') + "z")
                                  + link("b", QByteArray(2, '\0') + "v"))
                          << found
@@ -354,10 +354,10 @@ void tst_BookmarkFormats::readBookmarks_losesBytes_data()
     const QByteArray wide = "\xff\xfe" + utf16(utf8("<DL><A HREF=u>a"), true);
     QTest::newRow("half a pair of UTF-16")
         << wide + QByteArray("\x00\xd8z\x00", 4)
-        << found + "a\xef\xbf\xbdz | u\nlost: the page: 1 of its bytes are no utf-16le\n";
+        << found + "a\xef\xbf\xbdz | u\nlost: the page: 1 of its bytes are not utf-16le\n";
     QTest::newRow("odd UTF-16")
         << wide + 'z'
-        << found + "a\xef\xbf\xbd | u\nlost: the page: 1 of its bytes are no utf-16le\n";
+        << found + "a\xef\xbf\xbd | u\nlost: the page: 1 of its bytes are not utf-16le\n";
 }
 
 void tst_BookmarkFormats::readBookmarks_losesBytes()
@@ -374,7 +374,7 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
     QTest::newRow("folder without a name")
         << page("<DT><H3></H3><DL>" + link("a") + "</DL><DT><H3> </H3><DL></DL>")
         << QByteArray("Netscape HTML\nbookmark: a | u | without a name\n"
-                      "lost: without a name: there is no place for an empty folder\n");
+                      "lost: without a name: a profile has no place for an empty folder\n");
     QTest::newRow("list without a heading")
         << page("<DL>" + link("a") + "</DL>") << QByteArray("Netscape HTML\nbookmark: a | u\n");
     QTest::newRow("fields of a folder without a name")
@@ -419,22 +419,22 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
     QTest::newRow("comment without an end")
         << page(link("a") + "<!-- " + link("b"))
         << QByteArray("Netscape HTML\nbookmark: a | u\n"
-                      "lost: line 7: what follows is in a comment without an end\n");
+                      "lost: line 7: what follows is in an unclosed comment\n");
     QTest::newRow("tag without an end")
         << "<DL>" + link("a") + "<A ID=x"
         << QByteArray("Netscape HTML\nbookmark: a | u\n"
-                      "lost: line 2: what follows is in a tag without an end\n"
+                      "lost: line 2: what follows is in an unclosed tag\n"
                       "lost: a bookmark: it has no address\n");
     QTest::newRow("value without an end")
         << "<DL>" + link("a") + "<A ID=\"x> y"
         << QByteArray("Netscape HTML\nbookmark: a | u\n"
-                      "lost: line 2: what follows is in a value without an end\n"
-                      "lost: line 2: what follows is in a tag without an end\n"
+                      "lost: line 2: what follows is in an unclosed value\n"
+                      "lost: line 2: what follows is in an unclosed tag\n"
                       "lost: a bookmark: it has no address\n");
     QTest::newRow("end tag without an end")
         << "<DL>" + link("a") + "<DT><A HREF=v>b</A <DT>"
         << QByteArray("Netscape HTML\nbookmark: a | u\nbookmark: b | v\n"
-                      "lost: line 2: what follows is in a tag without an end\n");
+                      "lost: line 2: what follows is in an unclosed tag\n");
     QTest::newRow("heading of each size")
         << page("<H2>2</H2><DL>" + link("a") + "</DL><H4>4</H4><DL>" + link("b")
                 + "</DL><H6>6</H6><DL>" + link("c") + "</DL>")
@@ -445,7 +445,7 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
     QTest::newRow("folders without an end")
         << "<DL><DT><H3>e</H3><DL><DT><H3>f</H3><DL>" + link("a") + "<DT><H3>g</H3><DL>"
         << QByteArray("Netscape HTML\nbookmark: a | u | e | f\n"
-                      "lost: g: there is no place for an empty folder\n");
+                      "lost: g: a profile has no place for an empty folder\n");
     QTest::newRow("no bookmarks") << page("") << QByteArray("Netscape HTML\n");
     QTest::newRow("XBEL: element in a title")
         << xbel("<bookmark href=\"u\"><title>a<b>c</b><folder/>z</title></bookmark>")
@@ -459,12 +459,12 @@ void tst_BookmarkFormats::readBookmarks_listsLosses_data()
     QTest::newRow("XBEL: text outside")
         << xbel("words <bookmark href=\"u\">more<title>a</title></bookmark>")
         << QByteArray("XBEL\nbookmark: a | u\n"
-                      "lost: words: it is a text outside of all titles\n"
-                      "lost: more: it is a text outside of all titles\n");
+                      "lost: words: it is text outside all titles\n"
+                      "lost: more: it is text outside all titles\n");
     QTest::newRow("XBEL: folder without a name")
         << xbel("<folder id=\"x\"><title/><bookmark href=\"u\"/></folder><folder/>")
         << QByteArray("XBEL\nbookmark:  | u | without a name\nlost: a folder: its id\n"
-                      "lost: without a name: there is no place for an empty folder\n");
+                      "lost: without a name: a profile has no place for an empty folder\n");
     QTest::newRow("XBEL: prefix that nothing declares")
         << QByteArray("<xbel x:a=\"b\"><bookmark href=\"u\"><x:icon/></bookmark></xbel>")
         << QByteArray("XBEL\nbookmark:  | u\nlost: u: its x:icon\n");
@@ -508,19 +508,19 @@ void tst_BookmarkFormats::readBookmarks_refuses_data()
     QTest::newRow("zeros") << QByteArray(1000, '\0') << other;
     QTest::newRow("unknown encoding of a page")
         << QByteArray("<dl><meta charset=no-such><a href=u>")
-        << utf8("its encoding 'no-such' is not known");
+        << utf8("its encoding 'no-such' is unknown");
     QTest::newRow("longest name of an encoding")
         << "<dl><meta charset=" + QByteArray(3000, 'x') + "><a href=u>"
         << utf8("its encoding '") + QString(100, QLatin1Char('x'))
-               + utf8("\xe2\x80\xa6' is not known");
+               + utf8("\xe2\x80\xa6' is unknown");
     QTest::newRow("unknown encoding of a document")
         << QByteArray("<?xml version=\"1.0\" encoding=\"no-such\"?><xbel/>")
-        << utf8("its encoding 'no-such' is not known");
+        << utf8("its encoding 'no-such' is unknown");
     QTest::newRow("XBEL with other bytes")
         << xbel("<bookmark href=\"u\"><title>\xff</title></bookmark>")
-        << utf8("it is damaged: it holds bytes that are no utf-8");
+        << utf8("it is damaged: it holds bytes that are not utf-8");
     QTest::newRow("XBEL that ends early") << QByteArray("<xbel>\n<folder>")
-                                          << utf8("it is damaged in line 2: Premature end of "
+                                          << utf8("it is damaged at line 2: Premature end of "
                                                   "document.");
 }
 
@@ -599,7 +599,8 @@ void tst_BookmarkFormats::readBookmarks_takes256Folders()
                                     + "<bookmark href=\"u\"/>" + repeated("</folder>", 256 + over))
                              : page(repeated("<DT><H3>f</H3><DL>", 255 + over) + link("a"));
         const BookmarkImport import = readBookmarks(content);
-        QCOMPARE(import.error, over ? utf8("it has over 256 folders one in the other") : QString());
+        QCOMPARE(import.error,
+                 over ? utf8("its folders are nested more than 256 deep") : QString());
         if (!over) {
             QCOMPARE(import.bookmarks.size(), 1);
             QCOMPARE(import.bookmarks.at(0).folders.size(), format == "xbel" ? 256 : 255);

@@ -148,16 +148,16 @@ void tst_CookieFormat::readCookiesTxt_listsLosses_data()
     QTest::addColumn<QByteArray>("expected");
     const QByteArray lost = "lost: line 2: ";
     QTest::newRow("five fields") << QByteArray("a\tFALSE\t/\tFALSE\t0")
-                                 << lost + "it has 5 instead of 7 fields\n";
+                                 << lost + "it has 5 fields instead of 7\n";
     QTest::newRow("eight fields") << QByteArray("a\tFALSE\t/\tFALSE\t0\tn\tv\tw")
-                                  << lost + "it has 8 instead of 7 fields\n";
-    QTest::newRow("words") << QByteArray("some words") << lost + "it has 1 instead of 7 fields\n";
+                                  << lost + "it has 8 fields instead of 7\n";
+    QTest::newRow("words") << QByteArray("some words") << lost + "it has 1 fields instead of 7\n";
     QTest::newRow("tabulators alone")
-        << QByteArray(1000000, '\t') << lost + "it has 1000001 instead of 7 fields\n";
+        << QByteArray(1000000, '\t') << lost + "it has 1000001 fields instead of 7\n";
     const QByteArray neither = lost + "its second or fourth field is neither TRUE nor FALSE\n";
     QTest::newRow("second field") << QByteArray("a\tYES\t/\tFALSE\t0\tn\tv") << neither;
     QTest::newRow("fourth field") << QByteArray("a\tTRUE\t/\t\t0\tn\tv") << neither;
-    const QByteArray noNumber = lost + "its expiry is no number\n";
+    const QByteArray noNumber = lost + "its expiry is not a number\n";
     QTest::newRow("fraction") << QByteArray("a\tTRUE\t/\tTRUE\t1.5\tn\tv") << noNumber;
     QTest::newRow("word") << QByteArray("a\tTRUE\t/\tTRUE\tnever\tn\tv") << noNumber;
     QTest::newRow("too large a number")
@@ -166,11 +166,11 @@ void tst_CookieFormat::readCookiesTxt_listsLosses_data()
     QTest::newRow("no domain") << QByteArray("\tTRUE\t/\tTRUE\t0\tn\tv") << noName;
     QTest::newRow("dot alone") << QByteArray(".\tTRUE\t/\tTRUE\t0\tn\tv") << noName;
     QTest::newRow("no name") << QByteArray("a\tTRUE\t/\tTRUE\t0\t\tv") << noName;
-    const QByteArray noUtf8 = lost + "its domain or path is no UTF-8\n";
+    const QByteArray noUtf8 = lost + "its domain or path is not UTF-8\n";
     QTest::newRow("domain") << QByteArray("a\xff\tTRUE\t/\tTRUE\t0\tn\tv") << noUtf8;
     QTest::newRow("path") << QByteArray("a\tTRUE\t/\xff\tTRUE\t0\tn\tv") << noUtf8;
     const QByteArray nearest =
-        lost + "its expiry is not between 1970 and 9999 and becomes the nearest\n";
+        lost + "its expiry is not between 1970 and 9999 and becomes the nearest date that is\n";
     QTest::newRow("before 1970") << QByteArray("a\tFALSE\t/\tFALSE\t-1\tn\tv")
                                  << "n=v; expires=Thu, 01-Jan-1970 00:00:01 GMT; domain=a; path=/\n"
                                         + nearest;
@@ -193,10 +193,10 @@ void tst_CookieFormat::readCookiesTxt_refuses_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QByteArray>("error");
-    const QByteArray other = "it holds no line of a cookies.txt\n";
+    const QByteArray other = "it holds no line of a cookies.txt file\n";
     QTest::newRow("nothing") << QByteArray() << other;
     QTest::newRow("text") << QByteArray("one\n")
-                          << other + "lost: line 1: it has 1 instead of 7 fields\n";
+                          << other + "lost: line 1: it has 1 fields instead of 7\n";
     QTest::newRow("comments") << QByteArray("# one\n") << other;
     QTest::newRow("title alone") << QByteArray(kTitle) << QByteArray();
     QTest::newRow("shorter title alone") << QByteArray("# HTTP Cookie File\n") << QByteArray();
@@ -273,11 +273,12 @@ void tst_CookieFormat::writeCookiesTxt_listsLosses_data()
     QTest::newRow("domain") << cookie(utf8("a\tb"), path, "n", "v") << QByteArray() << control;
     QTest::newRow("path") << cookie(domain, utf8("/\r"), "n", "v") << QByteArray() << control;
     QTest::newRow("comment") << cookie(utf8("#a"), path, "n", "v") << QByteArray()
-                             << utf8("a line that begins like its domain is a comment");
-    const QString without = utf8("a line cannot do without a domain and a name");
+                             << utf8("a line that begins as its domain does is a comment");
+    const QString without = utf8("a line needs a domain and a name");
     QTest::newRow("no domain") << cookie(QString(), path, "n", "v") << QByteArray() << without;
     QTest::newRow("no name") << cookie(domain, path, "", "v") << QByteArray() << without;
-    const QString nearest = utf8("its expiry is not between 1970 and 9999 and becomes the nearest");
+    const QString nearest =
+        utf8("its expiry is not between 1970 and 9999 and becomes the nearest date that is");
     QTest::newRow("before 1970") << cookie(domain, path, "n", "v", -1)
                                  << QByteArray("a.example\tFALSE\t/\tFALSE\t1\tn\tv\n") << nearest;
     QNetworkCookie atOnce = cookie(domain, path, "n", "v");

@@ -87,7 +87,7 @@ void tst_Console::deadline_endsTheToolWithOneLine()
         },
         &status);
     QCOMPARE(errors, QByteArray("velmora-profile: reading the file takes too long; nothing was "
-                                "changed, look at what it is\n"));
+                                "changed; check what it is\n"));
     QVERIFY(isExit(status, Failed));
 }
 

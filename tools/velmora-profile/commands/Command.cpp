@@ -84,7 +84,8 @@ QString split(const QStringList &arguments, QStringList *words, QHash<QString, Q
         }
         // A mistaken option must not become data.
         if (!argument.startsWith(text("--"))) {
-            return text("'%1' is no option; --help lists them, and an operand like it follows --")
+            return text("unknown option '%1'; see --help, or put -- before operands that start "
+                        "with a dash")
                 .arg(argument);
         }
         const QString name = argument.section(QLatin1Char('='), 0, 0).mid(2);
@@ -114,13 +115,12 @@ int failUnknown(const QStringList &words)
 {
     const QStringList actions = words.isEmpty() ? QStringList() : actionsOf(words.at(0));
     if (!actions.isEmpty()) {
-        return fail(
-            text("'%1' is followed by one of: %2").arg(words.at(0), actions.join(text(", "))));
+        return fail(text("'%1' needs one of: %2").arg(words.at(0), actions.join(text(", "))));
     }
     if (words.isEmpty()) {
-        return fail(text("name a command and the folder of a profile; --help lists the commands"));
+        return fail(text("name a command and the folder of a profile; see --help"));
     }
-    return fail(text("'%1' is no command; --help lists them").arg(words.at(0)));
+    return fail(text("unknown command '%1'; see --help").arg(words.at(0)));
 }
 
 QString unknownOption(const Command &command, const QHash<QString, QString> &options)
@@ -152,13 +152,13 @@ QString enter(const Command &command, const QString &directory)
         return text("'%1' does not exist; name the folder of a profile").arg(directory);
     }
     if (!folder.isDir()) {
-        return text("'%1' is no folder; name the folder of a profile").arg(directory);
+        return text("'%1' is not a folder; name the folder of a profile").arg(directory);
     }
     if (!folder.isReadable() || !QDir::setCurrent(directory)) {
         return text("'%1' cannot be read; ask its owner for permission").arg(directory);
     }
     if (command.access == Writes && !QFileInfo(QDir::currentPath()).isWritable()) {
-        return text("'%1' cannot be written to; nothing was changed, ask its owner for permission")
+        return text("'%1' cannot be written to; nothing was changed; ask its owner for permission")
             .arg(directory);
     }
     return QString();
@@ -168,15 +168,14 @@ int run(const Command &command, Call call)
 {
     const QString option = unknownOption(command, call.options);
     if (!option.isEmpty()) {
-        return fail(
-            text("'%1' has no option --%2; --help lists them").arg(nameOf(command), option));
+        return fail(text("'%1' has no option --%2; see --help").arg(nameOf(command), option));
     }
     if (!setLogLevel(call)) {
         return fail(text("--log-level takes a number; 0 is silent, 3 is everything"));
     }
     const int given = int(call.operands.size());
     if (call.directory.isEmpty() || given < command.fewest || given > command.most) {
-        return fail(text("'%1' is followed by: %2").arg(nameOf(command), text(command.operands)));
+        return fail(text("'%1' takes: %2").arg(nameOf(command), text(command.operands)));
     }
     const QString error = enter(command, call.directory);
     return error.isEmpty() ? command.run(call) : fail(error);

@@ -29,7 +29,7 @@ int profile::tellLosses(const Call &call, const QList<Loss> &losses)
     if (losses.isEmpty() || !call.has("strict")) {
         return Done;
     }
-    return fail(text("%1, and --strict was asked for; nothing was changed")
+    return fail(text("%1, and --strict is set; nothing was changed")
                     .arg(counted(losses.size(), "loss", "losses")));
 }
 

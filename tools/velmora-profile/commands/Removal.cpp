@@ -18,7 +18,7 @@ bool readIds(const Call &call, int count, QList<int> *ids)
         bool isNumber = false;
         const int id = operand.toInt(&isNumber);
         if (!isNumber || id < 0 || id >= count) {
-            warn(text("'%1' is no id; there are %2, the first is 0, 'list' shows them")
+            warn(text("'%1' is not an id; there are %2, numbered from 0; 'list' shows them")
                      .arg(operand, QString::number(count)));
             return false;
         }

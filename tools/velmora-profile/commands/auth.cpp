@@ -55,7 +55,7 @@ QString refusalOf(const VLMS_AuthInfo &info)
     }
     return isKept(info.hostName) && isKept(info.portNum)
                ? QString()
-               : text("the file cannot hold all characters of host and port");
+               : text("host or port has characters that the file cannot hold");
 }
 
 int listCredentials(const Call &call)
@@ -89,7 +89,7 @@ int addCredentials(const Call &call)
         return Failed;
     }
     if (store().getXMLNodeCnt() >= kMaxEntries) {
-        return fail(text("the list is full with %1; remove some first").arg(kMaxEntries));
+        return fail(text("the list already holds %1 entries; remove some first").arg(kMaxEntries));
     }
     VLMS_AuthInfo info = {call.operands.at(0), call.operands.at(1),
                           static_cast<unsigned char>(scheme), call.operands.at(3).toUtf8(),

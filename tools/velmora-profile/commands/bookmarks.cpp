@@ -31,7 +31,7 @@ Fitting fit(const BookmarkRecord &bookmark, int count)
 {
     const QString entry = bookmark.title.isEmpty() ? bookmark.url : bookmark.title;
     if (count >= kMaxEntries) {
-        return {false, {{entry, text("the list is full with %1").arg(kMaxEntries)}}};
+        return {false, {{entry, text("the list already holds %1 entries").arg(kMaxEntries)}}};
     }
     if (utf8Bytes(bookmark.url) > kMaxUrlBytes) {
         return {false,
@@ -46,7 +46,7 @@ Fitting fit(const BookmarkRecord &bookmark, int count)
                                           .arg(kMaxTitleBytes)});
     }
     if (!isKept(bookmark.title) || !isKept(bookmark.url)) {
-        fitting.losses.append({entry, text("the file cannot hold all its characters")});
+        fitting.losses.append({entry, text("it has characters that the file cannot hold")});
     }
     if (!bookmark.folders.isEmpty()) {
         fitting.losses.append(

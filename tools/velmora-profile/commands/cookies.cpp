@@ -42,7 +42,7 @@ int refuseToUse(const CookieFile &file)
         return failUnreadable(text(kCookieIni));
     }
     if (file.state == Document::Damaged) {
-        return fail(text("cookie.ini is damaged: %1; nothing was changed, run 'velmora-profile "
+        return fail(text("cookie.ini is damaged: %1; nothing was changed; run 'velmora-profile "
                          "repair' first")
                         .arg(file.damage));
     }
@@ -57,10 +57,10 @@ bool isKeptByIni(const QNetworkCookie &cookie)
 
 // The conversions take local paths of Latin-1 alone, so they run in a folder of the tool's own.
 // Sessions pass through it: an interruption waits until it is gone.
-class Workshop
+class ScratchFolder
 {
 public:
-    Workshop() : m_document(m_folder.path() + text("/cookie.xml")) {}
+    ScratchFolder() : m_document(m_folder.path() + text("/cookie.xml")) {}
 
     bool isReady() const { return m_folder.isValid(); }
     QString folder() const { return m_folder.path() + QLatin1Char('/'); }
@@ -82,8 +82,8 @@ QString documentPath(const Call &call)
 
 int failWithoutSpace()
 {
-    return fail(text("there is no room for temporary files; nothing was changed, set TMPDIR to a "
-                     "folder with space"));
+    return fail(text("there is no space for temporary files; nothing was changed; set TMPDIR to a "
+                     "folder with free space"));
 }
 
 // Whether a conversion reads the document or merges into it.
@@ -99,19 +99,20 @@ int refuseToConvert(const Document &document, Purpose purpose)
         return fail(text("'%1' is empty; nothing was changed").arg(document.path()));
     }
     if (document.state() == Document::Damaged) {
-        return fail(text("'%1' is %2; nothing was changed, repair it first")
+        return fail(text("'%1' is %2; nothing was changed; repair it first")
                         .arg(document.path(), damageText(document.damage())));
     }
     if (!isEmpty && document.rootName() != text(document.type().rootName)) {
-        return fail(text("'%1' is no cookie document; nothing was changed").arg(document.path()));
+        return fail(
+            text("'%1' is not a cookie document; nothing was changed").arg(document.path()));
     }
     return Done;
 }
 
-// Puts the document into the workshop; a new target starts without one.
-int fetch(const QString &path, Purpose purpose, const Workshop &workshop)
+// Puts the document into the scratch folder; a new target starts without one.
+int fetch(const QString &path, Purpose purpose, const ScratchFolder &scratch)
 {
-    if (!workshop.isReady()) {
+    if (!scratch.isReady()) {
         return failWithoutSpace();
     }
     if (purpose == Target && isNew(path)) {
@@ -123,7 +124,7 @@ int fetch(const QString &path, Purpose purpose, const Workshop &workshop)
                != Done) {
         return Failed;
     }
-    return replaceFile(workshop.document(), content, OwnerAlone) ? Done : Failed;
+    return replaceFile(scratch.document(), content, OwnerAlone) ? Done : Failed;
 }
 
 QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
@@ -131,7 +132,7 @@ QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
     QList<Loss> losses;
     for (const QNetworkCookie &cookie : cookies) {
         if (cookie.isHttpOnly()) {
-            losses.append({nameOf(cookie), text("the document has no room for HttpOnly")});
+            losses.append({nameOf(cookie), text("the document cannot hold HttpOnly")});
         }
     }
     return losses;
@@ -140,7 +141,7 @@ QList<Loss> lossesOfXml(const QList<QNetworkCookie> &cookies)
 QList<Loss> lossesOfIni(const Document &document)
 {
     QList<Loss> losses;
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         const QString name =
             text("%1 of %2")
@@ -191,7 +192,7 @@ QList<QNetworkCookie> keptByIni(CookieImport *import)
         if (isKeptByIni(cookie)) {
             kept.append(cookie);
         } else {
-            import->losses.append({nameOf(cookie), text("cookie.ini cannot hold it as it is")});
+            import->losses.append({nameOf(cookie), text("cookie.ini cannot hold it unchanged")});
         }
     }
     return kept;
@@ -242,8 +243,8 @@ int listCookies(const Call &call)
 int cookiesToXml(const Call &call)
 {
     const CookieFile file = readCookieFile(text(kHere));
-    const Workshop workshop;
-    if (refuseToUse(file) != Done || fetch(documentPath(call), Target, workshop) != Done) {
+    const ScratchFolder scratch;
+    if (refuseToUse(file) != Done || fetch(documentPath(call), Target, scratch) != Done) {
         return Failed;
     }
     // An engine file that is not there would empty the document.
@@ -254,10 +255,10 @@ int cookiesToXml(const Call &call)
         return Failed;
     }
     QByteArray directory(kHere);
-    QByteArray document = workshop.localDocument();
+    QByteArray document = scratch.localDocument();
     store().convertCookieIniToXML(directory.data(), document.data());
     QByteArray content;
-    return readFile(workshop.document(), &content)
+    return readFile(scratch.document(), &content)
                    && writeFile(documentPath(call), content, OwnerAlone)
                ? Done
                : Failed;
@@ -265,19 +266,19 @@ int cookiesToXml(const Call &call)
 
 int cookiesToIni(const Call &call)
 {
-    const Workshop workshop;
+    const ScratchFolder scratch;
     if (refuseToUse(readCookieFile(text(kHere))) != Done
-        || fetch(documentPath(call), Source, workshop) != Done) {
+        || fetch(documentPath(call), Source, scratch) != Done) {
         return Failed;
     }
-    const Document source(documentType(CookieDocument), workshop.document());
+    const Document source(documentType(CookieDocument), scratch.document());
     if (tellLosses(call, lossesOfIni(source)) != Done) {
         return Failed;
     }
-    QByteArray document = workshop.localDocument();
-    QByteArray folder = workshop.localFolder();
+    QByteArray document = scratch.localDocument();
+    QByteArray folder = scratch.localFolder();
     store().convertCookieXMLToIni(document.data(), folder.data());
-    const CookieFile converted = readCookieFile(workshop.folder());
+    const CookieFile converted = readCookieFile(scratch.folder());
     // Without space for it there is none, or an empty one.
     if (converted.state == Document::Missing || converted.state == Document::Empty) {
         return failWithoutSpace();
@@ -332,7 +333,7 @@ QList<Command> cookiesCommands()
         {"cookies", "to-xml", "DIR [FILE]", 0, 1, "strict",
          "merge cookie.ini into a cookie document (cookie.xml)", Writes, cookiesToXml},
         {"cookies", "to-ini", "DIR [FILE]", 0, 1, "strict",
-         "replace cookie.ini by a cookie document (cookie.xml)", Writes, cookiesToIni},
+         "replace cookie.ini with a cookie document (cookie.xml)", Writes, cookiesToIni},
         {"cookies", "import", "DIR FILE", 1, 1, "strict dry-run json",
          "add the cookies of a cookies.txt file", Writes, importCookies},
         {"cookies", "export", "DIR FILE", 1, 1, "strict", "write cookie.ini as cookies.txt", Reads,

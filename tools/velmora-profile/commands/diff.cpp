@@ -54,24 +54,25 @@ QString pictureOf(const QString &directory, VLMC_XMLNode *bookmark)
     return text("picture %1").arg(QString::fromLatin1(digest.left(12)));
 }
 
-QString valueOf(const ComparedField &field, VLMC_XMLNode *entry, const QString &directory)
+QString valueOf(const ComparedField &compared, VLMC_XMLNode *entry, const QString &directory)
 {
-    switch (field.form) {
+    switch (compared.form) {
     case ComparedField::Picture:
         return pictureOf(directory, entry);
     case ComparedField::Encoded:
-        return decodedText(entry, field.element);
+        return decodedText(entry, compared.element);
     case ComparedField::Plain:
         break;
     }
-    return fieldText(entry, field.element);
+    return fieldText(entry, compared.element);
 }
 
 Record recordOf(const DocumentType &type, VLMC_XMLNode *entry, const QString &directory)
 {
     Record record = {type.key(entry), QList<Field>()};
-    for (const ComparedField &field : type.compared) {
-        record.fields.append({text(field.name), valueOf(field, entry, directory), field.isSecret});
+    for (const ComparedField &compared : type.compared) {
+        record.fields.append(
+            {text(compared.name), valueOf(compared, entry, directory), compared.isSecret});
     }
     return record;
 }
@@ -80,8 +81,7 @@ QList<Record> recordsOf(const Document &document, const QString &directory)
 {
     QList<Record> records;
     if (document.type().entryName) {
-        const QList<VLMC_XMLNode *> entries = document.children();
-        for (VLMC_XMLNode *const entry : entries) {
+        for (VLMC_XMLNode *const entry : document.children()) {
             records.append(recordOf(document.type(), entry, directory));
         }
         return records;
@@ -177,7 +177,7 @@ QString valueOf(const Field &field, bool showSecrets)
 QString toLine(const Difference &difference, const Call &call)
 {
     if (difference.change == text("moved")) {
-        return text("the same entries in another order");
+        return text("the same entries in a different order");
     }
     if (difference.change != text("changed")) {
         const bool isRemoved = difference.change == text("removed");
@@ -253,7 +253,7 @@ int diff(const Call &call)
     differences += compare(text(kCookieIni), recordsOf(one), recordsOf(two));
     sayDifferences(call, differences);
     if (!readable) {
-        return fail(text("not everything can be read; see to owners and modes"));
+        return fail(text("not everything can be read; check owners and modes"));
     }
     return differences.isEmpty() ? Done : Differs;
 }
@@ -264,8 +264,8 @@ namespace profile
 QList<Command> diffCommands()
 {
     return {
-        {"diff", nullptr, "DIR DIR2", 1, 1, "json show-secrets", "compare two profiles by entries",
-         Reads, diff},
+        {"diff", nullptr, "DIR DIR2", 1, 1, "json show-secrets",
+         "compare two profiles entry by entry", Reads, diff},
     };
 }
 } // namespace profile

@@ -29,9 +29,10 @@ QString refusalOf(const QString &name, int count)
             .arg(kMaxNameBytes);
     }
     if (!isKept(name)) {
-        return text("the file cannot hold all its characters");
+        return text("it has characters that the file cannot hold");
     }
-    return count < kMaxEntries ? QString() : text("the list is full with %1").arg(kMaxEntries);
+    return count < kMaxEntries ? QString()
+                               : text("the list already holds %1 entries").arg(kMaxEntries);
 }
 
 QStringList listed()
@@ -107,7 +108,7 @@ int syncFonts(const Call &call)
 {
     const QStringList installed = installedFamilies();
     if (installed.isEmpty()) {
-        return fail(text("fontconfig knows no font; nothing was changed"));
+        return fail(text("fontconfig knows no fonts; nothing was changed"));
     }
     if (loadStore(Fonts) != Done) {
         return Failed;
@@ -134,8 +135,8 @@ QList<Command> fontsCommands()
         {"fonts", "list", "DIR", 0, 0, "json", "the fonts that the browser offers", Reads,
          listFonts},
         {"fonts", "add", "DIR NAME...", 1, 999, "", "add fonts", Writes, addFont},
-        {"fonts", "sync", "DIR", 0, 0, "dry-run", "list the families that fontconfig knows", Writes,
-         syncFonts},
+        {"fonts", "sync", "DIR", 0, 0, "dry-run", "make the list match what fontconfig knows",
+         Writes, syncFonts},
     };
 }
 } // namespace profile

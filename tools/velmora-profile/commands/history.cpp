@@ -114,7 +114,8 @@ int addHistory(const Call &call)
         return Failed;
     }
     if (!isKept(visit.url) || !isKept(visit.title)) {
-        return fail(text("the file cannot hold all characters of this visit; nothing was changed"));
+        return fail(
+            text("this visit has characters that the file cannot hold; nothing was changed"));
     }
     VLMS_History oldest;
     if (store().getXMLNodeCnt() >= kMaxEntries && store().getHistory(kMaxEntries - 1, &oldest)) {

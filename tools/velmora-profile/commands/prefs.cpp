@@ -44,7 +44,7 @@ Listing listingOf(const QList<Preference> &wanted, const Document &common, const
 
 int failUnknown(const QString &name)
 {
-    return fail(text("there is no preference '%1'; 'prefs list' names them all").arg(name));
+    return fail(text("unknown preference '%1'; 'prefs list' names them all").arg(name));
 }
 
 int failRefused(const Preference &preference, const QString &value)
@@ -53,7 +53,7 @@ int failRefused(const Preference &preference, const QString &value)
         return fail(
             text("%1 takes %2, not '%3'").arg(text(preference.name), limitOf(preference), value));
     }
-    return fail(text("%1 takes %2; these are %3")
+    return fail(text("%1 takes %2; the value has %3")
                     .arg(text(preference.name), limitOf(preference))
                     .arg(utf8Bytes(value)));
 }
@@ -70,7 +70,7 @@ QList<Loss> lossesOf(const Preference &preference, const QString &value)
     if (preference.kind != Preference::Text || isKept(value)) {
         return QList<Loss>();
     }
-    return {{text(preference.name), text("the file cannot hold all its characters")}};
+    return {{text(preference.name), text("it has characters that the file cannot hold")}};
 }
 
 // A value, from the command line or, for a password, from standard input alone.
@@ -79,8 +79,8 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
     const bool given = call.operands.size() == 2;
     if (preference.kind == Preference::Base64Secret) {
         if (given) {
-            return fail(text("%1 is read from standard input, where others do not see it; leave it "
-                             "out of the command line")
+            return fail(text("%1 is read from standard input, where others cannot see it; do not "
+                             "put it on the command line")
                             .arg(text(preference.name)));
         }
         QByteArray secret;

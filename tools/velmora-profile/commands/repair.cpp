@@ -83,7 +83,7 @@ void tell(const QList<VLMC_XMLNode *> &kept, const QList<LostEntry> &lost, Repai
 QList<VLMC_XMLNode *> numbered(const QList<VLMC_XMLNode *> &entries, Repaired *repaired)
 {
     for (int i = kMaxEntries; i < entries.size(); ++i) {
-        repaired->lost.append(text("%1: it stands behind the %2th, where the library cannot reach "
+        repaired->lost.append(text("%1: it comes after the %2th, where the library cannot reach "
                                    "it")
                                   .arg(labelOf(entries.at(i)), QString::number(kMaxEntries)));
     }
@@ -186,7 +186,7 @@ int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
 
 bool isNumbered(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         bool isNumber = false;
         if (idOf(entries.at(i)).toInt(&isNumber) != i || !isNumber) {
@@ -233,7 +233,7 @@ QString reasonFor(const Document &document)
 int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
 {
     if (document.state() == Document::Unreadable) {
-        return fail(text("%1 cannot be read; see to its owner and mode")
+        return fail(text("%1 cannot be read; check its owner and mode")
                         .arg(text(document.type().fileName)));
     }
     Repaired repaired = {text(document.type().fileName), reasonFor(document), QStringList(),
@@ -251,7 +251,7 @@ int repairCookieFile(bool dryRun, QList<Repaired> *all)
 {
     const CookieFile file = readCookieFile(text(kHere));
     if (file.state == Document::Unreadable) {
-        return fail(text("%1 cannot be read; see to its owner and mode").arg(text(kCookieIni)));
+        return fail(text("%1 cannot be read; check its owner and mode").arg(text(kCookieIni)));
     }
     if (file.state != Document::Damaged) {
         return Done;
@@ -259,7 +259,7 @@ int repairCookieFile(bool dryRun, QList<Repaired> *all)
     Repaired repaired = {text(kCookieIni),
                          text("damaged: %1").arg(file.damage),
                          QStringList(),
-                         {text("what is behind the damage, or cannot be read")},
+                         {text("what follows the damage or cannot be read")},
                          QString()};
     for (const QNetworkCookie &cookie : file.cookies) {
         repaired.kept.append(
@@ -284,12 +284,12 @@ int repairModes(bool dryRun, QList<Repaired> *all)
         }
         if (!dryRun
             && !QFile::setPermissions(text(kHere) + file, QFile::ReadOwner | QFile::WriteOwner)) {
-            return fail(text("the mode of %1 cannot be changed; it is another's file").arg(file));
+            return fail(
+                text("the mode of %1 cannot be changed; it belongs to someone else").arg(file));
         }
-        all->append({file,
-                     text("others than its owner could read or write it: now its mode is "
-                          "0600"),
-                     QStringList(), QStringList(), QString()});
+        all->append(
+            {file, text("users other than its owner could read or write it: its mode is now 0600"),
+             QStringList(), QStringList(), QString()});
     }
     return Done;
 }
@@ -359,7 +359,7 @@ namespace profile
 QList<Command> repairCommands()
 {
     return {
-        {"repair", nullptr, "DIR", 0, 0, "dry-run json", "get back what a damaged file still holds",
+        {"repair", nullptr, "DIR", 0, 0, "dry-run json", "recover what damaged files still hold",
          Writes, repair},
     };
 }

@@ -54,7 +54,7 @@ QString picture(const QString &name)
 QString bookmarksSection()
 {
     const Document document(Bookmarks, text(kHere));
-    const QList<VLMC_XMLNode *> bookmarks = document.children();
+    const QList<VLMC_XMLNode *> &bookmarks = document.children();
     Progress progress("bookmark", bookmarks.size());
     QString body = bookmarks.isEmpty() ? QString() : text("<ul class=\"marks\">\n");
     for (VLMC_XMLNode *const bookmark : bookmarks) {
@@ -122,7 +122,7 @@ QString hoursChart(const QList<QDateTime> &times)
 QString historySection()
 {
     const Document document(History, text(kHere));
-    const QList<VLMC_XMLNode *> visits = document.children();
+    const QList<VLMC_XMLNode *> &visits = document.children();
     const QList<QDateTime> times = timesOf(visits);
     QString body = times.isEmpty() ? QString() : daysChart(times) + hoursChart(times);
     QList<QStringList> rows;
@@ -166,7 +166,7 @@ QString preferencesSection()
 QString fontsSection()
 {
     const Document document(Fonts, text(kHere));
-    const QList<VLMC_XMLNode *> fonts = document.children();
+    const QList<VLMC_XMLNode *> &fonts = document.children();
     QString body = fonts.isEmpty() ? QString() : text("<ul class=\"fonts\">\n");
     for (VLMC_XMLNode *const font : fonts) {
         body += text("<li style=\"%1\">").arg(fontFamily(font->getText()))

@@ -55,7 +55,7 @@ int unpackInto(const QString &target, VLMC_XMLNode *image, bool dryRun)
     const QString name = image->getAttribute().value(QLatin1String("src")).toString();
     if (!isImage(image, name)) {
         sayLosses({{name.isEmpty() ? image->getName() : name,
-                    text("it is no packed image with a file name of its own")}});
+                    text("it is not a packed image with a file name of its own")}});
         return Done;
     }
     // An interruption waits until the folder is gone.
@@ -103,7 +103,7 @@ int packThumbnails(const Call &call)
 {
     if (!QDir(folder()).exists()) {
         return fail(
-            text("'%1' has no folder thumbnail; there is nothing to pack").arg(call.directory));
+            text("'%1' has no thumbnail folder; there is nothing to pack").arg(call.directory));
     }
     QByteArray content;
     return pack(&content) && writeFile(call.path(call.operands.at(0)), content) ? Done : Failed;
@@ -127,9 +127,9 @@ int unpackThumbnails(const Call &call)
     }
     const bool dryRun = call.has("dry-run");
     if (!dryRun && !QDir().mkpath(folder())) {
-        return fail(text("the folder thumbnail cannot be made; see to the permissions"));
+        return fail(text("the thumbnail folder cannot be created; check the permissions"));
     }
-    const QList<VLMC_XMLNode *> images = packed.children();
+    const QList<VLMC_XMLNode *> &images = packed.children();
     Progress progress("thumbnail", images.size());
     for (VLMC_XMLNode *const image : images) {
         if (unpackInto(folder(), image, dryRun) != Done) {
@@ -157,7 +157,7 @@ int cleanThumbnails(const Call &call)
             continue;
         }
         if (!call.has("dry-run") && !QFile::remove(folder() + thumbnail.name)) {
-            return fail(text("thumbnail/%1 cannot be removed; see to the folder's permissions")
+            return fail(text("thumbnail/%1 cannot be removed; check the folder's permissions")
                             .arg(thumbnail.name));
         }
         say(printable(thumbnail.name));
@@ -175,7 +175,7 @@ QList<Command> thumbnailsCommands()
          listThumbnails},
         {"thumbnails", "pack", "DIR FILE", 1, 1, "", "write all thumbnails into one XML file",
          Reads, packThumbnails},
-        {"thumbnails", "unpack", "DIR FILE", 1, 1, "dry-run", "get thumbnails from such a file",
+        {"thumbnails", "unpack", "DIR FILE", 1, 1, "dry-run", "take thumbnails out of such a file",
          Writes, unpackThumbnails},
         {"thumbnails", "clean", "DIR", 0, 0, "dry-run", "remove files that no bookmark names",
          Writes, cleanThumbnails},

@@ -6,7 +6,7 @@ namespace
 {
 const int kExcerptCharacters = 100;
 
-bool isBlank(QChar character)
+bool isAsciiBlank(QChar character)
 {
     return character == QLatin1Char(' ') || character == QLatin1Char('\t')
            || character == QLatin1Char('\n') || character == QLatin1Char('\r')
@@ -25,7 +25,7 @@ bool isHalfSurrogate(const QString &text, int position)
 bool isUnwritable(const QString &text, int position)
 {
     const QChar unit = text.at(position);
-    return (unit.unicode() < 0x20 && !isBlank(unit)) || unit.unicode() >= 0xFFFE
+    return (unit.unicode() < 0x20 && !isAsciiBlank(unit)) || unit.unicode() >= 0xFFFE
            || isHalfSurrogate(text, position);
 }
 } // namespace
@@ -49,7 +49,7 @@ QString profile::folded(const QString &text)
     QString kept;
     bool follows = false;
     for (const QChar character : text) {
-        if (isBlank(character)) {
+        if (isAsciiBlank(character)) {
             follows = !kept.isEmpty();
             continue;
         }
@@ -92,7 +92,7 @@ void profile::BookmarkTree::openFolder(const QString &name)
 void profile::BookmarkTree::open(const QString &name)
 {
     if (m_open.size() == kMaxFolderDepth) {
-        refuse(text("it has over %1 folders one in the other").arg(kMaxFolderDepth));
+        refuse(text("its folders are nested more than %1 deep").arg(kMaxFolderDepth));
         return;
     }
     m_open.append({name, false});
@@ -118,7 +118,7 @@ void profile::BookmarkTree::closeFolder()
         m_path.removeLast();
     }
     if (!closed.holdsBookmark && !closed.name.isEmpty()) {
-        lose(closed.name, text("there is no place for an empty folder"));
+        lose(closed.name, text("a profile has no place for an empty folder"));
     }
     if (closed.holdsBookmark && !m_open.isEmpty()) {
         m_open.last().holdsBookmark = true;
@@ -180,6 +180,5 @@ profile::BookmarkImport profile::refused(const QString &error)
 
 profile::BookmarkImport profile::unknownEncoding(const QByteArray &encoding)
 {
-    return refused(
-        text("its encoding '%1' is not known").arg(excerpt(QString::fromUtf8(encoding))));
+    return refused(text("its encoding '%1' is unknown").arg(excerpt(QString::fromUtf8(encoding))));
 }

@@ -15,7 +15,7 @@ profile::BookmarkImport profile::readBookmarks(const QByteArray &content)
     const QString document = QString::fromUtf8(xml.utf8);
     if (looksLikeXbel(document)) {
         return xml.replaced == 0 ? readXbel(document)
-                                 : refused(text("it is damaged: it holds bytes that are no %1")
+                                 : refused(text("it is damaged: it holds bytes that are not %1")
                                                .arg(QString::fromUtf8(encoding)));
     }
     return looksLikeNetscape(content)

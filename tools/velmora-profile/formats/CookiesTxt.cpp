@@ -45,7 +45,7 @@ bool isInRange(qint64 seconds) { return seconds >= kEarliest && seconds <= kLate
 
 QString outOfRange()
 {
-    return text("its expiry is not between 1970 and 9999 and becomes the nearest");
+    return text("its expiry is not between 1970 and 9999 and becomes the nearest date that is");
 }
 
 // Some write nothing for the end of a session.
@@ -63,13 +63,13 @@ QString refusal(const QList<QByteArray> &fields)
         return text("its second or fourth field is neither TRUE nor FALSE");
     }
     if (!isNumber) {
-        return text("its expiry is no number");
+        return text("its expiry is not a number");
     }
     if (hostOf(fields.at(0)).isEmpty() || fields.at(5).isEmpty()) {
         return text("its cookie has no domain or no name");
     }
     return isUtf8(fields.at(0)) && isUtf8(fields.at(2)) ? QString()
-                                                        : text("its domain or path is no UTF-8");
+                                                        : text("its domain or path is not UTF-8");
 }
 
 bool isAscii(const QByteArray &bytes) { return bytes == QString::fromLatin1(bytes).toUtf8(); }
@@ -112,7 +112,7 @@ public:
             begin = end + 1;
         }
         if (m_import.cookies.isEmpty() && !m_isTitled && m_import.error.isEmpty()) {
-            m_import.error = text("it holds no line of a cookies.txt");
+            m_import.error = text("it holds no line of a cookies.txt file");
         }
         return m_import;
     }
@@ -140,7 +140,7 @@ private:
         // Counted first: a line of nothing else would become a list of millions.
         const int count = int(line.count('\t')) + 1;
         if (count != kFields && count != kFields - 1) {
-            lose(where, text("it has %1 instead of 7 fields").arg(count));
+            lose(where, text("it has %1 fields instead of 7").arg(count));
             return;
         }
         QList<QByteArray> fields = line.split('\t');
@@ -222,10 +222,10 @@ QString refusal(const QNetworkCookie &cookie)
         return text("a line cannot hold its control characters");
     }
     if (cookie.domain().startsWith(QLatin1Char('#'))) {
-        return text("a line that begins like its domain is a comment");
+        return text("a line that begins as its domain does is a comment");
     }
     return cookie.domain().isEmpty() || cookie.name().isEmpty()
-               ? text("a line cannot do without a domain and a name")
+               ? text("a line needs a domain and a name")
                : QString();
 }
 } // namespace

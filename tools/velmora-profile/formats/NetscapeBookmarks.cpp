@@ -126,7 +126,7 @@ private:
     void startEntry(const QByteArray &tag, const xmlChar *const *attributes)
     {
         if (tag == "hr") {
-            m_tree.lose(text("a separator"), text("there is no place for it"));
+            m_tree.lose(text("a separator"), text("a profile has no place for it"));
         } else if (tag != "dt") {
             enter(tag == "a" ? Link : Heading, tag);
             m_lost = lostAttributes(attributes);
@@ -179,7 +179,7 @@ private:
             loseText(m_subject, content, text("its description"));
             break;
         case Outside:
-            loseText(content, content, text("it is a text outside of all bookmarks"));
+            loseText(content, content, text("it is text outside all bookmarks"));
             break;
         case Unread:
             break;
@@ -239,11 +239,11 @@ QString reasonOf(int code, const QByteArray &message)
     case XML_ERR_NAME_REQUIRED:
         return text("markup that cannot be read");
     case XML_ERR_COMMENT_NOT_FINISHED:
-        return text("what follows is in a comment without an end");
+        return text("what follows is in an unclosed comment");
     case XML_ERR_ATTRIBUTE_NOT_FINISHED:
-        return text("what follows is in a value without an end");
+        return text("what follows is in an unclosed value");
     case XML_ERR_GT_REQUIRED:
-        return text("what follows is in a tag without an end");
+        return text("what follows is in an unclosed tag");
     default:
         return QString();
     }
@@ -332,7 +332,7 @@ void loseBytes(const Decoded &page, const QByteArray &encoding, bool isGuessed, 
     }
     if (page.replaced > 0) {
         found->lose(text("the page"),
-                    text("%1 of its bytes are no %2").arg(page.replaced).arg(name));
+                    text("%1 of its bytes are not %2").arg(page.replaced).arg(name));
     }
 }
 } // namespace
@@ -357,7 +357,7 @@ profile::BookmarkImport profile::readNetscape(const QByteArray &content)
     loseBytes(page, encoding, named.isEmpty(), &reading.page);
     loseNuls(&page.utf8, &reading.page);
     return parse(page.utf8, &reading) ? reading.page.finished()
-                                      : refused(text("there is no memory to read it"));
+                                      : refused(text("there is not enough memory to read it"));
 }
 
 QByteArray profile::writeNetscapeBookmarks(const QList<BookmarkRecord> &bookmarks,

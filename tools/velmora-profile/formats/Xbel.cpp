@@ -62,7 +62,7 @@ public:
             take(m_xml.readNext());
         }
         if (m_xml.hasError()) {
-            m_tree.refuse(text("it is damaged in line %1: %2")
+            m_tree.refuse(text("it is damaged at line %1: %2")
                               .arg(m_xml.lineNumber())
                               .arg(m_xml.errorString()));
         }
@@ -136,7 +136,7 @@ private:
         m_passedOver = 1;
         if (isAny(name, {"separator", "alias"})) {
             m_tree.lose(text(name == text("alias") ? "an alias" : "a separator"),
-                        text("there is no place for it"));
+                        text("a profile has no place for it"));
         } else {
             loseElement(name == text("desc") ? text("description") : name);
         }
@@ -158,7 +158,7 @@ private:
         if (m_inTitle) {
             m_title += characters;
         } else if (!folded(characters).isEmpty()) {
-            m_tree.lose(folded(characters), text("it is a text outside of all titles"));
+            m_tree.lose(folded(characters), text("it is text outside all titles"));
         }
     }
 

@@ -15,8 +15,8 @@ const int kSecondsForReading = 10;
 // A handler may call little, and nothing that could wait for the code it interrupts.
 void endTool(int)
 {
-    const char kLine[] = "velmora-profile: reading the file takes too long; nothing was changed, "
-                         "look at what it is\n";
+    const char kLine[] =
+        "velmora-profile: reading the file takes too long; nothing was changed; check what it is\n";
     const ssize_t written = write(STDERR_FILENO, kLine, sizeof kLine - 1);
     Q_UNUSED(written)
     _exit(profile::Failed);

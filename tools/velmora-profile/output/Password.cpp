@@ -118,7 +118,7 @@ QString refusalOf(const QByteArray &secret, int end)
         return text("standard input holds no password");
     }
     return QString::fromUtf8(secret).toUtf8() == secret ? QString()
-                                                        : text("the password is no text in UTF-8");
+                                                        : text("the password is not valid UTF-8");
 }
 } // namespace
 

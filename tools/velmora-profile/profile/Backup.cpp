@@ -40,6 +40,7 @@ QString profile::keepCopy(const QString &file)
     if (copyFile(file, copy)) {
         return copy;
     }
-    warn(text("%1 cannot be copied to %2; nothing was changed, see to the space").arg(file, copy));
+    warn(text("%1 cannot be copied to %2; nothing was changed; check the free space")
+             .arg(file, copy));
     return QString();
 }

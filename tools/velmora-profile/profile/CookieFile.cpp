@@ -61,7 +61,7 @@ QString damageOf(const QString &path)
     const QSettings settings(path, QSettings::IniFormat);
     return settings.status() == QSettings::NoError
                ? damageOfBytes(settings.value(text("Cookie/cookies")).toByteArray())
-               : text("it is no INI file");
+               : text("it is not an INI file");
 }
 
 // The cookies as a file that holds them gives them back.
@@ -116,8 +116,8 @@ int profile::writeCookieFile(const QList<QNetworkCookie> &cookies)
     const QString path = directory + text(kCookieIni);
     QByteArray content;
     if (!QFile::rename(folder + text(kCookieIni), path) || !holds(directory, cookies)) {
-        return fail(text("cookie.ini could not be written; nothing was changed, look at the space "
-                         "for temporary files"));
+        return fail(text("cookie.ini could not be written; nothing was changed; check the free "
+                         "space for temporary files"));
     }
     return readFile(path, &content) && replaceFile(text(kCookieIni), content, OwnerAlone) ? Done
                                                                                           : Failed;

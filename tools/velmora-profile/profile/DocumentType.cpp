@@ -76,7 +76,7 @@ QString cookieAndPlaceOf(VLMC_XMLNode *cookie)
 const QList<profile::DocumentType> &profile::documentTypes()
 {
     typedef ComparedField Field;
-    const QList<Field> none;
+    const QList<Field> none = {};
     const QList<Field> ofBookmarks = {{"title", "title", Field::Plain, false},
                                       {"thumbnail", "thumbnail", Field::Picture, false}};
     const QList<Field> ofVisits = {{"title", "title", Field::Plain, false},

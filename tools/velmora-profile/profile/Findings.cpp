@@ -61,7 +61,7 @@ const Date kDates[] = {
     {History, "dateTime", vlm::ToMinute, "yyyy/MM/dd hh:mm",
      "the browser puts the visit last, and its next save erases the date"},
     {CookieDocument, "expires", vlm::ToSecond, "yyyy/MM/dd hh:mm:ss",
-     "converted to cookie.ini it ends with the session"},
+     "converted to cookie.ini, it ends with the session"},
 };
 
 const char kRepair[] = "run 'velmora-profile repair'";
@@ -154,15 +154,15 @@ bool Search::lookAtState(const Document &document)
         return false;
     case Document::Unreadable:
         add(name, text("it cannot be read"), text("the browser starts without what it holds"),
-            text("see to its owner and mode"));
+            text("check its owner and mode"));
         return false;
     case Document::Empty:
         add(name, text("it is empty"), text("the browser starts without what it should hold"),
-            text("restore it, or remove it to start anew"));
+            text("restore it, or remove it to start afresh"));
         return false;
     case Document::Damaged:
         add(name, text("it is %1").arg(damageText(document.damage())),
-            text("the browser reads up to the damage, and its next save loses what is behind"),
+            text("the browser reads up to the damage, and its next save loses what follows"),
             text(kRepair));
         return true;
     case Document::Whole:
@@ -179,8 +179,8 @@ void Search::lookAtRoot(const Document &document)
     }
     add(text(document.type().fileName),
         text("its root is named '%1', not '%2'").arg(document.rootName(), expected),
-        text("the browser reads its entries all the same; it may be another file's content"),
-        text("see whose content it is; if it is right, %1").arg(text(kRepair)));
+        text("the browser reads its entries anyway; it may be another file's content"),
+        text("check whose content it is; if it is right, %1").arg(text(kRepair)));
 }
 
 void Search::lookAtCount(const Document &document)
@@ -189,14 +189,14 @@ void Search::lookAtCount(const Document &document)
     const QString name = text(document.type().fileName);
     if (count > kMaxEntries) {
         add(name, text("it holds %1 entries, %2 can be reached").arg(count).arg(kMaxEntries),
-            text("the browser never shows those behind, and may drop them"),
+            text("the browser never shows the others, and may drop them"),
             text("remove some entries, or %1, which keeps the first %2")
                 .arg(text(kRepair))
                 .arg(kMaxEntries));
     }
     if (document.type().kind == CookieDocument && count > kConvertedCookies) {
         add(name, text("it holds %1 cookies, %2 are converted").arg(count).arg(kConvertedCookies),
-            text("those behind never come back to the browser, and may pile up"),
+            text("the others never come back to the browser, and may pile up"),
             text("remove the file and run 'velmora-profile cookies to-xml' for a fresh one"));
     }
 }
@@ -222,7 +222,7 @@ void Search::lookAtIds(const Document &document)
     }
     const bool matters = document.type().kind == CookieDocument;
     add(text(document.type().fileName),
-        text("%1 without id, %2 with the id of another")
+        text("%1 without an id, %2 with the id of another")
             .arg(counted(missing, "entry", "entries"))
             .arg(repeated),
         text(matters ? "a conversion does not see these cookies"
@@ -232,7 +232,7 @@ void Search::lookAtIds(const Document &document)
 
 void Search::lookAtNames(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         const QString name = entries.at(i)->getName();
         if (name != text(document.type().entryName)) {
@@ -248,7 +248,7 @@ void Search::lookAtNames(const Document &document)
 
 void Search::lookAtLimits(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (const Limit &limit : kLimits) {
         for (int i = 0; limit.kind == document.type().kind && i < entries.size(); ++i) {
             const QByteArray stored =
@@ -270,7 +270,7 @@ void Search::lookAtLimits(const Document &document)
 
 void Search::lookAtDates(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (const Date &date : kDates) {
         for (int i = 0; date.kind == document.type().kind && i < entries.size(); ++i) {
             const QString value = fieldText(entries.at(i), date.field);
@@ -300,9 +300,10 @@ void Search::lookAtPreferences(const Document &document)
         }
         const bool isWord = preference.kind == Preference::Word;
         add(text(document.type().fileName),
-            text("%1: %2").arg(text(preference.name),
-                               isWord ? text("'%1' is no word of the browser").arg(value.value)
-                                      : value.hidden),
+            text("%1: %2").arg(
+                text(preference.name),
+                isWord ? text("'%1' is not a value that the browser knows").arg(value.value)
+                       : value.hidden),
             text("the browser uses its default '%1'").arg(text(preference.fallback)),
             text("run 'velmora-profile prefs set' with %1").arg(limitOf(preference)));
     }
@@ -322,14 +323,14 @@ void Search::lookAtSecurity(const Document &document)
 
 void Search::lookAtThumbnailFields(const Document &document)
 {
-    const QList<VLMC_XMLNode *> entries = document.children();
+    const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
         const QString name = thumbnailName(fieldText(entries.at(i), "thumbnail"));
         const QString file = text(document.type().fileName);
         if (!fieldOf(entries.at(i), "thumbnail")) {
-            add(file, text("%1 has no element thumbnail").arg(entryName(document, i)),
-                text("the browser shows no thumbnail for it or any bookmark behind it"),
-                text("remove the bookmark and add it anew"));
+            add(file, text("%1 has no thumbnail element").arg(entryName(document, i)),
+                text("the browser shows no thumbnail for it or any bookmark after it"),
+                text("remove the bookmark and add it again"));
         } else if (name.isEmpty()) {
             add(file, text("%1 has no thumbnail").arg(entryName(document, i)),
                 text("the browser shows the bookmark without a picture"),
@@ -349,7 +350,7 @@ void Search::lookAtThumbnailFiles()
     for (const Thumbnail &thumbnail : thumbnails) {
         if (thumbnail.bookmarks.isEmpty()) {
             add(text("thumbnail/%1").arg(thumbnail.name), text("no bookmark names it"),
-                text("none; it takes space"), text("run 'velmora-profile thumbnails clean'"));
+                text("none; it takes up space"), text("run 'velmora-profile thumbnails clean'"));
         }
     }
 }
@@ -359,7 +360,7 @@ void Search::lookAtCookieFile()
     const CookieFile file = readCookieFile(m_directory);
     if (file.state == Document::Unreadable) {
         add(text(kCookieIni), text("it cannot be read"), text("the browser starts without cookies"),
-            text("see to its owner and mode"));
+            text("check its owner and mode"));
     } else if (file.state == Document::Damaged) {
         add(text(kCookieIni), text("it is damaged: %1").arg(file.damage),
             text("the browser reads what is whole and loses the rest"), text(kRepair));
@@ -371,8 +372,8 @@ void Search::lookAtModes()
     const QStringList files = secretFiles(m_directory);
     for (const QString &file : files) {
         if (isOpenToOthers(m_directory + file)) {
-            add(file, text("others than its owner can read or write it"),
-                text("every account of the device can get at the secrets in it"),
+            add(file, text("users other than its owner can read or write it"),
+                text("every account on the device can get at the secrets in it"),
                 text("run 'chmod 600' on it, or 'velmora-profile repair'"));
         }
     }
@@ -389,8 +390,8 @@ void Search::lookForTemporaryFiles(const QString &folder)
         const bool isLock = name.endsWith(text(".lock"));
         add(folder + name,
             text(isLock ? "a lock that was left behind" : "a temporary file that was left behind"),
-            text(isLock ? "the next save of the cookies may wait for it half a minute"
-                        : "none; it takes space, and may hold secrets"),
+            text(isLock ? "the next save of the cookies may wait half a minute for it"
+                        : "none; it takes up space, and may hold secrets"),
             text("remove it when no browser is running"));
     }
 }

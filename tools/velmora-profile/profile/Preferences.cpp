@@ -108,7 +108,7 @@ QString hiddenBecause(const Preference &preference, const QByteArray &value)
         const QStringList known = words(preference.words) + words(preference.oldWords);
         return known.contains(QString::fromUtf8(value))
                    ? QString()
-                   : text("the browser does not know this word");
+                   : text("the browser does not know this value");
     }
     if (value.size() > preference.maxBytes) {
         return text("%1 bytes, over the limit of %2").arg(value.size()).arg(preference.maxBytes);

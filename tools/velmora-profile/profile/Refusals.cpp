@@ -8,8 +8,8 @@ int profile::failUnreadable(const QString &path)
 {
     const QFileInfo file(path);
     return fail(text(file.exists() && !file.isFile()
-                         ? "%1 cannot be read: it is no file; move it out of the way"
-                         : "%1 cannot be read; see to its permissions")
+                         ? "%1 cannot be read: it is not a regular file; move it out of the way"
+                         : "%1 cannot be read; check its permissions")
                     .arg(file.fileName()));
 }
 
@@ -30,10 +30,10 @@ int profile::refuseToRead(const Document &document)
     const QString name = text(document.type().fileName);
     if (document.state() == Document::Unreadable) {
         return fail(
-            text("%1 cannot be read; nothing was changed, see to its permissions").arg(name));
+            text("%1 cannot be read; nothing was changed; check its permissions").arg(name));
     }
     if (document.state() == Document::Damaged) {
-        return fail(text("%1 is %2; nothing was changed, run 'velmora-profile repair' first")
+        return fail(text("%1 is %2; nothing was changed; run 'velmora-profile repair' first")
                         .arg(name, damageText(document.damage())));
     }
     return Done;
@@ -46,14 +46,14 @@ int profile::refuseToRewrite(const Document &document)
         return Failed;
     }
     if (document.type().entryName && document.children().size() > kMaxEntries) {
-        return fail(text("%1 holds %2, %3 at most can be written; nothing was changed, run "
+        return fail(text("%1 holds %2, and at most %3 can be written; nothing was changed; run "
                          "'velmora-profile repair' first")
                         .arg(name, counted(document.children().size(), "entry", "entries"))
                         .arg(kMaxEntries));
     }
     if (document.state() != Document::Missing && !QFileInfo(document.path()).isWritable()) {
         return fail(
-            text("%1 cannot be written to; nothing was changed, see to its permissions").arg(name));
+            text("%1 cannot be written to; nothing was changed; check its permissions").arg(name));
     }
     return Done;
 }

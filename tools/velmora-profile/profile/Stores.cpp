@@ -62,7 +62,7 @@ int profile::saveStore(DocumentKind kind)
     if (!content.isEmpty() && Document(kind, folder).content() == content) {
         return Done;
     }
-    return fail(text("%1 could not be written as it should be; look at the space and the "
-                     "permissions of the folder")
-                    .arg(text(type.fileName)));
+    return fail(
+        text("%1 could not be written correctly; check the free space and the folder's permissions")
+            .arg(text(type.fileName)));
 }

@@ -27,7 +27,7 @@ QList<profile::Thumbnail> profile::thumbnailsOf(const QString &directory)
         byName.insert(name, {name, true, QStringList()});
     }
     const Document document(Bookmarks, directory);
-    const QList<VLMC_XMLNode *> bookmarks = document.children();
+    const QList<VLMC_XMLNode *> &bookmarks = document.children();
     for (VLMC_XMLNode *const bookmark : bookmarks) {
         const QString name = thumbnailName(fieldText(bookmark, "thumbnail"));
         if (name.isEmpty()) {
