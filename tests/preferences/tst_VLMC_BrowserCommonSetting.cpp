@@ -179,15 +179,10 @@ private slots:
     void init() { takeLog(); }
     void cleanup() { runDeferredDeletes(); }
 
-    void getInstance_givesOneStore();
     void getKeyBoardTypeInfo_isApartFromTheDocument();
 
     void loadSetting_writesDefaultsInOrder();
     void loadSetting_completesUnreadableFile();
-    void loadSetting_logsStartAndEnd();
-    void loadSetting_refusesBlankDirectory_data();
-    void loadSetting_refusesBlankDirectory();
-    void loadSetting_savesNothing();
     void loadSetting_addsNothingWithoutRoot();
     void loadSetting_takesForeignRoot();
     void loadSetting_keepsRootOfItsName();
@@ -199,14 +194,6 @@ private slots:
     void loadSetting_upgradesSecurity_data();
     void loadSetting_upgradesSecurity();
     void loadSetting_leavesTls10OfOldFileMissing();
-    void loadSetting_joinsPathAsItStands();
-    void loadSetting_replacesDocument();
-
-    void saveSetting_logsStartAndEnd();
-    void saveSetting_refusesBlankDirectory_data() { loadSetting_refusesBlankDirectory_data(); }
-    void saveSetting_refusesBlankDirectory();
-    void saveSetting_writesNothingBeforeLoad();
-    void saveSetting_joinsPathAsItStands();
 
     void setSecurityAttribute_Version_stampsOnce();
 
@@ -231,14 +218,6 @@ private slots:
     void accessors_beforeLoad();
     void accessors_neverLog();
 };
-
-void tst_VLMC_BrowserCommonSetting::getInstance_givesOneStore()
-{
-    Store *const first = Store::getInstance();
-    QVERIFY(first);
-    QCOMPARE(Store::getInstance(), first);
-    QVERIFY(!first->getXMLRootNode());
-}
 
 void tst_VLMC_BrowserCommonSetting::getKeyBoardTypeInfo_isApartFromTheDocument()
 {
@@ -271,54 +250,6 @@ void tst_VLMC_BrowserCommonSetting::loadSetting_completesUnreadableFile()
 {
     COMPARE_BYTES(completed("no document"), kDefaults);
     COMPARE_BYTES(completed(""), kDefaults);
-}
-
-void tst_VLMC_BrowserCommonSetting::loadSetting_logsStartAndEnd()
-{
-    TestDirectory directory;
-    Store store;
-
-    store.loadSetting(directory.pathPointer());
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_BrowserCommonSetting::loadSetting] start\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
-                                "2 VLMC_XMLReader::read file not exist!\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
-                                "3 [VLMC_BrowserCommonSetting::loadSetting] end\n");
-}
-
-void tst_VLMC_BrowserCommonSetting::loadSetting_refusesBlankDirectory_data()
-{
-    QTest::addColumn<bool>("null");
-    QTest::newRow("null") << true;
-    QTest::newRow("empty") << false;
-}
-
-void tst_VLMC_BrowserCommonSetting::loadSetting_refusesBlankDirectory()
-{
-    QFETCH(bool, null);
-    Store store;
-    load(store, defaultsWithText("priority", "usb"));
-    takeLog();
-
-    QString empty;
-    store.loadSetting(null ? nullptr : &empty);
-
-    COMPARE_BYTES(loggedText(),
-                  "3 [VLMC_BrowserCommonSetting::loadSetting] start\n"
-                  "2 [VLMC_BrowserCommonSetting::loadSetting] Common Path is NULL or empty.\n");
-    COMPARE_BYTES(saved(store), defaultsWithText("priority", "usb"));
-}
-
-void tst_VLMC_BrowserCommonSetting::loadSetting_savesNothing()
-{
-    TestDirectory directory;
-    Store store;
-    store.loadSetting(directory.pathPointer());
-    QVERIFY(!exists(directory.file(kFile)));
-    writeFile(directory.file(kFile), "<old/>");
-    store.loadSetting(directory.pathPointer());
-    COMPARE_BYTES(readFile(directory.file(kFile)), "<old/>");
 }
 
 void tst_VLMC_BrowserCommonSetting::loadSetting_addsNothingWithoutRoot()
@@ -509,73 +440,6 @@ void tst_VLMC_BrowserCommonSetting::loadSetting_leavesTls10OfOldFileMissing()
     const QByteArray document = saved(store);
     load(store, document);
     QCOMPARE(int(store.getUseSSL30()), 1);
-}
-
-void tst_VLMC_BrowserCommonSetting::loadSetting_joinsPathAsItStands()
-{
-    TestDirectory directory;
-    writeFile(directory.file("baserepostry.xml"), defaultsWithText("priority", "usb"));
-    QString path = directory.file("base");
-    Store store;
-    store.loadSetting(&path);
-    QCOMPARE(int(store.getSWKeyBoardTypeInfo()), 0);
-}
-
-void tst_VLMC_BrowserCommonSetting::loadSetting_replacesDocument()
-{
-    TestDirectory directory;
-    Store store;
-    load(store, "<repostry_common><mine/><keyboard><priority>usb</priority></keyboard>"
-                "</repostry_common>");
-    store.loadSetting(directory.pathPointer());
-    COMPARE_BYTES(saved(store), kDefaults);
-}
-
-void tst_VLMC_BrowserCommonSetting::saveSetting_logsStartAndEnd()
-{
-    TestDirectory directory;
-    Store store;
-    store.loadSetting(directory.pathPointer());
-    takeLog();
-
-    store.saveSetting(directory.pathPointer());
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_BrowserCommonSetting::saveSetting] start\n"
-                                "3 [VLMC_XMLSetting::save] start\n"
-                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
-                                "3 [VLMC_BrowserCommonSetting::saveSetting] end\n");
-    COMPARE_BYTES(readFile(directory.file(kFile)), kDefaults);
-}
-
-void tst_VLMC_BrowserCommonSetting::saveSetting_refusesBlankDirectory()
-{
-    QFETCH(bool, null);
-    Override<Store> store;
-    QString empty;
-    store.saveSetting(null ? nullptr : &empty);
-    QCOMPARE(store.saveCalls, 0);
-    COMPARE_BYTES(loggedText(),
-                  "3 [VLMC_BrowserCommonSetting::saveSetting] start\n"
-                  "2 [VLMC_BrowserCommonSetting::saveSetting] Common Path is NULL or empty.\n");
-}
-
-void tst_VLMC_BrowserCommonSetting::saveSetting_writesNothingBeforeLoad()
-{
-    TestDirectory directory;
-    Store store;
-    store.saveSetting(directory.pathPointer());
-    QVERIFY(!exists(directory.file(kFile)));
-    QVERIFY(!store.getXMLRootNode());
-}
-
-void tst_VLMC_BrowserCommonSetting::saveSetting_joinsPathAsItStands()
-{
-    TestDirectory directory;
-    QString path = directory.file("base");
-    Store store;
-    store.loadSetting(&path);
-    store.saveSetting(&path);
-    COMPARE_BYTES(readFile(directory.file("baserepostry.xml")), kDefaults);
 }
 
 void tst_VLMC_BrowserCommonSetting::setSecurityAttribute_Version_stampsOnce()

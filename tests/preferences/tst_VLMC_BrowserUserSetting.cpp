@@ -99,27 +99,18 @@ private slots:
     void init() { takeLog(); }
     void cleanup() { runDeferredDeletes(); }
 
-    void getInstance_givesOneStore();
     void loadSetting_writesDefaultsInOrder();
-    void loadSetting_logsStartAndEnd();
-    void loadSetting_refusesBlankDirectory_data();
-    void loadSetting_refusesBlankDirectory();
     void loadSetting_addsNothingWithoutRoot();
     void loadSetting_takesForeignRoot();
     void loadSetting_keepsRootOfItsName();
     void loadSetting_keepsWhatIsThere_data();
     void loadSetting_keepsWhatIsThere();
     void loadSetting_appendsWhatIsMissing();
-    void loadSetting_joinsPathAsItStands();
     void loadSetting_takesAdministratorValues_data();
     void loadSetting_takesAdministratorValues();
     void loadSetting_keepsStoredOverAdministratorValues();
     void loadSetting_leavesHomeMissingWhenAdministratorsIsTooLong();
     void loadSetting_limitsAdministratorHome();
-    void saveSetting_logsStartAndEnd();
-    void saveSetting_refusesBlankDirectory_data() { loadSetting_refusesBlankDirectory_data(); }
-    void saveSetting_refusesBlankDirectory();
-    void saveSetting_writesNothingBeforeLoad();
 
     void textGetters_refuseNull_data();
     void textGetters_refuseNull();
@@ -146,14 +137,6 @@ private slots:
     void accessors_neverLog();
 };
 
-void tst_VLMC_BrowserUserSetting::getInstance_givesOneStore()
-{
-    Store *const first = Store::getInstance();
-    QVERIFY(first);
-    QCOMPARE(Store::getInstance(), first);
-    QVERIFY(!first->getXMLRootNode());
-}
-
 void tst_VLMC_BrowserUserSetting::loadSetting_writesDefaultsInOrder()
 {
     TestDirectory directory;
@@ -163,41 +146,6 @@ void tst_VLMC_BrowserUserSetting::loadSetting_writesDefaultsInOrder()
     COMPARE_BYTES(saved(store), kDefaults);
     COMPARE_BYTES(completed(kDefaults), kDefaults);
     COMPARE_BYTES(completed("no document"), kDefaults);
-}
-
-void tst_VLMC_BrowserUserSetting::loadSetting_logsStartAndEnd()
-{
-    TestDirectory directory;
-    Store store;
-    store.loadSetting(directory.pathPointer());
-    COMPARE_BYTES(loggedText(), "3 [VLMC_BrowserUserSetting::loadSetting] start\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] start\n"
-                                "2 VLMC_XMLReader::read file not exist!\n"
-                                "3 [VLMC_XMLSetting::loadBookmark] end\n"
-                                "3 [VLMC_BrowserUserSetting::loadSetting] end\n");
-}
-
-void tst_VLMC_BrowserUserSetting::loadSetting_refusesBlankDirectory_data()
-{
-    QTest::addColumn<bool>("null");
-    QTest::newRow("null") << true;
-    QTest::newRow("empty") << false;
-}
-
-void tst_VLMC_BrowserUserSetting::loadSetting_refusesBlankDirectory()
-{
-    QFETCH(bool, null);
-    Store store;
-    load(store, timings("logout", "odd"));
-    takeLog();
-
-    QString empty;
-    store.loadSetting(null ? nullptr : &empty);
-
-    COMPARE_BYTES(loggedText(),
-                  "3 [VLMC_BrowserUserSetting::loadSetting] start\n"
-                  "2 [VLMC_BrowserUserSetting::loadSetting] User Path is NULL or empty.\n");
-    COMPARE_BYTES(saved(store), timings("logout", "odd"));
 }
 
 void tst_VLMC_BrowserUserSetting::loadSetting_addsNothingWithoutRoot()
@@ -265,20 +213,6 @@ void tst_VLMC_BrowserUserSetting::loadSetting_appendsWhatIsMissing()
                   "        <authInfoDeleteTiming>notDelete</authInfoDeleteTiming>\n"
                   "    </authInfo>\n"
                   "</repostry>\n");
-}
-
-void tst_VLMC_BrowserUserSetting::loadSetting_joinsPathAsItStands()
-{
-    TestDirectory directory;
-    QString path = directory.file("base");
-    Store store;
-    store.loadSetting(&path);
-    store.saveSetting(&path);
-    COMPARE_BYTES(readFile(directory.file("baserepostry_private.xml")), kDefaults);
-    writeFile(directory.file("baserepostry_private.xml"),
-              with(kDefaults, kZoom, "<Zoom>0.5</Zoom>"));
-    store.loadSetting(&path);
-    QCOMPARE(int(store.getZoomInfo()), 1);
 }
 
 void tst_VLMC_BrowserUserSetting::loadSetting_takesAdministratorValues_data()
@@ -380,40 +314,6 @@ void tst_VLMC_BrowserUserSetting::loadSetting_limitsAdministratorHome()
     TestDirectory directory;
     store.loadSetting(directory.pathPointer());
     COMPARE_BYTES(saved(store), with(kDefaults, kHome, element("home", wide(256).toUtf8())));
-}
-
-void tst_VLMC_BrowserUserSetting::saveSetting_logsStartAndEnd()
-{
-    TestDirectory directory;
-    Store store;
-    store.loadSetting(directory.pathPointer());
-    takeLog();
-    store.saveSetting(directory.pathPointer());
-    COMPARE_BYTES(loggedText(), "3 [VLMC_BrowserUserSetting::saveSetting] start\n"
-                                "3 [VLMC_XMLSetting::save] start\n"
-                                "3 [VLMC_XMLSetting::saveBookmark] end\n"
-                                "3 [VLMC_BrowserUserSetting::saveSetting] end\n");
-    COMPARE_BYTES(readFile(directory.file(kFile)), kDefaults);
-}
-
-void tst_VLMC_BrowserUserSetting::saveSetting_refusesBlankDirectory()
-{
-    QFETCH(bool, null);
-    Override<Store> store;
-    QString empty;
-    store.saveSetting(null ? nullptr : &empty);
-    QCOMPARE(store.saveCalls, 0);
-    COMPARE_BYTES(loggedText(),
-                  "3 [VLMC_BrowserUserSetting::saveSetting] start\n"
-                  "2 [VLMC_BrowserUserSetting::saveSetting] User Path is NULL or empty.\n");
-}
-
-void tst_VLMC_BrowserUserSetting::saveSetting_writesNothingBeforeLoad()
-{
-    TestDirectory directory;
-    Store store;
-    store.saveSetting(directory.pathPointer());
-    QVERIFY(!exists(directory.file(kFile)));
 }
 
 void tst_VLMC_BrowserUserSetting::textGetters_refuseNull_data()
