@@ -3,8 +3,8 @@
 # Qt's own implicit conversions differ between its majors, so they are switched off throughout.
 set(velmora_qt_definitions QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 
-# No -Wnon-virtual-dtor: VLMC_XMLSetting has virtual operations and a destructor that is not virtual,
-# as its binary interface has it; -Wdelete-non-virtual-dtor, part of -Wall, still finds a misuse.
+# No -Wnon-virtual-dtor: the binary interface gives VLMC_XMLSetting virtual operations and a destructor
+# that is not virtual; -Wdelete-non-virtual-dtor, part of -Wall, still finds misuse.
 set(velmora_warnings
   -Wall -Wextra -Wpedantic -Wshadow -Wcast-align -Wcast-qual -Wconversion -Wno-sign-conversion
   -Wdouble-promotion -Wformat=2 -Wno-format-nonliteral -Woverloaded-virtual
