@@ -8,7 +8,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QFileInfo>
-#include <QtCore/QTimer>
+#include <QtCore/QTimerEvent>
 
 #include <algorithm>
 #include <cstdio>
@@ -20,6 +20,7 @@ namespace
 {
 const int kEntries = 999;
 const int kRounds = 1000;
+const int kFirstRounds = kRounds / 10;
 
 qint64 heapInUse() { return qint64(mallinfo2().uordblks); }
 
@@ -34,6 +35,42 @@ void changeOne(VLMC_HistorySetting &store, int round)
     entry.dateTime = timeOf(-1);
     store.updateHistory(&entry);
 }
+
+// A round each time that the event loop has nothing else to do, then the end of the loop.
+class Rounds : public QObject
+{
+public:
+    Rounds(VLMC_HistorySetting &store, Profile &profile)
+        : m_store(store), m_profile(profile), m_round(0), m_afterFirst(0)
+    {
+    }
+
+    /// The heap in use after the first rounds, in bytes.
+    qint64 afterFirst() const { return m_afterFirst; }
+
+protected:
+    void timerEvent(QTimerEvent *) override
+    {
+        // What the round before let go of is gone by now.
+        if (m_round == kFirstRounds) {
+            m_afterFirst = heapInUse();
+        }
+        if (m_round == kRounds) {
+            QCoreApplication::quit();
+            return;
+        }
+        m_store.loadHistory(m_profile.pathPointer(), kEntries);
+        changeOne(m_store, m_round);
+        m_store.saveHistory(m_profile.pathPointer(), kEntries);
+        ++m_round;
+    }
+
+private:
+    VLMC_HistorySetting &m_store;
+    Profile &m_profile;
+    int m_round;
+    qint64 m_afterFirst;
+};
 } // namespace
 
 int main(int argc, char **argv)
@@ -51,28 +88,12 @@ int main(int argc, char **argv)
     runDeferredDeletes();
     const qint64 settled = heapInUse() - before;
 
-    qint64 afterFirst = 0;
-    int round = 0;
-    QTimer idle;
-    QObject::connect(&idle, &QTimer::timeout, [&]() {
-        // What the round before let go of is gone by now.
-        if (round == kRounds / 10) {
-            afterFirst = heapInUse();
-        }
-        if (round == kRounds) {
-            application.quit();
-            return;
-        }
-        store.loadHistory(profile.pathPointer(), kEntries);
-        changeOne(store, round);
-        store.saveHistory(profile.pathPointer(), kEntries);
-        ++round;
-    });
-    idle.start(0);
+    Rounds rounds(store, profile);
+    rounds.startTimer(0);
     application.exec();
     printf("{\"fileBytes\": %lld, \"loadedBytes\": %lld, \"settledBytes\": %lld, "
            "\"growthBytes\": %lld, \"rounds\": %d}\n",
            (long long)fileSize, (long long)loaded, (long long)settled,
-           (long long)(heapInUse() - afterFirst), kRounds - kRounds / 10);
+           (long long)(heapInUse() - rounds.afterFirst()), kRounds - kFirstRounds);
     return 0;
 }

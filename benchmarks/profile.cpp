@@ -1,7 +1,11 @@
 #include "benchmarks/profile.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QStringList>
 #include <QtCore/QXmlStreamWriter>
+
+#include <cstdlib>
 
 namespace
 {
@@ -31,7 +35,25 @@ void writeDocument(const QString &path, const char *root, const char *child, int
 }
 } // namespace
 
-Profile::Profile() : m_path(m_directory.path() + QLatin1Char('/')) {}
+Profile::Profile()
+{
+    QByteArray path = QFile::encodeName(QDir::tempPath() + text("/velmora-bench-XXXXXX"));
+    if (!mkdtemp(path.data())) {
+        qFatal("cannot make %s", path.constData());
+    }
+    m_path = QFile::decodeName(path) + QLatin1Char('/');
+}
+
+// No store makes folders by itself.
+Profile::~Profile()
+{
+    QDir directory(m_path);
+    const QStringList names = directory.entryList(QDir::Files | QDir::Hidden);
+    for (const QString &name : names) {
+        directory.remove(name);
+    }
+    directory.rmdir(m_path);
+}
 
 QString Profile::path() const { return m_path; }
 

@@ -3,7 +3,6 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
-#include <QtCore/QTemporaryDir>
 
 // Files with any number of entries, as the stores would have written them.
 
@@ -12,12 +11,15 @@ class Profile
 {
 public:
     Profile();
+    ~Profile();
+    Profile(const Profile &) = delete;
+    Profile &operator=(const Profile &) = delete;
+
     QString path() const;
     QString *pathPointer();
     QString file(const char *name) const;
 
 private:
-    QTemporaryDir m_directory;
     QString m_path;
 };
 

@@ -198,9 +198,15 @@ void VLMC_BookmarksSetting::changeThumbFilePath(QString &dir,
     if (!convert) {
         return;
     }
-    // Looked up one by one, as the conversion may change the list.
+    // Looked up one by one, as the conversion may change the list. It is not called for what it
+    // adds behind the others, or one that always adds would never end.
+    const int count = getXMLNodeCnt();
     int index = 0;
-    while (VLMC_XMLNode *const thumbnail = getThumbNode(index)) {
+    while (index < count) {
+        VLMC_XMLNode *const thumbnail = getThumbNode(index);
+        if (!thumbnail) {
+            return;
+        }
         convertPath(thumbnail, dir, convert);
         ++index;
     }

@@ -11,7 +11,7 @@
 #include <QtCore/QVector>
 
 #include <algorithm>
-#include <typeinfo>
+#include <cstring>
 
 using namespace vlm;
 
@@ -146,6 +146,23 @@ VLMC_XMLNode *addVisit(VLMC_XMLSetting &store, const Texts &visit, char place)
     addElement(store, entry, kDateTime, visit.time, PlainText, AtEnd);
     return entry;
 }
+// The table of the object's virtual operations, which an object begins with.
+const void *operationsOf(const VLMC_HistorySetting &store)
+{
+    const void *table = nullptr;
+    memcpy(&table, static_cast<const void *>(&store), sizeof table);
+    return table;
+}
+
+// True when the store's class is VLMC_HistorySetting itself, which overrides nothing. Its type
+// would tell as well, but a derived class that was compiled without RTTI has none. Both objects
+// have the table from the library's own constructor, whatever copies of it programs hold. The one
+// to compare with is never destroyed: its end would stand in the log.
+bool overridesNothing(const VLMC_HistorySetting &store)
+{
+    static const VLMC_HistorySetting *const plain = new VLMC_HistorySetting;
+    return operationsOf(store) == operationsOf(*plain);
+}
 } // namespace
 
 bool VLMS_History::operator<(const VLMS_History &other) const { return other.dateTime < dateTime; }
@@ -169,7 +186,7 @@ void VLMC_HistorySetting::loadHistory(QString *dir, int max)
     loadEntries(*this, *dir, kFileName);
     // Nobody has seen the entries yet, so they need not be built anew to be put in order; only a
     // derived class could tell, by the virtual operations that building them calls.
-    if (typeid(*this) == typeid(VLMC_HistorySetting)) {
+    if (overridesNothing(*this)) {
         sortLoadedEntries();
     } else {
         sortHistory();
@@ -279,7 +296,7 @@ void VLMC_HistorySetting::sortHistory()
     }
     const QVector<Texts> visits = textsOf(visitsNewestFirst(*this));
     deleteAllSetting();
-    const bool isSeen = typeid(*this) != typeid(VLMC_HistorySetting) || getXMLNodeCnt() > 0;
+    const bool isSeen = !overridesNothing(*this) || getXMLNodeCnt() > 0;
     for (int i = int(visits.size()) - 1; i >= 0; --i) {
         VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::setHistory]");
         if (addVisit(*this, visits.at(i), AtFront) && isSeen) {

@@ -3,6 +3,10 @@
 # Qt's own implicit conversions differ between its majors, so they are switched off throughout.
 set(velmora_qt_definitions QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 
+# File sizes, inode numbers and times of 64 bits, even where system calls have 32 by default: there, a
+# file with a larger one could not be opened.
+set(velmora_system_definitions _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+
 # No -Wnon-virtual-dtor: the binary interface gives VLMC_XMLSetting virtual operations and a destructor
 # that is not virtual; -Wdelete-non-virtual-dtor, part of -Wall, still finds misuse.
 set(velmora_warnings
@@ -22,7 +26,8 @@ function(velmora_compiler_options target)
     CXX_STANDARD ${standard}
     CXX_STANDARD_REQUIRED ON
     CXX_EXTENSIONS OFF)
-  target_compile_definitions(${target} PRIVATE ${velmora_qt_definitions})
+  target_compile_definitions(${target} PRIVATE ${velmora_qt_definitions}
+    ${velmora_system_definitions})
   target_compile_options(${target} PRIVATE ${velmora_warnings})
   if(VELMORA_WERROR)
     target_compile_options(${target} PRIVATE -Werror)

@@ -1,5 +1,5 @@
-# The only place that tells the majors of Qt apart. Sets VELMORA_QT_CORE, _NETWORK, _GUI, _CODECS and
-# _TEST to the targets to link, velmora_qt_find, _pkgconfig and _debian to what a consumer has to
+# The only place that tells the majors of Qt apart. Sets VELMORA_QT_CORE, _NETWORK, _GUI, _CODECS, _XML
+# and _TEST to the targets to link, velmora_qt_find, _pkgconfig and _debian to what a consumer has to
 # look for with CMake, with pkg-config and among Debian's packages, and velmora_qmake to Qt's qmake.
 
 # For those of Qt's functions that have no major in their names.
@@ -12,6 +12,7 @@ if(VELMORA_QT_MAJOR EQUAL 4)
   set(VELMORA_QT_GUI Qt4::QtGui)
   set(VELMORA_QT_CODECS "")
   set(VELMORA_QT_TEST Qt4::QtTest)
+  set(VELMORA_QT_XML Qt4::QtXml)
   set(velmora_qmake ${QT_QMAKE_EXECUTABLE})
   set(velmora_qt_find "Qt4 4.8 COMPONENTS QtCore QtNetwork QtGui")
   set(velmora_qt_pkgconfig "QtCore QtNetwork QtGui")
@@ -22,7 +23,9 @@ elseif(VELMORA_QT_MAJOR EQUAL 5)
   set(VELMORA_QT_GUI Qt5::Gui)
   set(VELMORA_QT_CODECS "")
   set(VELMORA_QT_TEST Qt5::Test)
+  set(VELMORA_QT_XML Qt5::Xml)
   set(velmora_qt_find "Qt5 5.15 COMPONENTS Core Network Gui")
+  get_target_property(velmora_qmake Qt5::qmake IMPORTED_LOCATION)
   set(velmora_qt_pkgconfig "Qt5Core Qt5Network Qt5Gui")
   set(velmora_qt_debian qtbase5-dev)
 elseif(VELMORA_QT_MAJOR EQUAL 6)
@@ -32,7 +35,9 @@ elseif(VELMORA_QT_MAJOR EQUAL 6)
   set(VELMORA_QT_GUI Qt6::Gui)
   set(VELMORA_QT_CODECS Qt6::Core5Compat)
   set(VELMORA_QT_TEST Qt6::Test)
+  set(VELMORA_QT_XML Qt6::Xml)
   set(velmora_qt_find "Qt6 6.4 COMPONENTS Core Network Gui")
+  get_target_property(velmora_qmake Qt6::qmake IMPORTED_LOCATION)
   set(velmora_qt_pkgconfig "Qt6Core Qt6Network Qt6Gui")
   set(velmora_qt_debian qt6-base-dev)
 else()

@@ -8,11 +8,15 @@ set(CMAKE_SYSTEM_PROCESSOR arm)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 
+get_filename_component(velmora_arm_packages ${CMAKE_CURRENT_LIST_DIR}/../build-arm-packages ABSOLUTE)
 if(DEFINED ENV{VELMORA_ARM_PACKAGES})
-  set(CMAKE_SYSROOT $ENV{VELMORA_ARM_PACKAGES})
-else()
-  get_filename_component(CMAKE_SYSROOT ${CMAKE_CURRENT_LIST_DIR}/../build-arm-packages ABSOLUTE)
+  set(velmora_arm_packages $ENV{VELMORA_ARM_PACKAGES})
 endif()
+# Kept, for a later run of CMake may not find it in its environment.
+set(VELMORA_ARM_PACKAGES ${velmora_arm_packages} CACHE PATH
+  "Debian's packages for 32-bit ARM, unpacked")
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VELMORA_ARM_PACKAGES)
+set(CMAKE_SYSROOT ${VELMORA_ARM_PACKAGES})
 set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)

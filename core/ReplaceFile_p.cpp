@@ -48,6 +48,18 @@ int openRetried(const QByteArray &name, int flags, int mode = 0)
     return retried([&] { return open(name.constData(), flags | O_CLOEXEC, mode); });
 }
 
+// The name by which the system knows the file that QFile would write. With a prefix that stands for
+// search paths (QDir::setSearchPaths) that is the first file found in them, and when there is none
+// the path as it stands. Empty for one of Qt's resources, which nobody can write.
+QByteArray nativeName(const QString &path)
+{
+    if (!path.contains(QLatin1Char(':'))) {
+        return QFile::encodeName(path);
+    }
+    return path.startsWith(QLatin1Char(':')) ? QByteArray()
+                                             : QFile::encodeName(QFile(path).fileName());
+}
+
 // With its "/", or empty for a name without one.
 QByteArray folderPart(const QByteArray &name) { return name.left(name.lastIndexOf('/') + 1); }
 
@@ -231,7 +243,7 @@ vlm::ReplaceFile::~ReplaceFile() { removeTemporary(); }
 
 bool vlm::ReplaceFile::open(const QString &path)
 {
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = nativeName(path);
     if (name.isEmpty() || name.contains('\0')) {
         return false;
     }

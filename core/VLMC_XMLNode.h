@@ -31,7 +31,7 @@ public:
     /// A node without name, text and attributes. With a parent it becomes the parent's last child
     /// (prepend 0) or its first (any other value).
     VLMC_XMLNode(VLMC_XMLNode *parent, char prepend);
-    ~VLMC_XMLNode() override;
+    virtual ~VLMC_XMLNode();
 
     /// Makes child this node's last child (prepend 0) or its first (any other value), taking it
     /// out of the parent that it has, this node included. Null is ignored.

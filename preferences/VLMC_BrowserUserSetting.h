@@ -83,9 +83,9 @@ public:
     void setBrwSettingflag(bool flag);
 
 private:
-    void completeDocument();
-    char defaultTiming(char adminTiming) const;
-    char missingTiming() const;
+    VLM_HIDDEN void completeDocument();
+    VLM_HIDDEN char defaultTiming(char adminTiming) const;
+    VLM_HIDDEN char missingTiming() const;
 
     unsigned long m_userType;
     char m_adminCookieDeleteTiming;

@@ -45,6 +45,13 @@ need() {
     rm -f "$log"
 }
 
+# need_qt4 <variable> <what for> [arm]: the variable names the prefix of a Qt 4.8.
+need_qt4() {
+    local prefix=${!1:-}
+    [ -n "$prefix" ] || fail "$1 is not set; let it name a Qt 4.8 for $2, which 'scripts/qt4 <clone> <prefix>${3:+ $3}' makes"
+    [ -x "$prefix/bin/qmake" ] || fail "'$prefix/bin/qmake' is missing; let $1 name the prefix of a Qt 4.8 for $2"
+}
+
 # build <preset>: configures and builds, showing warnings and errors only.
 build() {
     say "Building ($1)"
@@ -54,3 +61,6 @@ build() {
 
 # What a build with Qt 5.15 needs.
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libfontconfig-dev libxml2-dev)
+# What those with the other two need beside them.
+qt6_packages=(qt6-base-dev qt6-5compat-dev)
+qt4_packages=(libx11-6 libxext6 libxrender1 libfreetype6 zlib1g)

@@ -67,29 +67,41 @@ LoopbackServer::Answer guardedBy(const char *challenge, bool (*isRight)(const QB
                                                 << QByteArray("WWW-Authenticate: ") + challenge);
     };
 }
+} // namespace
 
 // The browser's side: gives the newest entry for the host and port, once per page. Otherwise the
 // server would ask again and again for wrong credentials.
-void answerFromStore(QNetworkReply *reply, QAuthenticator *authenticator)
+class StoredCredentials : public QObject
 {
-    VLMC_AuthSetting *const store = VLMC_AuthSetting::getInstance();
-    const QString port = QString::number(reply->url().port(80));
-    for (int id = 0; id < store->getAuthInfoCnt() && !reply->property("answered").toBool(); ++id) {
-        VLMS_AuthInfo info = {};
-        if (store->getAuthInfo(id, &info) && info.hostName == reply->url().host()
-            && info.portNum == port) {
-            authenticator->setUser(QString::fromUtf8(info.user.constData()));
-            authenticator->setPassword(QString::fromUtf8(info.passwd.constData()));
-            reply->setProperty("answered", true);
+    Q_OBJECT
+
+public slots:
+    void answer(QNetworkReply *reply, QAuthenticator *authenticator)
+    {
+        VLMC_AuthSetting *const store = VLMC_AuthSetting::getInstance();
+        const QString port = QString::number(reply->url().port(80));
+        for (int id = 0; id < store->getAuthInfoCnt() && !reply->property("answered").toBool();
+             ++id) {
+            VLMS_AuthInfo info = {};
+            if (store->getAuthInfo(id, &info) && info.hostName == reply->url().host()
+                && info.portNum == port) {
+                authenticator->setUser(QString::fromUtf8(info.user.constData()));
+                authenticator->setPassword(QString::fromUtf8(info.passwd.constData()));
+                reply->setProperty("answered", true);
+            }
         }
     }
-}
+};
 
+namespace
+{
 int visit(const QUrl &url)
 {
     QNetworkAccessManager browser;
     browser.setProxy(QNetworkProxy::NoProxy);
-    QObject::connect(&browser, &QNetworkAccessManager::authenticationRequired, answerFromStore);
+    StoredCredentials credentials;
+    credentials.connect(&browser, SIGNAL(authenticationRequired(QNetworkReply *, QAuthenticator *)),
+                        SLOT(answer(QNetworkReply *, QAuthenticator *)));
     return fetch(browser, url);
 }
 
@@ -132,3 +144,5 @@ void showCredentials(const QString &profile)
                                 << QString::fromLatin1(QByteArray(kPassword).toBase64());
     printFile(directory + text("authinfo.xml"), secrets);
 }
+
+#include "credentials.moc"

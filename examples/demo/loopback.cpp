@@ -17,7 +17,7 @@ const int kPatienceMilliseconds = 20000;
 
 LoopbackServer::LoopbackServer(const Answer &answer) : m_answer(answer)
 {
-    connect(this, &QTcpServer::newConnection, this, [this] { takeConnection(); });
+    connect(this, SIGNAL(newConnection()), SLOT(takeConnection()));
     expect(listen(QHostAddress::LocalHost), "a server on the loopback interface starts");
 }
 
@@ -26,12 +26,13 @@ QUrl LoopbackServer::url() const { return QUrl(text("http://127.0.0.1:%1/").arg(
 void LoopbackServer::takeConnection()
 {
     QTcpSocket *const socket = nextPendingConnection();
-    connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
-    connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    connect(socket, SIGNAL(readyRead()), SLOT(read()));
+    socket->connect(socket, SIGNAL(disconnected()), SLOT(deleteLater()));
 }
 
-void LoopbackServer::read(QTcpSocket *socket)
+void LoopbackServer::read()
 {
+    QTcpSocket *const socket = qobject_cast<QTcpSocket *>(sender());
     const QByteArray request = socket->property("request").toByteArray() + socket->readAll();
     socket->setProperty("request", request);
     if (request.contains("\r\n\r\n")) {
@@ -65,9 +66,9 @@ int fetch(QNetworkAccessManager &browser, const QUrl &url)
 {
     const QScopedPointer<QNetworkReply> reply(browser.get(QNetworkRequest(url)));
     QEventLoop loop;
-    QObject::connect(reply.data(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.connect(reply.data(), SIGNAL(finished()), SLOT(quit()));
     QTimer patience;
-    QObject::connect(&patience, &QTimer::timeout, &loop, &QEventLoop::quit);
+    loop.connect(&patience, SIGNAL(timeout()), SLOT(quit()));
     patience.start(kPatienceMilliseconds);
     loop.exec();
     return reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();

@@ -9,22 +9,24 @@
 #include <functional>
 
 class QNetworkAccessManager;
-class QTcpSocket;
 
 // A web server inside the program, as small as HTTP allows: one request per connection, without a
 // body, answered by the function that the server is given.
 class LoopbackServer : public QTcpServer
 {
+    Q_OBJECT
+
 public:
     typedef std::function<QByteArray(const QByteArray &request)> Answer;
 
     explicit LoopbackServer(const Answer &answer);
     QUrl url() const;
 
-private:
+private slots:
     void takeConnection();
-    void read(QTcpSocket *socket);
+    void read();
 
+private:
     Answer m_answer;
 };
 

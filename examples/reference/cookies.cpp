@@ -2,6 +2,7 @@
 #include "examples/reference/Reference.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QStringList>
 
 namespace
 {

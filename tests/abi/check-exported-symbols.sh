@@ -8,9 +8,11 @@ list=$2
 exported=$(mktemp)
 trap 'rm -f "$exported"' EXIT
 
-# Names only, without what a sanitizer adds. Constructors and destructors come in variants that read
-# alike. What is a class of its own on Qt 5 and a name for a list on Qt 6 is written as the list.
-nm -D --defined-only "$library" | cut -d ' ' -f 3- | grep -v '^__odr_asan\|^__asan' | c++filt \
+# Names only, without what linkers and sanitizers add. Constructors and destructors come in variants
+# that read alike. What is a class of its own on Qt 5 and a name for a list on Qt 6 is written as the
+# list; so one list serves every Qt and every processor.
+nm -D --defined-only "$library" | cut -d ' ' -f 3- \
+  | grep -v '^__odr_asan\|^__asan\|^__bss_start$\|^_edata$\|^_end$' | c++filt \
   | sed 's/QStringList/QList<QString>/g' | LC_ALL=C sort -u > "$exported"
 
 if [ "${3:-}" = --update ]; then

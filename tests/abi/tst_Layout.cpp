@@ -178,7 +178,7 @@ void tst_Layout::xmlSetting_rootFollowsTheTable()
     Recording store;
     QCOMPARE(Recording::rootOffset(store), sizeof(void *));
     QCOMPARE(sizeof(VLMC_XMLSetting), 2 * sizeof(void *));
-    QVERIFY(!*reinterpret_cast<VLMC_XMLNode **>(reinterpret_cast<char *>(&store) + sizeof(void *)));
+    QVERIFY(!valueAt<VLMC_XMLNode *>(&store, sizeof(void *)));
 }
 
 void tst_Layout::xmlSetting_destructorIsNotVirtual()
@@ -311,7 +311,8 @@ void tst_Layout::userPreferences_fieldsStandInOrder()
     QCOMPARE(int(bytes[cookieTiming]), 41);
     QCOMPARE(int(bytes[certificateTiming]), 42);
     QCOMPARE(int(bytes[startup]), 43);
-    QCOMPARE(*reinterpret_cast<const QString *>(bytes + homepage), utf8("home"));
+    QCOMPARE(*static_cast<const QString *>(static_cast<const void *>(bytes + homepage)),
+             utf8("home"));
     QCOMPARE(int(bytes[setting]), 0);
     QCOMPARE(int(bytes[settingFlag]), 1);
 }

@@ -70,6 +70,22 @@ QString withoutSecond(QString &path, QString &dir)
     return bracketed(path, dir);
 }
 
+VLMC_BookmarksSetting *g_growing = nullptr;
+char g_place = 0;
+QStringList g_converted;
+
+// Each conversion adds a bookmark to g_growing, up to more than a test has patience for.
+QString withOneMore(QString &path, QString &dir)
+{
+    g_converted.append(path);
+    VLMS_Bookmark added;
+    added.thumbnailPath = utf8("added");
+    if (g_converted.size() < 20) {
+        g_growing->setBookmark(&added, g_place);
+    }
+    return bracketed(path, dir);
+}
+
 QString letters(int count) { return QString(count, QLatin1Char('x')); }
 } // namespace
 
@@ -102,6 +118,8 @@ private slots:
     void changeThumbFilePath_convertsEachOnce();
     void changeThumbFilePath_convertsEachOfMany();
     void changeThumbFilePath_followsAListThatConversionsChange();
+    void changeThumbFilePath_endsWhereTheListEndedBefore_data();
+    void changeThumbFilePath_endsWhereTheListEndedBefore();
     void changeThumbFilePath_stopsWithoutThumbnail();
     void changeThumbFilePath_readsOverLongPathAsEmpty();
     void changeThumbFilePath_doesNothingWithoutConversionOrEntries();
@@ -475,6 +493,41 @@ void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_followsAListThatC
     QVERIFY(pathOf(bookmarks, 0).startsWith(utf8("d<")));
     QVERIFY(pathOf(bookmarks, 1).startsWith(utf8("d<")));
     QCOMPARE(second->getText(), pathOfSecond);
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_endsWhereTheListEndedBefore_data()
+{
+    QTest::addColumn<int>("place");
+    QTest::addColumn<QStringList>("converted");
+    QTest::newRow("added behind") << 0 << (QStringList() << utf8("a") << utf8("b") << utf8("c"));
+    // What is pushed back comes again.
+    QTest::newRow("added in front")
+        << 1 << (QStringList() << utf8("a") << utf8("<a>") << utf8("<<a>>"));
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_endsWhereTheListEndedBefore()
+{
+    QFETCH(int, place);
+    QFETCH(QStringList, converted);
+    TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    loadList(bookmarks, directory, bookmarkWith("a") + bookmarkWith("b") + bookmarkWith("c"));
+    bookmarks.removeThumbnailFilePath();
+    const char *const names[] = {"a", "b", "c"};
+    for (int id = 0; id < 3; ++id) {
+        QString name = utf8(names[id]);
+        bookmarks.setBookmarkThumbnailFilePath(id, &name);
+    }
+    g_growing = &bookmarks;
+    g_place = char(place);
+    g_converted.clear();
+    QString dir;
+
+    bookmarks.changeThumbFilePath(dir, withOneMore);
+
+    QCOMPARE(g_converted, converted);
+    QCOMPARE(bookmarks.getBookmarkCnt(), 6);
+    QCOMPARE(pathOf(bookmarks, place ? 0 : 5), utf8("added"));
 }
 
 void tst_VLMC_BookmarksSetting_thumbnails::changeThumbFilePath_stopsWithoutThumbnail()

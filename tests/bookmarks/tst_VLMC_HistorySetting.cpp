@@ -2,6 +2,7 @@
 
 #include "core/VLMC_XMLNode.h"
 #include "tests/support/Files.h"
+#include "tests/support/LivingObjects.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/WatchedStore.h"
 
@@ -162,6 +163,8 @@ private slots:
     void loadHistory_callsVirtualOperations();
     void loadHistory_drops501Of1500();
     void loadHistory_keepsDistinctIdsBehindTheLastNumber();
+    void loadHistory_releasesWhatItReplaces_data();
+    void loadHistory_releasesWhatItReplaces();
 
     void saveHistory_writesByteForByte();
     void saveHistory_refusesBlankDirectory_data();
@@ -436,6 +439,31 @@ void tst_VLMC_HistorySetting::loadHistory_keepsDistinctIdsBehindTheLastNumber()
     QVERIFY(ids(history).endsWith(",997,998,998,998,"));
     COMPARE_BYTES(ids(history), ids(derived));
     COMPARE_BYTES(titles(history), titles(derived));
+}
+
+void tst_VLMC_HistorySetting::loadHistory_releasesWhatItReplaces_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    const QByteArray plain = entryOf("t", "2026/01/01 00:00");
+    QTest::newRow("entries in use") << fileOf(plain.repeated(900));
+    QTest::newRow("entries left out") << fileOf(plain.repeated(1900));
+    QTest::newRow("entries built anew")
+        << fileOf(("<pageInfo>text" + plain.mid(int(qstrlen("<pageInfo>")))).repeated(900));
+}
+
+void tst_VLMC_HistorySetting::loadHistory_releasesWhatItReplaces()
+{
+    QFETCH(QByteArray, file);
+    TestDirectory directory;
+    VLMC_HistorySetting history;
+    load(history, directory, file);
+    runDeferredDeletes();
+    const int before = livingObjects();
+    load(history, directory, file);
+    runDeferredDeletes();
+    // Qt and the test keep a few.
+    const int more = livingObjects() - before;
+    QVERIFY2(more < 900, QByteArray::number(more).constData());
 }
 
 void tst_VLMC_HistorySetting::saveHistory_writesByteForByte()

@@ -4,6 +4,7 @@
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
 
+#include <QtCore/QPointer>
 #include <QtGui/QImage>
 
 #include <sys/stat.h>
@@ -89,6 +90,7 @@ private slots:
     void convertThumbnailPngToXML_packsUnreadableAsEmpty();
     void convertThumbnailPngToXML_refusesNull();
     void convertThumbnailPngToXML_endsWithoutRootNode();
+    void convertThumbnailPngToXML_releasesTheDocumentBefore();
     void convertThumbnailXMLToPng_refusesNull();
     void convertThumbnailXMLToPng_readsBackRealImages();
     void convertThumbnailXMLToPng_takesEachImage_data();
@@ -200,6 +202,18 @@ void tst_VLMC_ThumbnailConverter::convertThumbnailPngToXML_endsWithoutRootNode()
     converter.convertThumbnailPngToXML(directory.localFile(), directory.localFile("packed.xml"));
     QVERIFY(!exists(directory.file("packed.xml")));
     QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_ThumbnailConverter::convertThumbnailPngToXML_releasesTheDocumentBefore()
+{
+    TestDirectory directory;
+    VLMC_ThumbnailConverter converter;
+    converter.createXMLRootNode();
+    const QPointer<QObject> before(converter.getXMLRootNode());
+    converter.convertThumbnailPngToXML(directory.localFile(), directory.localFile("packed.xml"));
+    QVERIFY(before);
+    runDeferredDeletes();
+    QVERIFY(!before);
 }
 
 void tst_VLMC_ThumbnailConverter::convertThumbnailXMLToPng_refusesNull()

@@ -2,7 +2,8 @@
 # build-and-run.sh cmake|pkg-config|qmake <prefix> <library folder> <folder to build in>: builds the
 # program beside this script against the library installed at prefix, and runs it.
 #
-# From the environment: CMAKE, CXX, CXXFLAGS, QMAKE, and STANDARD, the language standard of Qt.
+# From the environment: CMAKE, CMAKE_OPTIONS, CXX, CXXFLAGS, QMAKE, STANDARD, the language standard of
+# Qt, PKG_CONFIG_PATH, where it lacks Qt's own folder, and EMULATOR.
 set -eu
 
 kind=$1
@@ -14,13 +15,14 @@ source=$(cd "$(dirname "$0")" && pwd)
 rm -rf "$build"
 mkdir -p "$build"
 cd "$build"
-PKG_CONFIG_PATH=$libraries/pkgconfig
+PKG_CONFIG_PATH=$libraries/pkgconfig${PKG_CONFIG_PATH:+:$PKG_CONFIG_PATH}
 export PKG_CONFIG_PATH
 
 case $kind in
 cmake)
-  "$CMAKE" -S "$source/cmake" -B . -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$CXX" \
-    -DCMAKE_CXX_FLAGS="$CXXFLAGS"
+  # A toolchain's programs look for packages below their own roots alone.
+  "$CMAKE" -S "$source/cmake" -B . -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_FIND_ROOT_PATH="$prefix" \
+    -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_CXX_FLAGS="$CXXFLAGS" ${CMAKE_OPTIONS-}
   "$CMAKE" --build .
   ;;
 pkg-config)
@@ -35,4 +37,4 @@ qmake)
   ;;
 esac
 
-test "$(./consumer ./)" = "1 Sans"
+test "$(${EMULATOR-} ./consumer ./)" = "1 Sans"

@@ -2,6 +2,9 @@
 # check-platform-library.sh <cmake> <compiler> <source> <platform library> <folder to build in>:
 # builds the library with VELMORA_PLATFORM_LIBRARY and runs a program with it. The folder is kept, so
 # that only what has changed is built anew.
+#
+# From the environment: QT_MAJOR, CMAKE_OPTIONS, PKG_CONFIG_PATH, where it lacks Qt's own folder, and
+# EMULATOR.
 set -eu
 
 cmake=$1
@@ -12,7 +15,8 @@ build=$5
 
 "$cmake" -S "$source" -B "$build" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=-O0 \
   -DCMAKE_CXX_COMPILER="$cxx" -DBUILD_TESTING=OFF \
-  -DVELMORA_TOOLS=OFF -DVELMORA_KIOSK=OFF -DVELMORA_PLATFORM_LIBRARY="$platform"
+  -DVELMORA_TOOLS=OFF -DVELMORA_KIOSK=OFF -DVELMORA_QT_MAJOR="$QT_MAJOR" \
+  -DVELMORA_PLATFORM_LIBRARY="$platform" ${CMAKE_OPTIONS-}
 "$cmake" --build "$build" --target velmora-settings
 "$cmake" --install "$build" --prefix "$build/prefix"
 libraries=$(dirname "$(find "$build/prefix" -name libvelmora-settings.so)")
@@ -29,13 +33,15 @@ if find "$build/prefix" -name 'libvelmora-platform*' | grep . \
   exit 1
 fi
 
-PKG_CONFIG_PATH=$libraries/pkgconfig
+PKG_CONFIG_PATH=$libraries/pkgconfig${PKG_CONFIG_PATH:+:$PKG_CONFIG_PATH}
 export PKG_CONFIG_PATH
 $cxx -std=c++11 -fPIC "$source/tests/consumers/main.cpp" \
   $(pkg-config --cflags --libs velmora-settings) \
   -Wl,-rpath,"$libraries" -Wl,-rpath-link,"$(dirname "$platform")" -o "$build/consumer"
 # The loader of a device finds its platform library by itself.
-output=$(cd "$build" && LD_LIBRARY_PATH=$(dirname "$platform") ./consumer ./)
+LD_LIBRARY_PATH=$(dirname "$platform")${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+export LD_LIBRARY_PATH
+output=$(cd "$build" && ${EMULATOR-} ./consumer ./)
 echo "$output"
 echo "$output" | grep -qxF "[VLMC_FontListSetting::loadFontList] start"
 echo "$output" | grep -qxF "1 Sans"

@@ -81,7 +81,8 @@ public:
         : hasEntered(false), asked(0), m_store(credentials), m_answered(false)
     {
         m_manager.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-        connect(&m_manager, &QNetworkAccessManager::authenticationRequired, this, &Browser::answer);
+        connect(&m_manager, SIGNAL(authenticationRequired(QNetworkReply *, QAuthenticator *)),
+                SLOT(answer(QNetworkReply *, QAuthenticator *)));
     }
 
     /// The HTTP status; 0 when there is none.
@@ -90,8 +91,8 @@ public:
         m_answered = false;
         QNetworkReply *const reply = m_manager.get(QNetworkRequest(QUrl(url)));
         QEventLoop loop;
-        connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-        QTimer::singleShot(20000, &loop, &QEventLoop::quit);
+        loop.connect(reply, SIGNAL(finished()), SLOT(quit()));
+        QTimer::singleShot(20000, &loop, SLOT(quit()));
         loop.exec();
         const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         delete reply;
@@ -102,7 +103,7 @@ public:
     bool hasEntered;
     int asked;
 
-private:
+private slots:
     void answer(QNetworkReply *reply, QAuthenticator *authenticator)
     {
         ++asked;
@@ -122,6 +123,7 @@ private:
         authenticator->setPassword(QString::fromUtf8(info.passwd.constData()));
     }
 
+private:
     bool find(const QUrl &url, VLMS_AuthInfo *info)
     {
         for (int id = 0; id < m_store.getAuthInfoCnt(); ++id) {

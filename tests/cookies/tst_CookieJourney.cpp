@@ -73,8 +73,8 @@ public:
     {
         QNetworkReply *const reply = m_manager.get(QNetworkRequest(QUrl(url)));
         QEventLoop loop;
-        QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-        QTimer::singleShot(20000, &loop, &QEventLoop::quit);
+        loop.connect(reply, SIGNAL(finished()), SLOT(quit()));
+        QTimer::singleShot(20000, &loop, SLOT(quit()));
         loop.exec();
         const bool answered = reply->isFinished() && reply->error() == QNetworkReply::NoError
                               && reply->readAll() == "ok";

@@ -12,7 +12,7 @@ class tst_VLMC_CookieSetting : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { takeLog(); }
+    void init();
     void cleanup() { runDeferredDeletes(); }
 
     void getInstance_givesOneStore();
@@ -56,6 +56,12 @@ private slots:
 
 namespace
 {
+void setZone(const char *zone)
+{
+    qputenv("TZ", zone);
+    tzset();
+}
+
 QNetworkCookie cookieNamed(const char *name)
 {
     QNetworkCookie cookie(name, "v");
@@ -138,6 +144,12 @@ QByteArray entries(VLMC_CookieSetting &store)
     return text;
 }
 } // namespace
+
+void tst_VLMC_CookieSetting::init()
+{
+    setZone("UTC0");
+    takeLog();
+}
 
 void tst_VLMC_CookieSetting::getInstance_givesOneStore()
 {
@@ -344,16 +356,17 @@ void tst_VLMC_CookieSetting::addCookieInfo_decodesUtf8()
     QCOMPARE(infos.first().contents, text);
 }
 
-// The text has no zone: the same instant reads differently from cookies that give it in another.
+// The text has no zone: the same instant reads differently from a cookie that gives it in another.
 void tst_VLMC_CookieSetting::addCookieInfo_takesTheCookiesOwnClock()
 {
+    setZone("JST-9");
     const QDateTime instant(QDate(2031, 2, 3), QTime(4, 5, 6), Qt::UTC);
     VLMC_CookieSetting cookies;
     cookies.createXMLRootNode();
     QNetworkCookie cookie = fullCookie();
     cookie.setExpirationDate(instant);
     cookies.addCookieInfo(cookie);
-    cookie.setExpirationDate(instant.toOffsetFromUtc(9 * 3600));
+    cookie.setExpirationDate(instant.toLocalTime());
     cookies.addCookieInfo(cookie);
     number(cookies);
     const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();

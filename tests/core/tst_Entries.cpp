@@ -8,6 +8,10 @@
 
 #include <QtCore/QPointer>
 
+#include <atomic>
+#include <thread>
+#include <vector>
+
 using namespace vlm;
 
 class tst_Entries : public QObject
@@ -23,6 +27,7 @@ private slots:
     void entriesById_findsFirstOfEach();
     void releaseUnattached_leavesChildrenAlone();
     void nameRoot_leavesOneAttribute();
+    void elementName_mayBeCalledFromAnyThread();
 };
 
 void tst_Entries::everything_worksWithoutRoot()
@@ -122,6 +127,35 @@ void tst_Entries::nameRoot_leavesOneAttribute()
     addAttribute(root, "docInfo", "7");
     nameRoot(store, "list");
     QCOMPARE(described(root), QByteArray("list{docInfo=1.0}"));
+}
+
+// Names that none of the threads has asked for before, so that each call adds one.
+void tst_Entries::elementName_mayBeCalledFromAnyThread()
+{
+    const int threadCount = 8;
+    const int nameCount = 10000;
+    std::atomic<int> ready(0);
+    std::vector<int> wrong(threadCount, 0);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < threadCount; ++i) {
+        threads.push_back(std::thread([&wrong, &ready, i] {
+            // So that none is done before the last begins.
+            ++ready;
+            while (ready < threadCount) {
+                std::this_thread::yield();
+            }
+            for (int k = 0; k < nameCount; ++k) {
+                // Half of them are those of the next thread, too.
+                const QByteArray name = "name" + QByteArray::number((i + k % 2) * nameCount + k);
+                const QString text = elementName(name.constData());
+                wrong[size_t(i)] += text == QString::fromLatin1(name.constData()) ? 0 : 1;
+            }
+        }));
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    QCOMPARE(wrong, std::vector<int>(threadCount, 0));
 }
 
 QTEST_GUILESS_MAIN(tst_Entries)

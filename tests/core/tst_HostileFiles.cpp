@@ -176,6 +176,12 @@ private slots:
     void read_boundsEntities();
     void read_boundsReferencesInOtherEncodings();
     void read_expandsSmallEntities();
+    void read_expandsNestedEntities_data();
+    void read_expandsNestedEntities();
+    void read_expandsWithEncoding_data();
+    void read_expandsWithEncoding();
+    void read_countsNoBuiltInReferences_data();
+    void read_countsNoBuiltInReferences();
     void read_countsEntitiesToTheBound();
     void read_boundsDefaultAttributes_data();
     void read_boundsDefaultAttributes();
@@ -388,6 +394,70 @@ void tst_HostileFiles::read_expandsSmallEntities()
     VLMC_XMLNode *const node = root->getXMLNodeChildren().at(1);
     QCOMPARE(node->getText(), utf8("one two & A"));
     QCOMPARE(node->getAttribute().value(utf8("x")).toString(), utf8("one"));
+}
+
+// One in the other, the outermost declared first.
+void tst_HostileFiles::read_expandsNestedEntities_data()
+{
+    QTest::addColumn<int>("nesting");
+    QTest::addColumn<QString>("text");
+    for (int nesting = 1; nesting <= 8; ++nesting) {
+        QTest::newRow(QByteArray::number(nesting).constData()) << nesting << utf8("deep");
+    }
+    QTest::newRow("too deep") << 9 << utf8("");
+}
+
+void tst_HostileFiles::read_expandsNestedEntities()
+{
+    QFETCH(int, nesting);
+    QFETCH(QString, text);
+    QByteArray entities;
+    for (int i = 0; i < nesting; ++i) {
+        entities +=
+            "<!ENTITY e" + QByteArray::number(i) + " \"&e" + QByteArray::number(i + 1) + ";\">";
+    }
+    entities += "<!ENTITY e" + QByteArray::number(nesting) + " \"deep\">";
+    const Tree root = readBytes(declaring(entities, "<i>&e0;</i>"));
+    QCOMPARE(root->getXMLNodeChildren().size(), 2);
+    QCOMPARE(root->getXMLNodeChildren().at(1)->getText(), text);
+}
+
+void tst_HostileFiles::read_expandsWithEncoding_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::newRow("capitals") << QByteArray("UTF-8");
+    QTest::newRow("small letters") << QByteArray("utf-8");
+    QTest::newRow("both") << QByteArray("Utf-8");
+}
+
+void tst_HostileFiles::read_expandsWithEncoding()
+{
+    QFETCH(QByteArray, encoding);
+    const Tree root = readBytes("<?xml version=\"1.0\" encoding=\"" + encoding + "\"?>"
+                                + declaring("<!ENTITY e \"text\">", "<i>&e;</i>"));
+    QCOMPARE(root->getXMLNodeChildren().size(), 2);
+    QCOMPARE(root->getXMLNodeChildren().at(1)->getText(), utf8("text"));
+}
+
+void tst_HostileFiles::read_countsNoBuiltInReferences_data()
+{
+    QTest::addColumn<QByteArray>("reference");
+    const char *const references[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&#65;"};
+    for (const char *const reference : references) {
+        QTest::newRow(reference) << QByteArray(reference);
+    }
+}
+
+// However many, and however long the entities are that are declared beside them.
+void tst_HostileFiles::read_countsNoBuiltInReferences()
+{
+    QFETCH(QByteArray, reference);
+    const QByteArray entity = "<!ENTITY e \"" + QByteArray(4000, 'e') + "\">";
+    const Tree root =
+        readBytes(declaring(entity, "<i>" + repeated(reference, 5000) + "</i><j>&e;</j>"));
+    QCOMPARE(root->getXMLNodeChildren().size(), 3);
+    QCOMPARE(root->getXMLNodeChildren().at(1)->getText().size(), 5000);
+    QCOMPARE(root->getXMLNodeChildren().at(2)->getText().size(), 4000);
 }
 
 void tst_HostileFiles::read_boundsDefaultAttributes_data()

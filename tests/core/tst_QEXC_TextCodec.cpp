@@ -55,6 +55,8 @@ void tst_QEXC_TextCodec::fromSJIS_readsShiftJis_data()
         << QByteArray("\xb1\xb2") << utf8("\xef\xbd\xb1\xef\xbd\xb2");
     QTest::newRow("a second byte that is a backslash")
         << QByteArray("\x95\x5c.xml") << utf8("\xe8\xa1\xa8.xml");
+    QTest::newRow("the first byte that is not ASCII, no character")
+        << QByteArray("a\x80z") << utf8("a\xef\xbf\xbdz");
     QTest::newRow("mixed") << QByteArray("A\x82\xa0"
                                          "B")
                            << utf8("A\xe3\x81\x82"

@@ -126,7 +126,10 @@ private slots:
     void write_createsWithUmask();
     void open_createsForOwnerOnly();
     void write_keepsOwner();
+    void write_keepsExtendedAttributes_data();
     void write_keepsExtendedAttributes();
+    void write_keepsFoldersDefaultAccessOut();
+    void write_writesFileWithoutNameInPlace();
     void write_writesHardLinkInPlace();
     void write_writesForeignFileInPlace();
     void write_writesInPlaceInReadOnlyFolder();
@@ -346,19 +349,75 @@ void tst_ReplaceFile::write_keepsOwner()
     QCOMPARE(modeOf(path), 04755);
 }
 
+void tst_ReplaceFile::write_keepsExtendedAttributes_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::newRow("a value") << QByteArray("kept");
+    QTest::newRow("an empty value") << QByteArray("");
+}
+
 void tst_ReplaceFile::write_keepsExtendedAttributes()
 {
+    QFETCH(QByteArray, value);
     const TestDirectory directory;
     const QString path = directory.file("f.xml");
     writeFile(path, "old");
-    if (setxattr(local(path).constData(), "user.note", "kept", 4, 0) != 0) {
+    if (setxattr(local(path).constData(), "user.note", value.constData(), size_t(value.size()), 0)
+        != 0) {
         QSKIP("no extended attributes here");
     }
+    const ino_t before = statusOf(path).st_ino;
     QVERIFY(writeTree(path));
-    char value[8] = {};
-    QCOMPARE(int(getxattr(local(path).constData(), "user.note", value, sizeof value)), 4);
-    QCOMPARE(QByteArray(value), QByteArray("kept"));
+    QVERIFY(statusOf(path).st_ino != before);
+    char kept[8] = {};
+    QCOMPARE(int(getxattr(local(path).constData(), "user.note", kept, sizeof kept)),
+             int(value.size()));
+    QCOMPARE(QByteArray(kept), value);
     COMPARE_BYTES(readFile(path), kWritten);
+}
+
+// What is created in such a folder takes its access control list over, and cannot lose it again
+// without its mode. The file was there before and has none.
+void tst_ReplaceFile::write_keepsFoldersDefaultAccessOut()
+{
+    // The version, then tag, rights and user of each entry, the low byte first: owner, user 65534,
+    // group, mask, others.
+    const QByteArray accessList = QByteArray::fromHex("02000000"
+                                                      "01000700ffffffff"
+                                                      "02000700feff0000"
+                                                      "04000500ffffffff"
+                                                      "10000700ffffffff"
+                                                      "20000500ffffffff");
+    const TestDirectory directory;
+    const QString path = directory.file("f.xml");
+    writeFile(path, "old");
+    if (setxattr(local(directory.path()).constData(), "system.posix_acl_default",
+                 accessList.constData(), size_t(accessList.size()), 0)
+        != 0) {
+        QSKIP("no access control lists here");
+    }
+    const int mode = modeOf(path);
+    QVERIFY(writeTree(path));
+    COMPARE_BYTES(loggedText(), "");
+    COMPARE_BYTES(readFile(path), kWritten);
+    QCOMPARE(int(listxattr(local(path).constData(), nullptr, 0)), 0);
+    QCOMPARE(modeOf(path), mode);
+    QCOMPARE(filesIn(directory), QStringList() << utf8("f.xml"));
+}
+
+// As one that is handed on open and then removed.
+void tst_ReplaceFile::write_writesFileWithoutNameInPlace()
+{
+    const TestDirectory directory;
+    const QByteArray name = local(directory.file("f.xml"));
+    const int handed = open(name.constData(), O_RDWR | O_CREAT, 0600);
+    QCOMPARE(unlink(name.constData()), 0);
+    QVERIFY(writeTree(utf8("/proc/self/fd/%1").arg(handed)));
+    char content[sizeof kWritten] = {};
+    QCOMPARE(int(pread(handed, content, sizeof content, 0)), int(sizeof kWritten) - 1);
+    close(handed);
+    QCOMPARE(QByteArray(content), QByteArray(kWritten));
+    QCOMPARE(filesIn(directory), QStringList());
 }
 
 void tst_ReplaceFile::write_writesHardLinkInPlace()
@@ -535,6 +594,12 @@ void tst_ReplaceFile::write_leavesForeignNames()
     QVERIFY(exists(directory.file(".velmora-save-folder")));
     QVERIFY(exists(directory.file(".velmora-save-fifo")));
     QVERIFY(exists(directory.file(".velmora-save-link")));
+    // One that can be opened, as it has a reader.
+    const int reader =
+        open(local(directory.file(".velmora-save-fifo")).constData(), O_RDONLY | O_NONBLOCK);
+    QVERIFY(writeTree(directory.file("f.xml")));
+    QVERIFY(exists(directory.file(".velmora-save-fifo")));
+    close(reader);
 }
 
 void tst_ReplaceFile::write_worksFromManyThreadsAndProcesses()

@@ -66,11 +66,15 @@ static QByteArray outputOfProgram(const QByteArray &logFile)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(utf8("STATIC_INIT_LOG"), QString::fromLocal8Bit(logFile));
     process.setProcessEnvironment(environment);
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(utf8(STATIC_INIT_PROGRAM), QStringList());
+    // Behind the words that run a program of another processor.
+    QStringList words = environment.value(utf8("EMULATOR")).split(utf8(" "));
+    words.removeAll(QString());
+    words << utf8(STATIC_INIT_PROGRAM);
+    process.start(words.first(), words.mid(1));
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit
         || process.exitCode() != 0) {
-        return "the program failed: " + process.errorString().toUtf8();
+        return "the program failed: " + process.errorString().toUtf8() + '\n'
+               + process.readAllStandardError();
     }
     return process.readAllStandardOutput();
 }

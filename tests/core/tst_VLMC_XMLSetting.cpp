@@ -5,6 +5,7 @@
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Nodes.h"
 #include "tests/support/SmallStack.h"
+#include "tests/support/WhenDestroyed.h"
 
 #include <QtCore/QPointer>
 #include <QtCore/QThread>
@@ -217,8 +218,7 @@ void tst_VLMC_XMLSetting::load_destroysBeforeItLogs()
     QString path = directory.file("missing.xml");
     VLMC_XMLSetting store;
     QByteArray loggedBefore = "not destroyed";
-    connect(fill(store, "a"), &QObject::destroyed, this,
-            [&loggedBefore] { loggedBefore = loggedText(); });
+    whenDestroyed(fill(store, "a"), [&loggedBefore] { loggedBefore = loggedText(); });
     store.load(path);
     QCOMPARE(loggedBefore, QByteArray());
 }

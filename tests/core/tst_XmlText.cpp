@@ -10,8 +10,8 @@ namespace
 {
 QString character(uint code)
 {
-    const char32_t unit = code;
-    return QString::fromUcs4(&unit, 1);
+    return code < 0x10000 ? QString(QChar(code))
+                          : QString(QChar(QChar::highSurrogate(code))) + QChar::lowSurrogate(code);
 }
 
 QByteArray written(VLMC_XMLNode &node)

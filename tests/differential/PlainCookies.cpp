@@ -2,8 +2,6 @@
 
 #include "cookies/VLMC_CookieSetting.h"
 
-#include <QtCore/QRegularExpression>
-
 namespace
 {
 const char kForm[] = "yyyy/MM/dd hh:mm:ss";
@@ -21,13 +19,6 @@ QString textOfChild(const ElementPointer &entry, const char *name)
 {
     const ElementPointer child = childOf(entry, name);
     return child ? child->text : QString();
-}
-
-QDateTime timeOf(const QString &text)
-{
-    static const QRegularExpression digits(
-        textOf("\\A[0-9]{4}/[0-9]{2}/[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\z"));
-    return digits.match(text).hasMatch() ? QDateTime::fromString(text, textOf(kForm)) : QDateTime();
 }
 } // namespace
 
@@ -178,7 +169,7 @@ void PlainCookies::convertCookieXMLToIni(const char *xmlPath, const char *iniDir
         cookie.setName(stored.at(j).name.toUtf8());
         cookie.setPath(stored.at(j).path);
         cookie.setSecure(stored.at(j).secure == textOf("true"));
-        cookie.setExpirationDate(timeOf(stored.at(j).expires));
+        cookie.setExpirationDate(timeOf(stored.at(j).expires, kForm));
         cookie.setValue(stored.at(j).contents.toUtf8());
         cookies.append(cookie);
     }

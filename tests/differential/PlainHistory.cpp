@@ -2,8 +2,6 @@
 
 #include "bookmarks/VLMC_HistorySetting.h"
 
-#include <QtCore/QRegularExpression>
-
 #include <algorithm>
 
 namespace
@@ -11,13 +9,6 @@ namespace
 const char kForm[] = "yyyy/MM/dd hh:mm";
 
 QString textOfTime(const QDateTime &time) { return time.toString(textOf(kForm)); }
-
-QDateTime timeOf(const QString &text)
-{
-    static const QRegularExpression digits(
-        textOf("\\A[0-9]{4}/[0-9]{2}/[0-9]{2} [0-9]{2}:[0-9]{2}\\z"));
-    return digits.match(text).hasMatch() ? QDateTime::fromString(text, textOf(kForm)) : QDateTime();
-}
 
 void setText(const ElementPointer &element, const QString &text)
 {
@@ -83,7 +74,7 @@ bool PlainHistory::getHistory(int id, VLMS_History *out)
         out->url = childOf(entry, "url")->text;
     }
     if (childOf(entry, "dateTime")) {
-        out->dateTime = timeOf(childOf(entry, "dateTime")->text);
+        out->dateTime = timeOf(childOf(entry, "dateTime")->text, kForm);
     }
     return true;
 }

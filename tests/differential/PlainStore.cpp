@@ -315,3 +315,18 @@ QString PlainStore::clip(const QString &text, int maxBytes)
     }
     return clipped;
 }
+
+QDateTime PlainStore::timeOf(const QString &text, const char *form)
+{
+    const QString wanted = textOf(form);
+    bool hasForm = text.size() == wanted.size();
+    for (int i = 0; i < text.size() && hasForm; ++i) {
+        const QChar character = text.at(i);
+        hasForm = wanted.at(i).isLetter()
+                      ? character >= QLatin1Char('0') && character <= QLatin1Char('9')
+                      : character == wanted.at(i);
+    }
+    const QDate date(text.left(4).toInt(), text.mid(5, 2).toInt(), text.mid(8, 2).toInt());
+    const QTime clock(text.mid(11, 2).toInt(), text.mid(14, 2).toInt(), text.mid(17, 2).toInt());
+    return hasForm && date.isValid() && clock.isValid() ? QDateTime(date, clock) : QDateTime();
+}

@@ -4,6 +4,7 @@
 #include "tests/differential/Random.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QDateTime>
 #include <QtCore/QList>
 #include <QtCore/QMap>
 #include <QtCore/QPair>
@@ -43,8 +44,8 @@ PlainAttributes oneAttribute(const char *name, const QString &value);
 int utf8Bytes(const QString &text);
 
 /**
- * The rules of the stores' base, followed one sentence after the other, with a search wherever the
- * rule says search. Slow and obviously right: what the library does faster has to agree with it.
+ * What the stores' base does, said as plainly as it goes: each operation looks at every element
+ * that it may concern. Slow and obviously right: what the library does faster has to agree with it.
  *
  * Files are plain bytes by path, so that a store and its plain counterpart can use the same paths.
  */
@@ -79,6 +80,9 @@ protected:
     ElementPointer add(const ElementPointer &parent, const char *name, const QString &text,
                        char textType = 0, bool atFront = false);
     static QString clip(const QString &text, int maxBytes);
+    /// The local time that a text gives in the form "yyyy/MM/dd hh:mm" or "yyyy/MM/dd hh:mm:ss",
+    /// each letter of which stands for one digit; null when the text has another form.
+    static QDateTime timeOf(const QString &text, const char *form);
 
 private:
     ElementPointer read(const QString &path);

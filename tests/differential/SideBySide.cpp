@@ -20,7 +20,14 @@ const char *const kNames[] = {"foreign", "pageInfo", "bookmark", "authInfo",
                               "font",    "title",    "url",      "webSiteInfo"};
 const char *const kAttributeNames[] = {"id", "id", "id", "no", "x"};
 
-QByteArray escaped(const QString &text) { return text.toHtmlEscaped().toUtf8(); }
+QByteArray escaped(const QString &text)
+{
+    QByteArray bytes = text.toUtf8();
+    return bytes.replace('&', "&amp;")
+        .replace('<', "&lt;")
+        .replace('>', "&gt;")
+        .replace('"', "&quot;");
+}
 
 // Each "0x1A2B" as "0x*".
 QByteArray withoutAddresses(const QByteArray &log)

@@ -123,9 +123,8 @@ void playSequences()
     QFETCH(int, sequences);
     QFETCH(int, operations);
     QFETCH(bool, isLong);
-    const int share = qEnvironmentVariableIsSet("VELMORA_SEQUENCES_PERCENT")
-                          ? qEnvironmentVariableIntValue("VELMORA_SEQUENCES_PERCENT")
-                          : 100;
+    const QByteArray percent = qgetenv("VELMORA_SEQUENCES_PERCENT");
+    const int share = percent.isEmpty() ? 100 : percent.toInt();
     for (int i = 0; i < qMax(sequences * share / 100, 1); ++i) {
         QByteArray difference;
         {

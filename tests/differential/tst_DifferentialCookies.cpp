@@ -182,9 +182,18 @@ private:
         }
         const CookieIni ini = decodeCookieIni(readFile(path));
         const PlainCookies::Ini plainIni = m_plain.inis.value(path);
-        agree(Answer() << ini.valid << ini.count << ini.rawForms.join('\n'),
-              Answer() << m_plain.inis.contains(path) << plainIni.count
-                       << plainIni.rawForms.join('\n'));
+        agree(answerOf(ini.valid, ini.count, ini.rawForms),
+              answerOf(m_plain.inis.contains(path), plainIni.count, plainIni.rawForms));
+    }
+
+    static Answer answerOf(bool valid, int count, const QList<QByteArray> &rawForms)
+    {
+        Answer answer;
+        answer << valid << count;
+        for (const QByteArray &rawForm : rawForms) {
+            answer << rawForm;
+        }
+        return answer;
     }
 
     static Answer answerOf(const QList<VLMS_CookieInfo> &infos)

@@ -165,7 +165,7 @@ QByteArray sorted(const QSet<QString> &messages)
 {
     QStringList list(messages.values());
     list.sort();
-    return list.join(QLatin1Char('\n')).toUtf8();
+    return list.join(utf8("\n")).toUtf8();
 }
 } // namespace
 

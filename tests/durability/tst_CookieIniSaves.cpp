@@ -30,14 +30,12 @@ QByteArray iniWith(char letter)
     return cookieIniOf(QList<QByteArray>() << cookie);
 }
 
-// QSettings complains of the lock files that it cannot write or remove.
-void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
-
 // Each conversion is made by a process of its own: QSettings remembers what it read and wrote.
 int convertInChild(const std::function<void()> &work)
 {
     return inChild([&] {
-        qInstallMessageHandler(ignoreMessage);
+        // QSettings complains of the lock files that it cannot write or remove.
+        silenceQt();
         alarm(kSecondsToConvert);
         work();
     });
@@ -94,6 +92,8 @@ public:
     bool isOld() const { return exists(ini()) ? readFile(ini()) == m_old : m_old.isNull(); }
     bool isNew() const { return exists(ini()) && readFile(ini()) == m_new; }
     bool documentIsWhole() const { return readFile(m_directory.file(kDocument)) == m_document; }
+    // Written in place, it may end anywhere.
+    bool isCut() const { return exists(ini()) && m_new.startsWith(readFile(ini())); }
     int leftOver() const { return int(QDir(m_directory.path()).entryList(kLeftOver).size()); }
 
 private:
@@ -147,6 +147,7 @@ private:
     void rows();
 
     int m_deaths = 0;
+    int m_cut = 0;
     int m_leftOver = 0;
     int m_faults = 0;
     int m_damaged = 0;
@@ -157,9 +158,9 @@ void tst_CookieIniSaves::cleanup() { runDeferredDeletes(); }
 void tst_CookieIniSaves::cleanupTestCase()
 {
     printf(
-        "cookie.ini: %d deaths, %d of which left other files; %d faults, %d of which left neither"
-        " the old cookies nor the new\n",
-        m_deaths, m_leftOver, m_faults, m_damaged);
+        "cookie.ini: %d deaths, %d of which cut it short and %d left other files; %d faults, %d of"
+        " which left neither the old cookies nor the new\n",
+        m_deaths, m_cut, m_leftOver, m_faults, m_damaged);
 }
 
 void tst_CookieIniSaves::rows()
@@ -181,9 +182,11 @@ void tst_CookieIniSaves::conversion_survivesDeathAtEveryCall()
             conversion.restore();
             status = conversion.convert({kind, k, 0});
             QVERIFY2(WIFEXITED(status) || WTERMSIG(status) == SIGKILL, where.constData());
-            QVERIFY2(conversion.isOld() || conversion.isNew(), where.constData());
+            const bool whole = conversion.isOld() || conversion.isNew();
+            QVERIFY2(whole || (kIniWrittenInPlace && conversion.isCut()), where.constData());
             QVERIFY2(conversion.documentIsWhole(), where.constData());
             m_deaths += WIFSIGNALED(status) ? 1 : 0;
+            m_cut += whole ? 0 : 1;
             m_leftOver += conversion.leftOver() > 0 ? 1 : 0;
             QVERIFY2(conversion.canBeRepeated(), where.constData());
         }

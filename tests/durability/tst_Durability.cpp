@@ -386,6 +386,10 @@ private slots:
     void save_leavesAFileToAQuickerCleaner();
     void save_takesAFolderThatCannotBeSynchronised_data();
     void save_takesAFolderThatCannotBeSynchronised();
+    void save_replacesWhereThereAreNoAttributes_data();
+    void save_replacesWhereThereAreNoAttributes();
+    void load_keepsItsFileFromOtherPrograms_data() { storeRows(); }
+    void load_keepsItsFileFromOtherPrograms();
     void powerCut_wouldShowAMissingSync();
 
 private:
@@ -782,6 +786,47 @@ void tst_Durability::save_takesAFolderThatCannotBeSynchronised()
     save.save();
     QCOMPARE(!loggedText().contains("write error!\n"), accepted);
     QVERIFY(save.isNew());
+}
+
+void tst_Durability::save_replacesWhereThereAreNoAttributes_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::newRow("file system without them") << ENOTSUP;
+    QTest::newRow("kernel without them") << ENOSYS;
+}
+
+void tst_Durability::save_replacesWhereThereAreNoAttributes()
+{
+    QFETCH(int, error);
+    const Case save(kStores[0], OwnFile);
+    setFaultPlan({FaultPlan::Fail, indexOf(save.calls(), "flistxattr"), error});
+    save.save();
+    setFaultPlan({FaultPlan::None, 0, 0});
+    QVERIFY(indexOf(watchedCalls(), "rename") >= 0);
+    QCOMPARE(indexOf(watchedCalls(), "ftruncate"), -1);
+    QVERIFY(save.isNew());
+}
+
+// Those that another thread starts meanwhile would inherit it.
+void tst_Durability::load_keepsItsFileFromOtherPrograms()
+{
+    QFETCH(int, row);
+    QFETCH(int, before);
+    const Case save(kStores[row], before);
+    save.save();
+    {
+        const WatchedCalls watched;
+        kStores[row].load(save.directory());
+    }
+    int opened = 0;
+    const QList<SystemCall> calls = watchedCalls();
+    for (const SystemCall &call : calls) {
+        if (call.name == "open" && call.file.endsWith(kStores[row].fileName)) {
+            ++opened;
+            QVERIFY(call.flags & O_CLOEXEC);
+        }
+    }
+    QVERIFY(opened > 0);
 }
 
 void tst_Durability::powerCut_wouldShowAMissingSync()

@@ -6,6 +6,7 @@
 #include "core/VLMG_Debug.h"
 #include "fonts/VLMC_FontListSetting.h"
 #include "preferences/VLMC_BrowserCommonSetting.h"
+#include "tests/support/CookieIni.h"
 #include "tests/support/FileModes.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogRecorder.h"
@@ -89,6 +90,8 @@ int modeOf(const QString &path)
     return stat(QFile::encodeName(path).constData(), &status) == 0 ? int(status.st_mode & 07777)
                                                                    : -1;
 }
+
+bool isIni(const Saver &saver) { return strcmp(saver.fileName, "cookie.ini") == 0; }
 
 // The lock beside "cookie.ini" holds the number of its process.
 bool isLock(const FileMode &file) { return file.name.endsWith(".lock"); }
@@ -233,7 +236,11 @@ void tst_FileModes::existingFile_keepsItsMode()
     saver.save(directory);
     QVERIFY(readFile(directory.file(saver.fileName)) != earlier);
     QCOMPARE(modeOf(directory.file(saver.fileName)), mode);
-    QCOMPARE(modesAt(FileMode::Created), QList<int>() << 0600);
+    QList<int> created;
+    if (!isIni(saver) || !kIniWrittenInPlace) {
+        created << 0600;
+    }
+    QCOMPARE(modesAt(FileMode::Created), created);
     const QList<int> written = modesAt(FileMode::Written);
     QVERIFY(!written.isEmpty());
     for (const int seen : written) {
@@ -251,10 +258,9 @@ void tst_FileModes::failingSave_leavesNothing()
     saver.save(directory);
     QCOMPARE(modesAt(FileMode::Created), QList<int>() << 0600);
     QCOMPARE(modesAt(FileMode::Written), QList<int>() << 0600);
-    const bool isIni = strcmp(saver.fileName, "cookie.ini") == 0;
     const QStringList left =
         QDir(directory.path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
-    QCOMPARE(left, isIni ? QStringList(utf8("cookie.ini")) : QStringList());
+    QCOMPARE(left, isIni(saver) ? QStringList(utf8("cookie.ini")) : QStringList());
 }
 
 void tst_FileModes::otherFiles_followTheUmask()

@@ -10,29 +10,45 @@ faults=$(mktemp)
 trap 'rm -f "$faults"' EXIT
 cd "$source"
 
-# The folders whose headers the files of a folder may include.
+# The floor that a file stands on: its folder, in the tool the folder inside.
+floor() {
+  case $1 in
+  tools/*) echo "${1%/*}" ;;
+  */*) echo "${1%%/*}" ;;
+  *) echo "a header without its folder" ;;
+  esac
+}
+
+# The floors whose headers the files of a floor may include.
 allowed() {
+  stores='fonts preferences bookmarks cookies'
+  tool=tools/velmora-profile
   case $1 in
   platform) echo platform ;;
   core) echo core platform ;;
   fonts | preferences | bookmarks | cookies) echo "$1" core ;;
-  examples | benchmarks | tools) echo "$1" core platform fonts preferences bookmarks cookies ;;
+  examples | benchmarks) echo "$1 core platform $stores" ;;
+  "$tool/output") echo "$1" ;;
+  "$tool/formats") echo "$1 $tool/output" ;;
+  "$tool/profile") echo "$1 $tool/output core $stores" ;;
+  "$tool/commands") echo "$1 $tool/profile $tool/formats $tool/output core $stores" ;;
+  "$tool") echo "$tool/commands $tool/output" ;;
   esac
 }
 
 for folder in platform core fonts preferences bookmarks cookies examples benchmarks tools; do
   test -d "$folder" || continue
   find "$folder" -name '*.h' -o -name '*.cpp' | LC_ALL=C sort | while read -r file; do
+    here=$(floor "$file")
     sed -n 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*"\([^"]*\)".*/\1/p' "$file" \
       | while read -r include; do
       case $include in
-      */*) from=${include%%/*} ;;
       *.moc) continue ;;
-      *) from= ;;
       esac
-      case " $(allowed "$folder") " in
-      *" ${from:-none} "*) test -f "$include" || echo "$file: no such file: $include" ;;
-      *) echo "$file: $folder does not stand on ${from:-a header without its folder}: $include" ;;
+      from=$(floor "$include")
+      case " $(allowed "$here") " in
+      *" $from "*) test -f "$include" || echo "$file: no such file: $include" ;;
+      *) echo "$file: $here does not stand on $from: $include" ;;
       esac
     done
   done

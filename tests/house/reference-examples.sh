@@ -5,7 +5,7 @@ set -eu
 schemas=$(cd "$(dirname "$0")/../../docs/schema" && pwd)
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-"$1" "$folder"
+${EMULATOR-} "$1" "$folder"
 for kind in repostry repostry_private bookmark visit authinfo fontlist cookies:cookies thumbnail:thumbnails; do
     xmllint --noout --relaxng "$schemas/${kind%:*}.rng" "$folder/${kind#*:}.xml"
 done

@@ -27,6 +27,10 @@ for number in 0 09 -1 x '' 1000000 '1 2'; do
     refuses fuzz "$number"
 done
 refuses bench 1 2
+refuses bench arm
+refuses bench release 0
+refuses bench qt6 1 2
+refuses bench 1 qt6
 refuses fuzz 1 2
 refuses coverage x
 refuses demo given given
@@ -46,9 +50,12 @@ refuses test debug
 refuses test release x
 refuses test all release
 unset VELMORA_QT4 VELMORA_QT4_ARM
+refuses bench qt4
+refuses bench qt4 1
 refuses test qt4
 refuses test arm
 refuses test all
+VELMORA_QT4=$folder refuses bench qt4
 VELMORA_QT4=$folder refuses test qt4
 VELMORA_QT4_ARM=$folder refuses test arm
 refuses qt4

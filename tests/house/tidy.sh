@@ -8,12 +8,14 @@ cd "$(dirname "$0")/../.."
 [ $# -gt 0 ] || set -- core preferences bookmarks cookies fonts platform
 root=$(pwd)
 folders=$(IFS='|' && echo "$*")
-# Tests build some of the sources once more, with GCC's precompiled headers, which clang cannot read.
+# Tests build some of the sources once more, with GCC's precompiled headers, which clang cannot read, and
+# all of them with an unsigned char: each is looked at once.
 mkdir -p "$build/tidy"
 python3 -c '
 import json, sys
 commands = json.load(sys.stdin)
-json.dump([one for one in commands if "cmake_pch" not in one["command"]], sys.stdout)
+once = {one["file"]: one for one in reversed(commands) if "cmake_pch" not in one["command"]}
+json.dump(list(once.values()), sys.stdout)
 ' <"$build/compile_commands.json" >"$build/tidy/compile_commands.json"
 run-clang-tidy -quiet -p "$build/tidy" -j "$(nproc)" "^$root/($folders)/.*\.cpp$" \
     >"$build/clang-tidy.log" 2>&1 || { grep -E 'warning:|error:' "$build/clang-tidy.log"; exit 1; }

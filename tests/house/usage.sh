@@ -3,6 +3,6 @@
 set -eu
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-diff <(echo "0: DejaVu Sans") <("$1" "$folder/")
+diff <(echo "0: DejaVu Sans") <(${EMULATOR-} "$1" "$folder/")
 [ -s "$folder/fontlist.xml" ] || { echo "fontlist.xml is missing"; exit 1; }
 echo "the example ran"

@@ -1,15 +1,14 @@
 #include "tests/support/FileModes.h"
 
+#include "tests/support/Interposed.h"
+
 #include <QtCore/QMap>
 
 #include <cerrno>
 #include <cstdarg>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#define INTERPOSED extern "C" __attribute__((visibility("default")))
 
 namespace
 {
@@ -29,12 +28,6 @@ Watch &watch()
 
 thread_local bool watching = false;
 int syncError = 0;
-
-template <typename Function>
-Function real(const char *name)
-{
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
 
 void note(FileMode::Moment moment, int file)
 {
@@ -93,17 +86,7 @@ INTERPOSED int open(const char *name, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
-    static const Open call = real<Open>("open");
-    return openNoted(call, name, flags, mode);
-}
-
-// The name by which Qt knows the same function.
-INTERPOSED int open64(const char *name, int flags, ...)
-{
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
-    va_end(arguments);
+    // The name under which the headers have the function where files may be large, and Qt always.
     static const Open call = real<Open>("open64");
     return openNoted(call, name, flags, mode);
 }

@@ -32,4 +32,17 @@ Q_DECLARE_METATYPE(QList<int>)
 
 #endif
 
+/// From here on Qt's own messages go nowhere.
+inline void silenceQt()
+{
+#if QT_VERSION < 0x050000
+    struct Silence {
+        static void message(QtMsgType, const char *) {}
+    };
+    qInstallMsgHandler(Silence::message);
+#else
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+#endif
+}
+
 #endif

@@ -77,8 +77,10 @@ QByteArray contentOf(const QString &path)
         return QByteArray();
     }
     QByteArray content;
-    struct stat status = {};
-    if (syscall(SYS_fstat, file, &status) == 0 && S_ISREG(status.st_mode)) {
+    struct statx status = {};
+    // The one such call with the same structure on every processor.
+    if (syscall(SYS_statx, file, "", AT_EMPTY_PATH, STATX_TYPE, &status) == 0
+        && S_ISREG(status.stx_mode)) {
         char part[16384];
         long size = 0;
         while ((size = syscall(SYS_read, file, part, sizeof part)) > 0) {

@@ -1,5 +1,7 @@
 #include "tests/support/SystemCalls.h"
 
+#include "tests/support/Interposed.h"
+
 #include <QtCore/QMap>
 
 #include <cerrno>
@@ -7,14 +9,11 @@
 #include <cstdarg>
 #include <cstdio>
 #include <dirent.h>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
-
-#define INTERPOSED extern "C" __attribute__((visibility("default")))
 
 namespace
 {
@@ -33,12 +32,6 @@ Watch &watch()
 }
 
 thread_local bool watching = false;
-
-template <typename Function>
-Function real(const char *name)
-{
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
 
 void die() { kill(getpid(), SIGKILL); }
 
@@ -100,9 +93,9 @@ QByteArray nameOf(int file) { return watching ? watch().names.value(file) : QByt
 
 bool takesMode(int flags) { return (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE; }
 
-int opened(const char *function, const char *name, int flags, mode_t mode)
+int opened(const char *name, int flags, mode_t mode)
 {
-    const auto call = real<int (*)(const char *, int, ...)>(function);
+    static const auto call = behind(&open);
     if (!watching) {
         return call(name, flags, mode);
     }
@@ -139,17 +132,7 @@ INTERPOSED int open(const char *name, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
     va_end(arguments);
-    return opened("open", name, flags, mode);
-}
-
-// What Qt calls.
-INTERPOSED int open64(const char *name, int flags, ...)
-{
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = mode_t(takesMode(flags) ? va_arg(arguments, int) : 0);
-    va_end(arguments);
-    return opened("open64", name, flags, mode);
+    return opened(name, flags, mode);
 }
 
 INTERPOSED ssize_t write(int file, const void *data, size_t size)
@@ -249,14 +232,14 @@ INTERPOSED DIR *opendir(const char *name)
 
 INTERPOSED dirent *readdir(DIR *entries)
 {
-    static const auto call = real<dirent *(*)(DIR *)>("readdir");
+    static const auto call = behind(&readdir);
     const Step step("readdir", QByteArray());
     return step.fails() ? nullptr : call(entries);
 }
 
 INTERPOSED int lstat(const char *name, struct stat *status) noexcept
 {
-    static const auto call = real<int (*)(const char *, struct stat *)>("lstat");
+    static const auto call = behind(&lstat);
     const Step step("lstat", name);
     return step.fails() ? -1 : call(name, status);
 }
@@ -270,7 +253,7 @@ INTERPOSED ssize_t readlink(const char *name, char *target, size_t size) noexcep
 
 INTERPOSED int fstat(int file, struct stat *status) noexcept
 {
-    static const auto call = real<int (*)(int, struct stat *)>("fstat");
+    static const auto call = behind(&fstat);
     const Step step("fstat", nameOf(file));
     return step.fails() ? -1 : call(file, status);
 }
@@ -282,7 +265,7 @@ INTERPOSED int fcntl(int file, int command, ...)
     va_start(arguments, command);
     const long argument = va_arg(arguments, long);
     va_end(arguments);
-    static const auto call = real<int (*)(int, int, ...)>("fcntl");
+    static const auto call = behind(&fcntl);
     if (!watching) {
         return call(file, command, argument);
     }
@@ -296,7 +279,7 @@ INTERPOSED int fcntl(int file, int command, ...)
 
 INTERPOSED int ftruncate(int file, off_t size) noexcept
 {
-    static const auto call = real<int (*)(int, off_t)>("ftruncate");
+    static const auto call = behind(&ftruncate);
     const Step step("ftruncate", nameOf(file));
     return step.fails() ? -1 : call(file, size);
 }

@@ -233,3 +233,18 @@ QByteArray contentsOf(const QString &path)
     }
     return all;
 }
+
+bool isOneLine(const QByteArray &errors)
+{
+    return errors.startsWith("velmora-profile: ") && errors.count('\n') == 1;
+}
+
+QByteArray fullHistory()
+{
+    QByteArray entries;
+    for (int i = 0; i < 999; ++i) {
+        entries += "<pageInfo><title/><url>http://" + QByteArray::number(i)
+                   + "/</url><dateTime>2026/01/01 00:00</dateTime></pageInfo>";
+    }
+    return "<history>" + entries + "</history>";
+}

@@ -39,6 +39,11 @@ bool interruptTool(const TestDirectory &directory, const char *arguments, int mi
 /// What the run printed as JSON; the test fails when it is none.
 QJsonDocument jsonOf(const ToolRun &run);
 
+/// Whether what the tool said on standard error is one line of its own.
+bool isOneLine(const QByteArray &errors);
+
+/// A document of as many visits as a history takes.
+QByteArray fullHistory();
 /// Every file of a profile with nothing wrong in it.
 void writeGoodProfile(const TestDirectory &directory);
 /// All files below the directory with their contents.

@@ -17,7 +17,7 @@ complete_words() {
     COMP_WORDS=(velmora-profile "$@")
     COMP_CWORD=$#
     COMPREPLY=()
-    _velmora_profile 2>/dev/null
+    _velmora_profile "$tool" 2>/dev/null
     printf '%s\n' "${COMPREPLY[@]}"
 }
 
@@ -45,7 +45,8 @@ while read -r line; do
     done
     count=$((count + 1))
 done < <("$tool" --help | grep -E '^  [a-z]' | sed 's/^ *//')
-[ "$count" -eq 34 ] || fail "--help lists $count commands"
+documented=$(grep -c "^\.B [a-z-]* .*DIR" <<<"$plain_page")
+[ "$count" -eq "$documented" ] || fail "the manual page has $documented commands, --help $count"
 
 folder=$(mktemp -d)
 trap 'rmdir "$folder"' EXIT

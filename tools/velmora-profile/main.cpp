@@ -1,7 +1,7 @@
 // velmora-profile: see, check, repair and convert a profile.
 
-#include "tools/velmora-profile/Command.h"
-#include "tools/velmora-profile/Console.h"
+#include "tools/velmora-profile/commands/Command.h"
+#include "tools/velmora-profile/output/Console.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>

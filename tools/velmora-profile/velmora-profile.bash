@@ -8,36 +8,20 @@ security.enableTLS10 security.enableTLS11 security.enableTLS12 pageInfo.home pag
 pageInfo.lastPageURL pageInfo.Zoom cookie.cookieDeleteTiming authInfo.authInfoDeleteTiming
 font.fontName'
 
-_velmora_profile_actions() {
-    case $1 in
-    prefs) echo list get set ;;
-    bookmarks) echo list add remove import export ;;
-    history) echo list find add remove clear export ;;
-    fonts) echo list add sync ;;
-    auth) echo list add remove ;;
-    cookies) echo list to-xml to-ini import export ;;
-    thumbnails) echo list pack unpack clean ;;
-    esac
-}
-
-_velmora_profile_options() {
-    case "$1 $2" in
-    show\ * | check\ *) echo --json ;;
-    repair\ *) echo --dry-run --json ;;
-    diff\ *) echo --json --show-secrets ;;
-    report\ *) echo -o --output ;;
-    'prefs list' | 'prefs get' | 'auth list' | 'cookies list')
-        echo --json --show-secrets ;;
-    'bookmarks add') echo --front --strict ;;
-    'bookmarks import' | 'cookies import') echo --strict --dry-run --json ;;
-    'bookmarks export') echo --format --strict ;;
-    'history add') echo --time --strict ;;
-    'history export') echo --format ;;
-    'history find' | *\ list) echo --json ;;
-    'fonts sync' | 'thumbnails unpack' | 'thumbnails clean') echo --dry-run ;;
-    'prefs set' | 'history remove' | cookies\ to-* | 'cookies export') echo --strict ;;
-    esac
-    echo --log-level
+# What the help says: _velmora_profile_help <tool> [<group> [<action>]] names the groups, the actions
+# of one, or the options of an action.
+_velmora_profile_help() {
+    "$1" --help 2>/dev/null | awk -v group="${2-}" -v action="${3-}" '
+        !/^  [a-z]/ { next }
+        group == "" { print $1; next }
+        $1 != group { next }
+        action == "" { if ($2 != "DIR") print $2; next }
+        $2 == action || $2 == "DIR" {
+            for (i = 3; i <= NF; ++i) {
+                if ($i == "-o") print "-o --output"
+                else if (sub(/^\[--/, "--", $i)) { sub(/\]/, "", $i); print $i }
+            }
+        }'
 }
 
 _velmora_profile() {
@@ -45,14 +29,13 @@ _velmora_profile() {
     local group=${COMP_WORDS[1]-} action=${COMP_WORDS[2]-} words=
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        words='show check repair diff report prefs bookmarks history fonts auth cookies thumbnails
---help --version'
+        words="$(_velmora_profile_help "$1") --help --version"
     elif [ "$previous" = --format ]; then
         [ "$group" = history ] && words='csv json' || words='netscape xbel'
     elif [[ $current == -* ]]; then
-        words=$(_velmora_profile_options "$group" "$action")
+        words="$(_velmora_profile_help "$1" "$group" "${action:-DIR}") --log-level"
     elif [ "$COMP_CWORD" -eq 2 ]; then
-        words=$(_velmora_profile_actions "$group")
+        words=$(_velmora_profile_help "$1" "$group")
     elif [ "$group" = prefs ] && [ "$COMP_CWORD" -eq 4 ]; then
         words=$_velmora_profile_preferences
     fi

@@ -1,5 +1,7 @@
 #include "tools/velmora-profile/formats/Formats.h"
 
+#include "tools/velmora-profile/output/Text.h"
+
 #include <QtCore/QDateTime>
 #include <QtCore/QUrl>
 
@@ -7,6 +9,7 @@ namespace
 {
 using profile::CookieImport;
 using profile::Loss;
+using profile::text;
 
 const char kHttpOnly[] = "#HttpOnly_";
 const char kByteOrderMark[] = "\xEF\xBB\xBF";
@@ -21,8 +24,6 @@ const int kFields = 7;
 // Expiries that both formats write: to the end of the year 9999. 0 is that of a session.
 const qint64 kEarliest = 1;
 const qint64 kLatest = Q_INT64_C(253402300799);
-
-QString text(const char *utf8) { return QString::fromUtf8(utf8); }
 
 bool isYes(const QByteArray &field) { return field.toUpper() == "TRUE"; }
 

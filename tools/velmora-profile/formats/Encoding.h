@@ -1,5 +1,5 @@
-#ifndef ENCODING_H
-#define ENCODING_H
+#ifndef FORMATS_ENCODING_H
+#define FORMATS_ENCODING_H
 
 #include <QtCore/QByteArray>
 

@@ -1,5 +1,5 @@
-#ifndef FORMATS_H
-#define FORMATS_H
+#ifndef FORMATS_FORMATS_H
+#define FORMATS_FORMATS_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

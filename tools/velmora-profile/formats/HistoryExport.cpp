@@ -1,4 +1,5 @@
 #include "tools/velmora-profile/formats/Formats.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -6,6 +7,8 @@
 
 namespace
 {
+using profile::text;
+
 // Quoted where it has to be: at commas, quotes and line ends.
 QByteArray csvField(const QString &field)
 {
@@ -32,11 +35,9 @@ QByteArray profile::writeHistoryJson(const QList<VisitRecord> &visits)
 {
     QJsonArray array;
     for (const VisitRecord &visit : visits) {
-        QJsonObject object;
-        object.insert(QLatin1String("dateTime"), visit.dateTime);
-        object.insert(QLatin1String("title"), visit.title);
-        object.insert(QLatin1String("url"), visit.url);
-        array.append(object);
+        array.append(QJsonObject{{text("dateTime"), visit.dateTime},
+                                 {text("title"), visit.title},
+                                 {text("url"), visit.url}});
     }
     return QJsonDocument(array).toJson();
 }

@@ -1,5 +1,8 @@
-#include "tools/velmora-profile/formats/Bookmarks.h"
+#include "tools/velmora-profile/formats/NetscapeBookmarks.h"
+
+#include "tools/velmora-profile/formats/BookmarkTree.h"
 #include "tools/velmora-profile/formats/Encoding.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QStringList>
 

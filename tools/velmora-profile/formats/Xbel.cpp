@@ -1,4 +1,7 @@
-#include "tools/velmora-profile/formats/Bookmarks.h"
+#include "tools/velmora-profile/formats/Xbel.h"
+
+#include "tools/velmora-profile/formats/BookmarkTree.h"
+#include "tools/velmora-profile/output/Text.h"
 
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>

@@ -1,0 +1,45 @@
+#include "tools/velmora-profile/profile/Backup.h"
+
+#include "tools/velmora-profile/output/Console.h"
+#include "tools/velmora-profile/output/Guards.h"
+#include "tools/velmora-profile/profile/Secrets.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QFile>
+#include <QtCore/QSaveFile>
+
+namespace
+{
+using namespace profile;
+
+// A file of mode 0600 from its first byte on: a copy with the mode of the file would leave to
+// others what its repair takes from them.
+bool copyForOwner(const QString &from, const QString &to)
+{
+    const OwnerOnly ownerOnly;
+    QFile source(from);
+    QSaveFile target(to);
+    return source.open(QIODevice::ReadOnly) && target.open(QIODevice::WriteOnly)
+           && target.write(source.readAll()) == source.size() && target.commit();
+}
+
+bool copyFile(const QString &from, const QString &to)
+{
+    return mayHoldSecrets(from) ? copyForOwner(from, to) : QFile::copy(from, to);
+}
+} // namespace
+
+QString profile::keepCopy(const QString &file)
+{
+    const QString stamp = QDateTime::currentDateTime().toString(text("yyyyMMdd-hhmmss"));
+    QString copy = text("%1.%2.bak").arg(file, stamp);
+    for (int i = 2; QFile::exists(copy); ++i) {
+        copy = text("%1.%2-%3.bak").arg(file, stamp).arg(i);
+    }
+    const Uninterrupted uninterrupted;
+    if (copyFile(file, copy)) {
+        return copy;
+    }
+    warn(text("%1 cannot be copied to %2; nothing was changed, see to the space").arg(file, copy));
+    return QString();
+}
