@@ -3,12 +3,12 @@
 # Qt's own implicit conversions differ between its majors, so they are switched off throughout.
 set(velmora_qt_definitions QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 
-# File sizes, inode numbers and times of 64 bits, also where the system calls take 32 unless asked:
-# there, a file with a larger one cannot be looked at.
+# File sizes, inode numbers and times of 64 bits, even where system calls have 32 by default: there, a
+# file with a larger one could not be opened.
 set(velmora_system_definitions _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
-# No -Wnon-virtual-dtor: VLMC_XMLSetting has virtual operations and a destructor that is not virtual,
-# as its binary interface has it; -Wdelete-non-virtual-dtor, part of -Wall, still finds a misuse.
+# No -Wnon-virtual-dtor: the binary interface gives VLMC_XMLSetting virtual operations and a destructor
+# that is not virtual; -Wdelete-non-virtual-dtor, part of -Wall, still finds misuse.
 set(velmora_warnings
   -Wall -Wextra -Wpedantic -Wshadow -Wcast-align -Wcast-qual -Wconversion -Wno-sign-conversion
   -Wdouble-promotion -Wformat=2 -Wno-format-nonliteral -Woverloaded-virtual

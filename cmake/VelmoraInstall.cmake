@@ -2,8 +2,8 @@
 
 include(CMakePackageConfigHelpers)
 
-# The host's platform library lies beside the library wherever that is installed; the device has its
-# own where its loader finds it.
+# The host's platform library is installed beside the library; the device has its own, where its
+# loader finds it.
 if(NOT VELMORA_PLATFORM_LIBRARY)
   set_target_properties(velmora-settings PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()

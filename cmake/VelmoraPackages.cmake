@@ -58,15 +58,22 @@ bookmarks, visits, cookies, credentials and fonts: lists and changes entries,
 finds and repairs damage, converts from and to the formats of other programs,
 and writes a report that a browser can show.")
 
-# What Debian wants in /usr/share/doc, in each package.
+# What Debian wants in /usr/share/doc, in each package. The first line of LICENSE names the owners, the
+# others are the terms.
 find_program(GZIP gzip)
 set(documents ${PROJECT_BINARY_DIR}/packages)
 file(MAKE_DIRECTORY ${documents})
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/LICENSE)
+file(STRINGS LICENSE license LENGTH_MINIMUM 1)
+list(POP_FRONT license copyright)
+string(REPLACE "Copyright " "" copyright "${copyright}")
+string(REPLACE ";" "\n " license "${license}")
+configure_file(cmake/packages/copyright.in ${documents}/copyright @ONLY)
 configure_file(cmake/packages/changelog.in ${documents}/changelog @ONLY)
 execute_process(COMMAND ${GZIP} -9nf -k changelog WORKING_DIRECTORY ${documents})
 foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   set(folder ${CMAKE_INSTALL_DATADIR}/doc/${package_${component}})
-  install(FILES cmake/packages/copyright ${documents}/changelog.gz DESTINATION ${folder}
+  install(FILES ${documents}/copyright ${documents}/changelog.gz DESTINATION ${folder}
     COMPONENT ${component} EXCLUDE_FROM_ALL)
   set(overrides cmake/packages/${component}.lintian-overrides)
   if(EXISTS ${PROJECT_SOURCE_DIR}/${overrides})

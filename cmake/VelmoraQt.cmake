@@ -1,8 +1,8 @@
-# The one place that knows the majors of Qt apart. Sets VELMORA_QT_CORE, _NETWORK, _GUI, _CODECS, _XML
+# The only place that tells the majors of Qt apart. Sets VELMORA_QT_CORE, _NETWORK, _GUI, _CODECS, _XML
 # and _TEST to the targets to link, velmora_qt_find, _pkgconfig and _debian to what a consumer has to
 # look for with CMake, with pkg-config and among Debian's packages, and velmora_qmake to Qt's qmake.
 
-# For Qt's own functions without a major in their names.
+# For those of Qt's functions that have no major in their names.
 set(QT_DEFAULT_MAJOR_VERSION ${VELMORA_QT_MAJOR})
 
 if(VELMORA_QT_MAJOR EQUAL 4)
@@ -45,7 +45,7 @@ else()
     "VELMORA_QT_MAJOR is '${VELMORA_QT_MAJOR}': set it to 4, 5 or 6.")
 endif()
 
-# velmora_moc(<source> <output> <target>): has moc read the source for the target.
+# velmora_moc(<source> <output> <target>): runs moc on the source, for the target.
 function(velmora_moc source output target)
   if(VELMORA_QT_MAJOR EQUAL 4)
     qt4_generate_moc(${source} ${CMAKE_CURRENT_BINARY_DIR}/${output} TARGET ${target})

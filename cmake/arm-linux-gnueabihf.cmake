@@ -1,7 +1,7 @@
 # 32-bit ARM, hard float, with Debian's cross compiler (g++-arm-linux-gnueabihf). Programs run on the
-# building machine under qemu-user. What the project links beside Qt comes from Debian's packages for
-# that processor, unpacked into one folder, which scripts/arm-packages makes: build-arm-packages/, or
-# what VELMORA_ARM_PACKAGES names.
+# building machine under qemu-user. What the project links besides Qt comes from Debian's packages for
+# that processor, which scripts/arm-packages unpacks into one folder: build-arm-packages/, or the one
+# that VELMORA_ARM_PACKAGES names.
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)

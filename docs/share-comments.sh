@@ -1,6 +1,6 @@
 #!/bin/sh
-# share-comments.sh <header>: the header as doxygen is to see it. A comment in a header stands for all
-# declarations that follow it without a blank line, such as a getter and its setter; each gets it, on
+# share-comments.sh <header>: the header as doxygen is to see it. A comment in a header is for all
+# declarations that follow it without a blank line, such as a getter and its setter. Each gets it, on
 # its own line, so that lines keep their numbers.
 case $1 in
 *.h) ;;

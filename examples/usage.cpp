@@ -5,7 +5,7 @@
 
 int main(int argc, char **argv)
 {
-    QCoreApplication browser(argc, argv); // stores need their thread's event loop, sooner or later
+    QCoreApplication browser(argc, argv); // stores need an event loop on their thread
     const QString directory = QString::fromUtf8(argc > 1 ? argv[1] : "/tmp/"); // ends with "/"
 
     VLMC_FontListSetting *fonts = VLMC_FontListSetting::getInstance();

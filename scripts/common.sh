@@ -13,7 +13,7 @@ fail() {
     exit 2
 }
 
-# absolute <path>: a path as the caller means it, who may be in any folder.
+# absolute <path>: the path as the caller meant it, from whatever folder.
 absolute() {
     case "$1" in
     /*) printf '%s' "$1" ;;
@@ -23,7 +23,7 @@ absolute() {
 
 installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'ok installed'; }
 
-# need <package>...: installs what is missing as root, otherwise says what it is.
+# need <package>...: installs what is missing if run as root, otherwise names it.
 need() {
     local missing=()
     local package

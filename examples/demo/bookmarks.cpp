@@ -13,7 +13,7 @@ const int kMaxBookmarks = 100;
 const char kAtEnd = 0;
 const char kAtFront = 1;
 
-// Something to recognise a page by: a sky in its colour over a few lines.
+// A picture to recognise a page by: a sky in its colour over a few lines.
 QImage paintThumbnail(const QColor &colour)
 {
     QImage image(160, 120, QImage::Format_RGB32);
@@ -30,7 +30,7 @@ QImage paintThumbnail(const QColor &colour)
     return image;
 }
 
-// A bookmark of a page with its thumbnail; lastNumber goes up by one.
+// Bookmarks a page with its thumbnail; lastNumber goes up by one.
 void addBookmark(const QString &directory, const char *title, const char *url, const QColor &colour,
                  char place, int &lastNumber)
 {

@@ -20,7 +20,7 @@ const QList<QByteArray> kSetCookies =
     QList<QByteArray>() << QByteArray("Set-Cookie: session=") + kSession + "; Path=/"
                         << QByteArray("Set-Cookie: user=") + kUser + "; Max-Age=31536000; Path=/";
 
-// The engine's jar, opened as far as its cookies have to be kept.
+// The engine's jar, with access to its cookies, which have to be kept.
 class Jar : public QNetworkCookieJar
 {
 public:
@@ -28,7 +28,7 @@ public:
     using QNetworkCookieJar::setAllCookies;
 };
 
-// Visits the page in a browser that was just started with these cookies; those that it has then.
+// Visits the page in a browser that starts with these cookies; returns those that it ends with.
 QList<QNetworkCookie> visit(const QUrl &url, const QList<QNetworkCookie> &cookies)
 {
     Jar *const jar = new Jar;

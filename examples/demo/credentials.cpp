@@ -69,8 +69,8 @@ LoopbackServer::Answer guardedBy(const char *challenge, bool (*isRight)(const QB
 }
 } // namespace
 
-// The browser's side: the newest entry for the host and port, handed over once per page. Wrong
-// credentials would be asked for again and again.
+// The browser's side: gives the newest entry for the host and port, once per page. Otherwise the
+// server would ask again and again for wrong credentials.
 class StoredCredentials : public QObject
 {
     Q_OBJECT
@@ -127,7 +127,7 @@ void showCredentials(const QString &profile)
     store->loadAuthInfo(&directory, kMaxEntries);
     expect(visit(printer.url()) == 401 && visit(archive.url()) == 401,
            "nobody gets in without a password");
-    say(text("Neither server lets a browser in that knows no password."));
+    say(text("Neither server lets a browser in without a password."));
 
     keep(printer, kBasic);
     keep(archive, kDigest);

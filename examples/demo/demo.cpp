@@ -8,7 +8,7 @@
 
 namespace
 {
-// Longer files are cut in the middle when printed, longer lines at their end.
+// Longer files are printed without their middle, longer lines without their end.
 const int kShownLines = 14;
 const int kShownCharacters = 200;
 

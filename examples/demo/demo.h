@@ -13,10 +13,10 @@ void showCookies(const QString &profile);
 void showCredentials(const QString &profile);
 void showFonts(const QString &directory);
 
-// Goes on if the step went well, and ends the program with status 1 if not.
+// Ends the program with status 1 unless the step went well.
 void expect(bool wentWell, const char *step);
 
-// Printing for all parts. Where a secret stands in a file, kMasked is printed.
+// Printing for all parts. Secrets in a file are printed as kMasked.
 const char kMasked[] = "********";
 void heading(const char *title);
 void say(const QString &line);

@@ -18,7 +18,7 @@ void visit(QString directory, const char *url, const char *title)
     if (id >= 0) {
         history->changeHistory(id, entry); // keeps its place until the next load
     } else {
-        history->updateHistory(&entry); // to the front; of a full list the last one goes
+        history->updateHistory(&entry); // to the front; a full list loses its last one
     }
     history->saveHistory(&directory, kMaxVisits);
     say(text("%1 is %2 page.").arg(entry.url).arg(text(id >= 0 ? "a known" : "a new")));

@@ -11,7 +11,7 @@
 class QNetworkAccessManager;
 
 // A web server inside the program, as small as HTTP allows: one request per connection, without a
-// body. What the answer is, the function that it is given says.
+// body, answered by the function that the server is given.
 class LoopbackServer : public QTcpServer
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ QByteArray response(const QByteArray &status, const QList<QByteArray> &headers);
 // The value of a request's header, empty when there is none.
 QByteArray headerOf(const QByteArray &request, const QByteArray &name);
 
-// Fetches a page and waits for it; the HTTP status, or 0 when there was no answer.
+// Fetches a page and waits for it; returns the HTTP status, or 0 if there was no answer.
 int fetch(QNetworkAccessManager &browser, const QUrl &url);
 
 #endif

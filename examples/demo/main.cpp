@@ -1,4 +1,4 @@
-// A tour of the library on a profile in the folder that is given.
+// A tour of the library, on a profile in the folder that is named.
 
 #include "core/VLMG_Debug.h"
 #include "examples/demo/demo.h"
@@ -40,14 +40,14 @@ int main(int argc, char **argv)
     }
     const QFileInfo folder(arguments.at(1));
     if (!folder.isDir() || !folder.isWritable()) {
-        return refuse(text("'%1' is no folder that can be written to; create one first")
+        return refuse(text("'%1' is not a folder that can be written to; create one first")
                           .arg(arguments.at(1)));
     }
-    // The tour would fill the device's system log with its trace.
+    // Otherwise the tour fills the device's system log with trace lines.
     g_uc_SystemLogLevel = 0;
     const QString directory = folder.absoluteFilePath() + QLatin1Char('/');
     takeTour(directory);
-    // What the stores have let go of is freed by the event loop; one round of it is enough.
+    // The event loop frees what the stores have released; one round of it is enough.
     QTimer::singleShot(0, qApp, SLOT(quit()));
     QCoreApplication::exec();
     say(text("\nThe files are in %1").arg(directory));

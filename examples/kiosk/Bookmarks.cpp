@@ -68,7 +68,7 @@ bool Bookmarks::contains(const QString &url) const
     return false;
 }
 
-// Of a run that was killed between the image and the list.
+// Left by a run that was killed between the image and the list.
 void Bookmarks::removeUnusedThumbnails() const
 {
     VLMC_BookmarksSetting *const store = VLMC_BookmarksSetting::getInstance();

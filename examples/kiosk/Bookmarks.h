@@ -7,9 +7,9 @@
 class QImage;
 
 /**
- * The bookmarks and their thumbnails. A bookmark is two files, which cannot be replaced together;
- * they are written in the order that leaves, if the browser is killed in between, an image too many
- * and never one too few. The next start removes it.
+ * The bookmarks and their thumbnails. A bookmark takes two files, which cannot be replaced
+ * together. They are written in an order that leaves, if the browser is killed in between, an image
+ * too many and never one too few. The next start removes that image.
  */
 class Bookmarks
 {

@@ -84,7 +84,7 @@ void Commands::step()
     stop(text("no such command: %1").arg(name));
 }
 
-// By way of the event loop, where the stores free what they let go of.
+// Through the event loop, which frees what the stores have released.
 void Commands::goOn() { m_next.start(0); }
 
 void Commands::stop(const QString &complaint)

@@ -8,7 +8,7 @@
 class Window;
 
 /**
- * Plays a file of commands to the window, one per line, as a user would: for tests and pictures.
+ * Plays a file of commands to the window, one per line, as a user would; for tests and pictures.
  *
  *     open URL                 shows a page; the next command does not wait for it
  *     wait                     goes on when the page is there; a page that fails ends the program
@@ -18,7 +18,7 @@ class Window;
  *     bookmark, bookmarks      adds the page; shows the list
  *     delete-bookmark ID
  *     zoom CODE, font FAMILY
- *     credentials USER PASSWORD   what the user enters when asked the next time
+ *     credentials USER PASSWORD   what the user enters when next asked
  *     change-user
  *     screenshot FILE
  *     state                    prints what is shown as one line of JSON

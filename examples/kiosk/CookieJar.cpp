@@ -65,7 +65,7 @@ void CookieJar::takeOverFromKilledRun()
     for (const QString &name : leftovers) {
         folder.remove(name);
     }
-    // No cookie in it: perhaps its writing was cut off, so that the document knows more.
+    // No cookie in it: perhaps it was only half written, so the document knows more.
     VLMC_CookieSetting *const store = VLMC_CookieSetting::getInstance();
     if (QFile::exists(m_directory + text(kEngineFile))
         && !store->loadCookieInfo(&m_directory, kMaxCookies).isEmpty()) {

@@ -7,9 +7,9 @@
 class Preferences;
 
 /**
- * The engine's cookies. While the browser runs they stand in "cookie.ini", written after each
- * change; between two runs in "cookie.xml". So a "cookie.ini" at the start tells of a run that was
- * not stopped, and is taken over before anything else.
+ * The engine's cookies. While the browser runs they are in "cookie.ini", written after each change;
+ * between two runs in "cookie.xml". So a "cookie.ini" at the start is that of a run that was
+ * killed, and is converted before anything else.
  */
 class CookieJar : public QNetworkCookieJar
 {

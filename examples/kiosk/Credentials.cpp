@@ -59,7 +59,7 @@ void Credentials::clear()
     m_entered.clear();
 }
 
-// Once per page: wrong credentials would be asked for again and again.
+// Once per page: otherwise a server would ask again and again for wrong credentials.
 void Credentials::answer(QNetworkReply *reply, QAuthenticator *authenticator)
 {
     if (reply->property(kAnswered).toBool()) {
@@ -100,7 +100,7 @@ void Credentials::ask(QNetworkReply *reply)
     }
 }
 
-// In the place of what is known for the host. When the list is full the oldest entry goes: that is
+// Replaces what is known for the host. A full list loses its oldest entry: that takes
 // updateAuthInfo, which deletes one in any case.
 void Credentials::keep(VLMS_AuthInfo info)
 {

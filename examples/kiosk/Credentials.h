@@ -32,8 +32,8 @@ public:
     void clear();
 
 signals:
-    /// The user has entered something for a page that was refused. It comes before the engine is
-    /// told how the page ended: load it again after that.
+    /// The user has entered something for a page that was refused. Emitted before the engine hears
+    /// how the page ended: load the page again after that.
     void entered();
 
 private:

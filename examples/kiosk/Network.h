@@ -5,13 +5,13 @@
 
 class Preferences;
 
-/// The engine's way to the network: cache, proxy, SSL and TLS as the preferences have it.
+/// The engine's way to the network: cache, proxy, SSL and TLS as the preferences say.
 class Network : public QNetworkAccessManager
 {
 public:
     Network(const QString &directory, const Preferences &preferences);
 
-    /// Lets go of connections and answers to challenges that stand from older preferences.
+    /// Drops connections and credentials from before a change of the preferences.
     void forgetConnections();
     void clearDiskCache();
 

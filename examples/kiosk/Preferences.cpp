@@ -19,8 +19,8 @@ VLMC_BrowserUserSetting &user() { return *VLMC_BrowserUserSetting::getInstance()
 // Codes 1 to 11 stand for half the size up to one and a half, in tenths.
 double zoomFactor(int code) { return 0.1 * (code + 4); }
 
-// Qt takes one version, or one and all later ones, but no list. So of the versions that are
-// switched on it gets those without a gap from the latest down: never one that is switched off.
+// Qt takes one version, or one and all later ones, but no list. So it gets the versions that are
+// switched on from the latest down to the first gap: never one that is switched off.
 QSsl::SslProtocol protocol()
 {
     if (device().getUseTLS12()) {
@@ -35,7 +35,7 @@ QSsl::SslProtocol protocol()
     if (device().getUseTLS10()) {
         return QSsl::TlsV1_0;
     }
-    // With none at all the version that Qt refuses to speak: no byte is sent then.
+    // With none at all, the version that Qt refuses to speak: then no byte is sent.
     return device().getUseSSL30() ? QSsl::SslV3 : QSsl::SslV2;
 }
 } // namespace
@@ -69,7 +69,7 @@ QUrl Preferences::homePage() const
 
 void Preferences::rememberPage(const QUrl &url)
 {
-    // One that is too long for the store is refused; the page before it stays the last one then.
+    // The store refuses one that is too long; the last page is then still the one before.
     if (user().setLastPage(url.toString(QUrl::FullyEncoded | QUrl::RemoveUserInfo)) == 1) {
         user().saveSetting(&m_directory);
     }
@@ -137,7 +137,7 @@ void Preferences::save()
     user().saveSetting(&m_directory);
 }
 
-// What a new profile offers; a list that is there already is its maker's choice.
+// The fonts of a new profile; an existing list is somebody's choice.
 void Preferences::offerInstalledFonts()
 {
     VLMC_FontListSetting *const list = VLMC_FontListSetting::getInstance();

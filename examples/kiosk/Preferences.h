@@ -8,7 +8,7 @@
 class QWebView;
 
 /**
- * The two stores of preferences and the list of fonts, and what they mean for the engine. What is
+ * The two stores of preferences and the list of fonts, and what they mean to the engine. What is
  * set here is saved at once: a kiosk is switched off at the wall.
  */
 class Preferences

@@ -45,7 +45,7 @@ const Switch kSwitches[] = {
     {QT_TRANSLATE_NOOP("PreferencesDialog", "TLS 1.2"), &Device::getUseTLS12, &Device::setUseTLS12},
     {QT_TRANSLATE_NOOP("PreferencesDialog", "Use a proxy"), &Device::getUseProxyInfo,
      &Device::setUseProxyInfo},
-    {QT_TRANSLATE_NOOP("PreferencesDialog", "The proxy asks for an account"),
+    {QT_TRANSLATE_NOOP("PreferencesDialog", "The proxy requires an account"),
      &Device::getUseProxyCertificationInfo, &Device::setUseProxyCertificationInfo},
 };
 
@@ -62,7 +62,7 @@ const Line kProxyLines[] = {
      &Device::setProxyHttpPortStr},
     {QT_TRANSLATE_NOOP("PreferencesDialog", "Port for HTTPS"), &Device::getProxyHttpsPortStr,
      &Device::setProxyHttpsPortStr},
-    {QT_TRANSLATE_NOOP("PreferencesDialog", "Without proxy for"), &Device::getNoProxyDomainStr,
+    {QT_TRANSLATE_NOOP("PreferencesDialog", "No proxy for"), &Device::getNoProxyDomainStr,
      &Device::setNoProxyDomainStr},
 };
 } // namespace
@@ -98,7 +98,7 @@ void PreferencesDialog::accept()
         accepted = store() && accepted;
     }
     if (!accepted) {
-        QMessageBox::warning(this, windowTitle(), tr("A text is too long; it was not taken over."));
+        QMessageBox::warning(this, windowTitle(), tr("A text is too long and was not stored."));
     }
     QDialog::accept();
 }

@@ -18,7 +18,7 @@ bool isInDomain(const QString &host, const QString &domain)
            || host.endsWith(QLatin1Char('.') + domain, Qt::CaseInsensitive);
 }
 
-// The store takes any text; domains stand there between commas, semicolons or blanks.
+// The store takes any text; here domains are separated by commas, semicolons or blanks.
 bool bypassesProxy(const QString &host)
 {
     QString stored;

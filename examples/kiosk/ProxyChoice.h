@@ -3,7 +3,7 @@
 
 #include <QtNetwork/QNetworkProxyFactory>
 
-/// Answers the engine's question for a proxy from the preferences of the device, each time anew.
+/// Answers the engine's questions for a proxy from the preferences of the device as they are then.
 class ProxyChoice : public QNetworkProxyFactory
 {
 public:

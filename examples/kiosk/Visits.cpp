@@ -21,7 +21,7 @@ void Visits::add(const QUrl &url, const QString &title)
     if (id >= 0) {
         history->changeHistory(id, entry); // keeps its place until the next load
     } else {
-        history->updateHistory(&entry); // to the front; of a full list the last one goes
+        history->updateHistory(&entry); // to the front; a full list loses its last one
     }
     history->saveHistory(&m_directory, kMaxVisits);
 }

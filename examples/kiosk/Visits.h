@@ -14,7 +14,7 @@ public:
 
     /// A page has been shown to the user.
     void add(const QUrl &url, const QString &title);
-    /// The first visits of the list, at most so many.
+    /// The first visits of the list, at most this many.
     QList<VLMS_History> latest(int count) const;
 
 private:

@@ -29,7 +29,7 @@ const int kMessageMilliseconds = 5000;
 // The stores' code for a deletion at a change of the user.
 const char kAtUserChange = 3;
 
-// A second host of the device's own is not looked for in this mode.
+// In this mode no second host of the device's own is looked for.
 const char kOneHost = 0;
 
 bool isWebPage(const QUrl &url)
@@ -102,7 +102,7 @@ bool Window::addBookmark()
     const bool added =
         isWebPage(m_view->url()) && m_bookmarks.add(m_view->url(), m_view->title(), picture());
     statusBar()->showMessage(added ? tr("Bookmarked")
-                                   : tr("This page is bookmarked already or cannot be"),
+                                   : tr("This page is bookmarked already, or cannot be"),
                              kMessageMilliseconds);
     m_bookmarksPage->refresh();
     return added;
@@ -206,8 +206,8 @@ void Window::applyPreferences()
     m_network.forgetConnections();
 }
 
-// The visit: title and address are those behind all redirections. A page that was refused, and for
-// which the user has entered something meanwhile, is no visit yet.
+// The visit, with title and address after all redirections. A page that was refused, and for which
+// the user has entered something meanwhile, is not a visit yet.
 void Window::takeNote(bool wentWell)
 {
     const QUrl url = m_view->url();

@@ -18,7 +18,7 @@ class QStackedWidget;
 class QWebView;
 
 /**
- * The browser: one window with one page, beside the page of the bookmarks. It owns everything that
+ * The browser: one window that shows a page, or the list of bookmarks. It owns everything that
  * keeps the profile, and every action of the user is a slot here.
  */
 class Window : public QMainWindow
@@ -26,8 +26,8 @@ class Window : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Pages of localHost, which may be empty, count as the device's own, as those of the loopback
-    /// host do.
+    /// Pages of localHost, which may be empty, count as the device's own, like those of the
+    /// loopback host.
     Window(const QString &directory, const QByteArray &localHost);
     ~Window() override;
 

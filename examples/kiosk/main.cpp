@@ -26,19 +26,19 @@ int refuse(const QString &message)
 
 void describe(QCommandLineParser &parser)
 {
-    parser.setApplicationDescription(text("Browses with a profile in the folder."));
+    parser.setApplicationDescription(text("Browses with the profile in the folder."));
     parser.addHelpOption();
     parser.addPositionalArgument(text("folder"), text("The profile."));
-    parser.addOption({text("commands"), text("Plays the commands of the file."), text("file")});
+    parser.addOption({text("commands"), text("Plays the commands in the file."), text("file")});
     parser.addOption({text("log-level"),
-                      text("What the log gets: 0 nothing, 1 errors, 2 warnings, 3 all."),
+                      text("What is logged: 0 nothing, 1 errors, 2 warnings, 3 all."),
                       text("level"), text("0")});
     parser.addOption(
         {text("local-host"), text("A host whose pages are the device's own."), text("name")});
 }
 
-// Before the first store is used, so that its first load is logged as well. The system log gets
-// every message whatever its level, so it is off when no log is wanted.
+// Called before the first store is used, so that its first load is logged as well. The system log
+// gets every message whatever its level, so it is off when no log is wanted.
 bool setLogLevel(const QString &level)
 {
     bool isNumber = false;
@@ -65,8 +65,9 @@ QStringList linesOf(QFile &file)
     return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
 }
 
-// The profile is the current folder. So its own path may be of any length and in any script, where
-// the stores want thumbnail paths of at most 256 bytes, and the conversions of cookies Latin-1.
+// The profile is the current folder. So its own path may be of any length and in any script, while
+// the stores take thumbnail paths of at most 256 bytes, and the conversions of cookies only
+// Latin-1.
 int browse(const QCommandLineParser &parser, const QStringList &commands)
 {
     Window window(text("./"), parser.value(text("local-host")).toLatin1());
@@ -92,7 +93,7 @@ int main(int argc, char **argv)
     }
     const QFileInfo folder(parser.positionalArguments().at(0));
     if (!folder.isDir() || !folder.isWritable()) {
-        return refuse(text("'%1' is no folder that can be written to").arg(folder.filePath()));
+        return refuse(text("'%1' is not a folder that can be written to").arg(folder.filePath()));
     }
     if (!setLogLevel(parser.value(text("log-level")))) {
         return refuse(text("the log level is 0, 1, 2 or 3"));

@@ -1,12 +1,12 @@
 #ifndef REFERENCE_H
 #define REFERENCE_H
 
-// The examples of the reference: each stands between two comments with its name and is shown on the
-// pages of docs/reference/. The lines around it say what has to come of it.
+// The examples of the reference: each is between two comments with its name, and is shown on the
+// pages of docs/reference/. The lines around it check its result.
 
 #include <QtCore/QString>
 
-/// Ends the program with the line that does not hold.
+/// Ends the program and names the line that does not hold.
 void expect(bool condition, const char *file, int line);
 #define EXPECT(condition) expect((condition), __FILE__, __LINE__)
 

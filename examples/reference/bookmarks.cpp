@@ -54,7 +54,7 @@ QImage show(int id, VLMS_Bookmark *shown)
     VLMS_Bookmark bookmark;
     QImage thumbnail;
     if (bookmarks->getBookmark(id, &bookmark)) {
-        bookmarks->getThumbnail(&thumbnail, &bookmark.thumbnailPath); // null when there is no file
+        bookmarks->getThumbnail(&thumbnail, &bookmark.thumbnailPath); // stays null without a file
     }
     //! [bookmarks: read]
     *shown = bookmark;

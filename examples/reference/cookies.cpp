@@ -41,7 +41,7 @@ QList<QNetworkCookie> jar(QString directory, const QList<QNetworkCookie> &news)
 QStringList sites(const QString &directory)
 {
     //! [cookies: look]
-    // Outside of a conversion the document is loaded and dropped by hand.
+    // Outside a conversion the document is loaded and dropped by hand.
     VLMC_CookieSetting *store = VLMC_CookieSetting::getInstance();
     QString path = directory + QString::fromUtf8("cookies.xml");
     store->load(path);

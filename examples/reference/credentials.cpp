@@ -25,7 +25,7 @@ void keepCredentials(QString directory)
 bool find(const QString &host, const QString &port, VLMS_AuthInfo *found)
 {
     //! [credentials: find]
-    // The newest is first, so the first that fits is the one entered last.
+    // The newest is first, so the first match is the one entered last.
     VLMC_AuthSetting *store = VLMC_AuthSetting::getInstance();
     const int count = store->getAuthInfoCnt();
     for (int id = 0; id < count; ++id) {
@@ -44,7 +44,7 @@ void replace(int id, VLMS_AuthInfo info)
 {
     //! [credentials: replace]
     VLMC_AuthSetting *store = VLMC_AuthSetting::getInstance();
-    store->deleteAuthInfo(id); // the others are numbered anew
+    store->deleteAuthInfo(id); // the others get new ids
     store->setAuthInfo(&info); // becomes id 0
     //! [credentials: replace]
 }
@@ -52,7 +52,7 @@ void replace(int id, VLMS_AuthInfo info)
 void addWithinLimit(VLMS_AuthInfo info)
 {
     //! [credentials: update]
-    // Always drops the last entry within the max of the load first, also when there is room.
+    // First drops the last entry within the max of the load, even if there is room.
     VLMC_AuthSetting::getInstance()->updateAuthInfo(&info);
     //! [credentials: update]
 }

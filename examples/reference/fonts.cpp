@@ -36,7 +36,7 @@ QStringList listedFonts()
 void addOnce(const QString &name)
 {
     //! [fonts: add once]
-    // The store keeps duplicates; whoever wants none looks first.
+    // The store keeps duplicates; to avoid them, look first.
     VLMC_FontListSetting *fonts = VLMC_FontListSetting::getInstance();
     bool listed = false;
     for (int index = 0; index < fonts->getCount() && !listed; ++index) {

@@ -1,5 +1,5 @@
-// Runs the examples of the reference in an empty directory, and ends with status 1 where one does
-// not come out as it should: velmora-reference <directory>
+// Runs the examples of the reference in an empty directory, and ends with status 1 if one does not
+// come out as it should: velmora-reference <directory>
 
 #include "examples/reference/Reference.h"
 
@@ -22,7 +22,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication browser(argc, argv);
     if (argc != 2) {
-        fprintf(stderr, "velmora-reference: give an empty directory\n");
+        fprintf(stderr, "velmora-reference: name an empty directory\n");
         return 2;
     }
     const QString directory = QString::fromLocal8Bit(argv[1]) + QLatin1Char('/');

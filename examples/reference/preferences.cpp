@@ -21,7 +21,7 @@ void switches()
     VLMC_BrowserCommonSetting *common = VLMC_BrowserCommonSetting::getInstance();
     common->setUseJavaScriptInfo(0);
     common->setRcvCookieInfo(1);
-    common->setUseTLS10(0); // marks the SSL and TLS switches as of this version, too
+    common->setUseTLS10(0); // also stamps the SSL and TLS switches with the version
     const bool scripts = common->getUseJavaScriptInfo() == 1;
     //! [common: switches]
     EXPECT(!scripts && common->getRcvCookieInfo() == 1 && common->getUseTLS10() == 0);
@@ -64,7 +64,7 @@ void loadUser(QString directory)
 {
     //! [user: load]
     VLMC_BrowserUserSetting *user = VLMC_BrowserUserSetting::getInstance();
-    user->setUserType(3); // before loading: they decide what a new file gets
+    user->setUserType(3); // before loading: the two decide what a new file gets
     user->setBrwAdminHomepage(QString::fromUtf8("http://www.example.com/"));
     user->setBrwAdminStartup(0);
     user->setBrwAdminCookieDeleteTiming(3);

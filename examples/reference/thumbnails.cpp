@@ -28,7 +28,7 @@ void unpack(const QString &directory)
 QByteArray packOne(QString file)
 {
     //! [thumbnails: one file]
-    QByteArray text; // stays empty when the file cannot be read
+    QByteArray text; // stays empty if the file cannot be read
     VLMC_ThumbnailConverter::getInstance()->encode_base64(file, text);
     //! [thumbnails: one file]
     return text;

@@ -4,6 +4,7 @@
 
 #include <QtCore/QDirIterator>
 #include <QtCore/QFileInfo>
+#include <QtCore/QMap>
 #include <QtCore/QSet>
 
 namespace
@@ -113,13 +114,16 @@ QSet<QString> messagesOfSources()
     return messages;
 }
 
+QList<QByteArray> linesOfPage()
+{
+    return readFile(utf8(SOURCE_FOLDER "/docs/log-messages.md")).split('\n');
+}
+
 QStringList rowsOfPage()
 {
-    const QList<QByteArray> lines =
-        readFile(utf8(SOURCE_FOLDER "/docs/log-messages.md")).split('\n');
     QStringList rows;
     QByteArray className;
-    for (const QByteArray &line : lines) {
+    for (const QByteArray &line : linesOfPage()) {
         if (line.startsWith("## ")) {
             className = line.mid(3);
         }
@@ -130,6 +134,32 @@ QStringList rowsOfPage()
         }
     }
     return rows;
+}
+
+// The cells of a table's row, without the blanks around them.
+QList<QByteArray> cellsOf(const QByteArray &row)
+{
+    QList<QByteArray> cells;
+    for (const QByteArray &cell : row.mid(1, row.size() - 2).split('|')) {
+        cells += cell.trimmed();
+    }
+    return cells;
+}
+
+// The words for meanings that the page gives once, with meaning and advice.
+QMap<QByteArray, QList<QByteArray>> sharedMeanings()
+{
+    QMap<QByteArray, QList<QByteArray>> meanings;
+    bool isShared = false;
+    for (const QByteArray &line : linesOfPage()) {
+        if (line.startsWith("## ")) {
+            isShared = line == "## Shared meanings";
+        } else if (isShared && line.startsWith("| ") && !line.startsWith("| Word ")) {
+            const QList<QByteArray> cells = cellsOf(line);
+            meanings.insert(cells.first(), cells.mid(1));
+        }
+    }
+    return meanings;
 }
 
 QByteArray sorted(const QSet<QString> &messages)
@@ -149,6 +179,7 @@ private slots:
     void page_listsNothingElse();
     void page_listsEachOnce();
     void page_fillsEveryColumn();
+    void page_explainsSharedMeanings();
     void sources_printWholeLiterals();
 };
 
@@ -181,19 +212,35 @@ void tst_LogMessages::page_listsEachOnce()
     QCOMPARE(rows.removeDuplicates(), 0);
 }
 
+// Text, level and operation, and behind them meaning and advice or the word for a shared meaning.
 void tst_LogMessages::page_fillsEveryColumn()
 {
-    const QList<QByteArray> lines =
-        readFile(utf8(SOURCE_FOLDER "/docs/log-messages.md")).split('\n');
-    for (const QByteArray &line : lines) {
+    const QMap<QByteArray, QList<QByteArray>> shared = sharedMeanings();
+    for (const QByteArray &line : linesOfPage()) {
         if (!line.startsWith("| `")) {
             continue;
         }
-        const QList<QByteArray> cells = line.split('|');
-        QVERIFY2(cells.size() == 7, line.constData());
-        for (int column = 1; column < 6; ++column) {
-            QVERIFY2(!cells.at(column).trimmed().isEmpty(), line.constData());
+        const QList<QByteArray> cells = cellsOf(line);
+        QVERIFY2(!cells.contains(QByteArray()), line.constData());
+        const bool isShared = cells.size() == 4 && shared.contains(cells.at(3));
+        QVERIFY2(isShared || cells.size() == 5, line.constData());
+    }
+}
+
+void tst_LogMessages::page_explainsSharedMeanings()
+{
+    QSet<QByteArray> used;
+    for (const QByteArray &line : linesOfPage()) {
+        if (line.startsWith("| `")) {
+            used.insert(cellsOf(line).last());
         }
+    }
+    const QMap<QByteArray, QList<QByteArray>> shared = sharedMeanings();
+    QVERIFY(!shared.isEmpty());
+    for (const QByteArray &word : shared.keys()) {
+        QVERIFY2(used.contains(word), word.constData());
+        QCOMPARE(int(shared.value(word).size()), 2);
+        QVERIFY2(!shared.value(word).contains(QByteArray()), word.constData());
     }
 }
 

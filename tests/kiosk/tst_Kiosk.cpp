@@ -286,7 +286,7 @@ void tst_Kiosk::commandLine_isChecked_data()
                                                "velmora-kiosk FOLDER");
     QTest::newRow("missing folder")
         << QStringList(utf8("/no/such/folder"))
-        << QByteArray("'/no/such/folder' is no folder that can be written to");
+        << QByteArray("'/no/such/folder' is not a folder that can be written to");
     QTest::newRow("log level") << (QStringList()
                                    << utf8("--log-level") << utf8("4") << utf8("/tmp"))
                                << QByteArray("the log level is 0, 1, 2 or 3");

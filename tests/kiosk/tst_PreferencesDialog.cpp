@@ -106,7 +106,7 @@ void tst_PreferencesDialog::accept_storesASwitch_data()
         {"TLS 1.1", "enableTLS11", "true", "false"},
         {"TLS 1.2", "enableTLS12", "true", "false"},
         {"Use a proxy", "enableProxy", "false", "true"},
-        {"The proxy asks for an account", "enableProxyAuth", "false", "true"},
+        {"The proxy requires an account", "enableProxyAuth", "false", "true"},
         {"Delete cookies when the user changes", "cookieDeleteTiming", "notDelete", "changeUser"},
         {"Delete credentials when the user changes", "authInfoDeleteTiming", "notDelete",
          "changeUser"},
@@ -146,7 +146,7 @@ void tst_PreferencesDialog::accept_storesATextAsEntered_data()
         << QByteArray("Port for HTTP") << utf8("3128") << QByteArray("<portHTTP>3128</portHTTP>");
     QTest::newRow("port for HTTPS") << QByteArray("Port for HTTPS") << utf8("3129")
                                     << QByteArray("<portHTTPS>3129</portHTTPS>");
-    QTest::newRow("bypass") << QByteArray("Without proxy for") << utf8("a.example, b.example")
+    QTest::newRow("bypass") << QByteArray("No proxy for") << utf8("a.example, b.example")
                             << QByteArray("<unusedDomain>a.example, b.example</unusedDomain>");
     QTest::newRow("account") << QByteArray("Proxy account") << utf8("taro")
                              << QByteArray("<proxyUserName><![CDATA[dGFybw==]]>");
@@ -220,7 +220,7 @@ void tst_PreferencesDialog::accept_tellsOfATextThatIsTooLong()
         box->accept();
     });
     dialog.accept();
-    QCOMPARE(told, utf8("A text is too long; it was not taken over."));
+    QCOMPARE(told, utf8("A text is too long and was not stored."));
     COMPARE_BYTES(saved(), old);
 }
 

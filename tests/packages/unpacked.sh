@@ -29,6 +29,13 @@ for package in ./*.deb; do
   dpkg-deb --extract "$package" root
 done
 
+# Each says what LICENSE does.
+license=$here/../../LICENSE
+for package in root/usr/share/doc/*; do
+  grep -qxF "Copyright: $(sed -n 's/^Copyright //p' "$license")" "$package/copyright"
+  grep -qxF " $(tail -n 1 "$license")" "$package/copyright"
+done
+
 "$here/../consumers/build-and-run.sh" cmake "$folder/root/usr" "$libraries" "$folder/consumer" \
   >consumer.log 2>&1 || {
   cat consumer.log
