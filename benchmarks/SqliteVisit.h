@@ -9,8 +9,8 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-/// A visit to a page that is not in the list, kept in SQLite: one SELECT that misses, one INSERT,
-/// each in the transaction that it makes by itself, nothing synced.
+/// A visit to a page that is not in the list, kept in SQLite: one SELECT that misses and one
+/// INSERT, each in a transaction of its own, nothing synchronised.
 class SqliteVisit
 {
 public:

@@ -109,7 +109,7 @@ public:
     void operator()() { benchmark::DoNotOptimize(m_store.getHistoryCnt()); }
 };
 
-// The newest entry has id 0, and the last one is the dearest to find.
+// The newest entry has id 0, and the last one takes longest to find.
 class LookupOfLast : private LoadedHistory
 {
 public:

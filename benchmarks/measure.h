@@ -10,14 +10,15 @@
 #include <cstdlib>
 #include <vector>
 
-// What is measured, an operation or a reference, is a class: made for a number of entries, and one
-// call of it is one measurement. Names such as History_visit are those of docs/performance.md.
+// What is measured, an operation or a reference, is a class: an object is made for a number of
+// entries, and each call of it is one measurement. Names such as History_visit are those of
+// docs/performance.md.
 
 const int kFullStore = 999;
 const int kQuarterStore = 250;
 // Enough for a steady median.
 const int kPairs = 100;
-// Bytes that glibc does not take from its lists of small pieces.
+// Bytes: too many for glibc to take from its lists of small blocks.
 const size_t kLargeRequest = 64 * 1024;
 
 // The sizes that every operation is measured at.
@@ -28,9 +29,9 @@ inline void allSizes(benchmark::internal::Benchmark *measurement)
     }
 }
 
-// Frees what the stores have let go of, as the browser's event loop would between two calls. The
-// allocator joins the pieces at the next request of some size, which is made here, since it is part
-// of the freeing.
+// Frees what the stores have released, as the browser's event loop would between two calls. The
+// allocator joins the blocks at the next larger request. That request is made here, since it is
+// part of freeing them.
 inline void runDeferredDeletes()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -39,7 +40,7 @@ inline void runDeferredDeletes()
     free(joined);
 }
 
-// One measurement after the other. The event loop has its turn after kCallsPerTurn of them, and is
+// One measurement after the other. After every kCallsPerTurn of them the event loop runs, which is
 // not measured.
 template <typename Measured>
 void alone(benchmark::State &state)
@@ -56,7 +57,7 @@ void alone(benchmark::State &state)
     }
 }
 
-// Of one call right after another one, so that what it needs is in the processor's cache as it is
+// The time of one call right after another, so that the processor's cache holds what it needs, as
 // when calls are measured one after the other.
 template <typename Measured>
 double nanosecondsOf(Measured &measured)
@@ -69,8 +70,8 @@ double nanosecondsOf(Measured &measured)
     return double(timer.nsecsElapsed());
 }
 
-// The median of the ratios of one and the other, measured right after each other: a processor whose
-// clock changes, or that others use too, is as fast for the one as for the other.
+// The median of the ratios of the two, measured right after each other: a processor whose clock
+// changes, or that others use too, is equally fast for both.
 template <typename First, typename Second>
 double medianRatio(benchmark::State &state, First &first, Second &second)
 {
@@ -84,7 +85,7 @@ double medianRatio(benchmark::State &state, First &first, Second &second)
     return ratios.at(ratios.size() / 2);
 }
 
-// An operation on a full store beside its reference, as the counter "ratio".
+// Compares an operation on a full store with its reference, in the counter "ratio".
 template <typename Operation, typename Reference>
 void inPairs(benchmark::State &state)
 {
@@ -93,8 +94,8 @@ void inPairs(benchmark::State &state)
     state.counters["ratio"] = medianRatio(state, operation, reference);
 }
 
-// An operation on a full store beside the same on a smaller one. The counter "exponent" is the
-// power of the number of entries that the time grows with.
+// Compares an operation on a full store with the same one on a smaller store. The counter
+// "exponent" is the power of the number of entries with which the time grows.
 template <typename Operation>
 void growth(benchmark::State &state)
 {

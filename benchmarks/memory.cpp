@@ -1,5 +1,5 @@
-// Prints what a loaded history of 999 entries takes, against its file, and what a thousand rounds
-// of load, change and save leave behind.
+// Prints how much memory a loaded history of 999 entries takes, compared with its file, and how
+// much a thousand rounds of load, change and save leave behind.
 
 #include "benchmarks/profile.h"
 #include "bookmarks/VLMC_HistorySetting.h"
@@ -29,7 +29,7 @@ void runDeferredDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::
 void changeOne(VLMC_HistorySetting &store, int round)
 {
     VLMS_History entry;
-    // As long as any other, so that the file does not grow.
+    // As long as the others, so that the file does not grow.
     entry.title = titleOf(kEntries - 1 - round % 100);
     entry.url = urlOf(kEntries - 1 - round % 100);
     entry.dateTime = timeOf(-1);
@@ -51,7 +51,7 @@ public:
 protected:
     void timerEvent(QTimerEvent *) override
     {
-        // What the round before let go of is gone by now.
+        // What the previous round released is gone by now.
         if (m_round == kFirstRounds) {
             m_afterFirst = heapInUse();
         }

@@ -1,5 +1,5 @@
-// Prints how long the settings library takes to be loaded, in nanoseconds, into a process that has
-// Qt already: start <library>. A fresh process for each measurement.
+// Prints how long it takes to load the settings library, in nanoseconds, into a process that has
+// loaded Qt already: start <library>. Each measurement takes a new process.
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
@@ -12,7 +12,7 @@
 int main(int argc, char **argv)
 {
     const QCoreApplication browser(argc, argv);
-    // Has the linker keep the two libraries, and the loader bind what the browser has long used.
+    // Makes the linker keep the two libraries, and the loader bind what a browser has already used.
     const QImage image;
     const QNetworkCookie cookie;
     if (argc != 2 || !image.isNull() || !cookie.name().isEmpty()) {

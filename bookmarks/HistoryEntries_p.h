@@ -19,7 +19,7 @@ struct Visit {
     qint64 clock;
 };
 
-// What a stored visit is built of.
+// The parts of a stored visit.
 struct Texts {
     QString title;
     QString url;
@@ -29,7 +29,7 @@ struct Texts {
 // The visits among the entries, some of which may be null; those of the same time as they were.
 QVector<Visit> visitsNewestFirst(const QList<VLMC_XMLNode *> &entries);
 
-// True for an entry that setHistory would build just so, its id apart.
+// True for an entry that setHistory would build in the same way, apart from its id.
 bool isPlain(const Visit &visit);
 
 // A time that cannot be read is erased.
@@ -40,7 +40,7 @@ QVector<Texts> textsOf(const QVector<Visit> &visits);
 // is compared by the url of the one before it.
 int indexOfUrl(const QList<VLMC_XMLNode *> &entries, const QString &url);
 
-// An entry at the front or at the end of the list; null when there is no node to be had.
+// A new entry at the front or at the end of the list; null if there is no memory for a node.
 VLMC_XMLNode *addVisit(VLMC_XMLSetting &store, const Texts &visit, char place);
 } // namespace history
 } // namespace vlm

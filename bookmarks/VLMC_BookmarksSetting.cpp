@@ -109,8 +109,8 @@ void VLMC_BookmarksSetting::deleteBookmark(int id)
     removeEntry(*this, id);
 }
 
-// An over-long title is a success that fills nothing: callers count on it and show their own,
-// usually empty, text.
+// A title that is too long is a success that fills in nothing: callers rely on it and show their
+// own, usually empty, text.
 bool VLMC_BookmarksSetting::getBookmarkTitle(int id, QString *out)
 {
     VLMC_XMLNode *const title = getBookmarkChildNode(id, TitleChild);

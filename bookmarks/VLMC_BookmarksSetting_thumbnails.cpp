@@ -36,7 +36,7 @@ QString thumbnailName(int number)
            + QEXC_TextCodec::fromSJIS(kSuffix);
 }
 
-// 0 for a name that holds no number.
+// 0 for a name without a number.
 int thumbnailNumber(const QString &path)
 {
     const int start = qMax(0, int(path.size()) - kNameChars);
@@ -106,14 +106,14 @@ bool VLMC_BookmarksSetting::setThumbnail(QImage *image, QString *path, int &numb
     if (!image || !path) {
         return false;
     }
-    // Unsigned, so that the highest number has a next one as well.
+    // Unsigned, so that even the highest number has a successor.
     number = int(unsigned(number) + 1u);
     *path += thumbnailName(number);
     return isFileOrFree(*path) && image->save(*path, kFormat, kDefaultQuality);
 }
 
-// Loads into an image of its own: a load that fails would take the caller's away on some versions
-// of Qt.
+// Loads into an image of its own: with some versions of Qt a failed load would destroy the
+// caller's.
 bool VLMC_BookmarksSetting::getThumbnail(QImage *image, QString *path)
 {
     if (!image || !path || !isFileOrFree(*path)) {
@@ -195,8 +195,8 @@ void VLMC_BookmarksSetting::addThumbnailFilePath(QString *dir)
     }
 }
 
-// As addThumbnailFilePath() and then getLastNumber(), in one walk, which waits for the memory of
-// the whole tree but once.
+// Like addThumbnailFilePath() and then getLastNumber(), in one walk, which waits for the memory of
+// the whole tree only once.
 int VLMC_BookmarksSetting::loadThumbnailFilePath(QString &dir)
 {
     int last = 0;

@@ -81,8 +81,8 @@ void VLMC_HistorySetting::loadHistory(QString *dir, int max)
     }
     loadMax = max;
     loadEntries(*this, *dir, kFileName);
-    // Nobody has seen the entries yet, so they need not be built anew to be put in order; only a
-    // derived class could tell, by the virtual operations that building them calls.
+    // Nobody has seen the entries yet, so they need not be rebuilt to be sorted. Only a derived
+    // class could tell the difference, by the virtual operations that rebuilding calls.
     if (overridesNothing(*this)) {
         sortLoadedEntries();
     } else {
@@ -94,7 +94,7 @@ void VLMC_HistorySetting::loadHistory(QString *dir, int max)
 void VLMC_HistorySetting::saveHistory(QString *dir, int max)
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::saveHistory] start");
-    // The second message names another store; log readers know it so.
+    // The second message names another store; log readers know it that way.
     if (refused(isNullOrEmpty(dir), "[VLMC_HistorySetting::saveHistory] Path is NULL or empty.")
         || refused(max < 1, "[VLMC_HistorySetting::saveAuthInfo] Error save_max:%d", max)) {
         return;
@@ -125,8 +125,8 @@ bool VLMC_HistorySetting::getHistory(int id, VLMS_History *out)
     return true;
 }
 
-// As getHistory for one id after the other, with its line in the log for each, but without a search
-// for each and without reading what is not compared.
+// Like getHistory for one id after the other, with a line in the log for each, but without a search
+// for each, and without reading what is not compared.
 int VLMC_HistorySetting::getHistoryIndex(QString &url)
 {
     const QList<VLMC_XMLNode *> entries = entriesById(*this, getHistoryCnt());
@@ -179,8 +179,8 @@ void VLMC_HistorySetting::deleteHistory(int id)
     removeEntry(*this, id);
 }
 
-// As setHistory for one visit after the other, the last one first, its line in the log included. A
-// numbering after each can only be seen by a class that overrides a virtual operation, or where the
+// Like setHistory for one visit after the other, the last one first, with its line in the log.
+// Numbering after each is visible only to a class that overrides a virtual operation, or where the
 // root kept null children: each numbering reports those.
 void VLMC_HistorySetting::sortHistory()
 {
@@ -203,8 +203,8 @@ void VLMC_HistorySetting::sortHistory()
     numberEntries(*this);
 }
 
-// What sortHistory makes of entries that were just read, and the same lines in the log, but every
-// entry that is as setHistory would build it stays in use.
+// Does what sortHistory does to entries that were just read, with the same lines in the log, but
+// keeps every entry that is as setHistory would build it.
 void VLMC_HistorySetting::sortLoadedEntries()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
@@ -230,7 +230,7 @@ void VLMC_HistorySetting::sortLoadedEntries()
 }
 
 // As if the entries had been numbered after each insertion at the front: those that later ones
-// pushed out of the numbered range still carry its last number.
+// pushed out of the numbered range still have its last number.
 void VLMC_HistorySetting::numberPushedOut()
 {
     const QList<VLMC_XMLNode *> &entries = NodeView::children(*root);

@@ -45,16 +45,16 @@ public:
 
     /// The number of visits; 0 before the first load.
     int getHistoryCnt();
-    /// Copies a visit into out. A time that is not "yyyy/MM/dd hh:mm" comes back invalid; a field
-    /// that the file lacks keeps what out holds. False, and out untouched, for a null out and an
+    /// Copies a visit into out. A time that is not "yyyy/MM/dd hh:mm" becomes invalid; a field that
+    /// the file lacks keeps what out has. False, with out untouched, for a null out and for an
     /// unknown id.
     bool getHistory(int id, VLMS_History *out);
-    /// The id of the newest visit of exactly this URL, or -1.
+    /// The id of the newest visit with exactly this URL, or -1.
     int getHistoryIndex(QString &url);
     /// Puts a copy of the visit at the front, whatever its time. Null is ignored. Before the first
     /// load there is no list and nothing is kept.
     void setHistory(VLMS_History *entry);
-    /// As setHistory, but first deletes the visit with id max - 1 when the list has reached the max
+    /// Like setHistory, but first deletes the visit with id max - 1 if the list has reached the max
     /// of the last load: one visit, even if there are more than max.
     void updateHistory(VLMS_History *entry);
     /// Gives a visit new texts. It keeps its place; a field that the file lacks stays missing. An
@@ -64,8 +64,8 @@ public:
     void changeHistoryTitle(int id, QString &title);
     /// Deletes a visit. An unknown id is ignored.
     void deleteHistory(int id);
-    /// Puts the visits in order of their times, newest first, visits of the same minute as they
-    /// were. Times that cannot be read come last and are erased.
+    /// Sorts the visits by time, newest first; visits of the same minute keep their order. Times
+    /// that cannot be read are erased, and their visits come last.
     void sortHistory();
 
     /// The text cut to at most maxBytes bytes of UTF-8; unchanged for a maxBytes below 1. It ends

@@ -7,8 +7,8 @@ namespace
 {
 bool isOneOf(char byte, const char *bytes) { return byte && strchr(bytes, byte); }
 
-// Where the next line begins, as QSettings sees it: behind blanks, empty lines and comments. A line
-// that was cut at a ";" goes on as a comment.
+// Where the next line begins, as QSettings sees it: after blanks, empty lines and comments. A line
+// that was cut at a ";" continues as a comment.
 int lineStart(const QByteArray &file, int from)
 {
     int i = from;
@@ -24,7 +24,7 @@ int lineStart(const QByteArray &file, int from)
     return i;
 }
 
-// Where that line ends: not between quotes nor behind a backslash.
+// Where that line ends: neither between quotes nor after a backslash.
 int lineEnd(const QByteArray &file, int start)
 {
     bool quoted = false;
@@ -42,7 +42,7 @@ int lineEnd(const QByteArray &file, int start)
     return int(file.size());
 }
 
-// True for a line "[name]" whose name is sure not to be another spelling of the group's.
+// True for a line "[name]" whose name is certainly not another spelling of the group's.
 bool startsOtherGroup(const QByteArray &line, const QByteArray &group)
 {
     const QByteArray name = line.mid(1, line.indexOf(']') - 1);
@@ -54,7 +54,7 @@ bool startsOtherGroup(const QByteArray &line, const QByteArray &group)
     return line.contains(']') && name.toLower() != group.toLower();
 }
 
-// True for a value that is a byte array and nothing else, in which the texts do no harm.
+// True for a value that is a byte array and nothing else, in which these texts do no harm.
 bool isByteArray(const QByteArray &line)
 {
     const int equals = int(line.indexOf('='));
@@ -78,7 +78,7 @@ bool isByteArray(const QByteArray &line)
     return true;
 }
 
-// The lines of the group, or of all, that are no byte arrays.
+// The lines of the group, or of all groups, that are not byte arrays.
 QByteArray doubtfulLines(const QByteArray &file, const QByteArray &group)
 {
     QByteArray doubtful;
@@ -98,7 +98,7 @@ QByteArray doubtfulLines(const QByteArray &file, const QByteArray &group)
     return doubtful;
 }
 
-// The bytes with numeric escapes resolved and all that QSettings may pass over left out.
+// The bytes with numeric escapes resolved, without anything that QSettings may skip.
 QByteArray unescaped(const QByteArray &file)
 {
     QByteArray bytes;
@@ -116,7 +116,7 @@ QByteArray unescaped(const QByteArray &file)
         while (end < file.size() && isOneOf(file.at(end), digits)) {
             ++end;
         }
-        // In either base three digits hold the low byte.
+        // In either base three digits are enough for the low byte.
         const int from = qMax(start, end - 3);
         if (end > start) {
             bytes.append(char(file.mid(from, end - from).toUInt(nullptr, hex ? 16 : 8)));

@@ -5,11 +5,11 @@
 
 namespace vlm
 {
-// False for the content of a file that may make QSettings build whatever values it describes, which
-// it does with "@Variant(" and "@DateTime(": a few bytes can claim lists without end or of any
-// depth, and Qt trusts them. In doubt false; never for a group as QSettings itself writes it around
-// a byte array. With a group's name only that group counts, which is all that reading a value of it
-// looks at; otherwise the whole file, which writing looks at.
+// False for the content of a file that may make QSettings build whatever values it describes with
+// "@Variant(" and "@DateTime(": a few bytes can claim lists of any length or depth, and Qt believes
+// them. False in case of doubt, but never for a group as QSettings itself writes it around a byte
+// array. With a group's name only that group counts, which is all that reading one of its values
+// looks at; without one the whole file counts, which is what writing looks at.
 bool isHarmlessIni(const QByteArray &file, const QByteArray &group = QByteArray());
 } // namespace vlm
 

@@ -19,7 +19,7 @@ QString wordOf(unsigned char authType)
     return authType < kAuthTypeCount ? QEXC_TextCodec::fromSJIS(kAuthTypes[authType]) : QString();
 }
 
-// Basic for every text that is no scheme's.
+// Basic for every text that names no scheme.
 unsigned char codeOf(const QString &word)
 {
     for (unsigned char code = 0; code < kAuthTypeCount; ++code) {
@@ -47,7 +47,7 @@ void readSecret(VLMC_XMLNode *element, QByteArray *secret)
     if (!element) {
         return;
     }
-    // What Latin-1 cannot tell is no base64 either, and skipped as such.
+    // What Latin-1 cannot represent is not Base64 either, and skipped as such.
     const QByteArray bytes = QByteArray::fromBase64(element->getText().toLatin1());
     if (bytes.size() <= kMaxSecretBytes) {
         *secret = bytes;

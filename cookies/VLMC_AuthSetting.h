@@ -26,10 +26,10 @@ struct VLM_EXPORT VLMS_AuthInfo {
  * insertion and deletion assigns anew. Nothing looks for an entry by host, and nothing refuses a
  * duplicate.
  *
- * User names and passwords stand in the file as Base64, not enciphered; a file that the store
- * creates can be read by its owner alone. None of them reaches the log. Changes stay in memory
- * until saveAuthInfo. Directories end with "/": the file name is appended as it stands. Used from
- * one thread, which runs an event loop.
+ * User names and passwords are in the file in Base64, not encrypted; a file that the store creates
+ * can be read by its owner alone. None of them reaches the log. Changes stay in memory until
+ * saveAuthInfo. Directories end with "/": the file name is appended as it stands. Used from one
+ * thread, which runs an event loop.
  */
 class VLM_EXPORT VLMC_AuthSetting : public VLMC_XMLSetting
 {
@@ -49,15 +49,15 @@ public:
 
     /// The number of entries; 0 before the first load.
     int getAuthInfoCnt();
-    /// Copies an entry into out. A field that the entry lacks or holds over its limit keeps what
-    /// out has; an authType that is missing or unknown becomes 0. False, and out untouched, for a
-    /// null out and an unknown id.
+    /// Copies an entry into out. A field that the entry lacks, or has over its limit, keeps what
+    /// out has; an authType that is missing or unknown becomes 0. False, with out untouched, for a
+    /// null out and for an unknown id.
     bool getAuthInfo(int id, VLMS_AuthInfo *out);
-    /// Adds a copy of info at the front. False, and nothing added, for null and for a field over
-    /// its limit. Before the first load there is no list and nothing is kept.
+    /// Adds a copy of info at the front. False, without adding anything, for null and for a field
+    /// over its limit. Before the first load there is no list and nothing is kept.
     bool setAuthInfo(VLMS_AuthInfo *info);
-    /// Deletes the last entry within the max of the last load, also when the list is not full, then
-    /// does as setAuthInfo. The deletion stands when info is refused.
+    /// Deletes the last entry within the max of the last load, even if the list is not full, then
+    /// does what setAuthInfo does. The entry stays deleted if info is refused.
     bool updateAuthInfo(VLMS_AuthInfo *info);
     /// Adds a copy of info at the front without any check. Null is ignored.
     void addAuthInfo(VLMS_AuthInfo *info);

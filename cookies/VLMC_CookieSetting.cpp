@@ -34,7 +34,8 @@ QString secureText(const QNetworkCookie &cookie)
     return QEXC_TextCodec::fromSJIS(cookie.isSecure() ? kTrue : kFalse);
 }
 
-// Byte arrays go through constData(): whatever Qt's version, their texts end at a zero byte.
+// Byte arrays go through constData(), so that with every version of Qt their texts end at a zero
+// byte.
 VLMS_CookieInfo infoOf(const QNetworkCookie &cookie)
 {
     VLMS_CookieInfo info;
@@ -96,7 +97,7 @@ QList<VLMS_CookieInfo> VLMC_CookieSetting::getAllCookieInfo()
 }
 
 // Name and value are decoded in another way than by addCookieInfo, so a cookie with bytes outside
-// ASCII equals no entry and is replaced at every conversion. The files of the field rely on it.
+// ASCII equals no entry and is replaced at every conversion. Files in use depend on that.
 bool VLMC_CookieSetting::isMuchCookieInfo(QNetworkCookie &cookie, VLMS_CookieInfo &info)
 {
     return cookie.domain() == info.website && fromCString(cookie.name().constData()) == info.name

@@ -19,14 +19,14 @@ struct VLMS_CookieInfo {
 };
 
 /**
- * The browser's cookies, carried between the engine's "cookie.ini" and an XML file whose path the
+ * The browser's cookies, converted between the engine's "cookie.ini" and an XML file whose path the
  * caller names. The document holds one entry per cookie, the latest first, addressed by id, its
  * position. It lives in memory only while a conversion runs: each conversion loads it and leaves it
  * empty. Used from one thread, which runs an event loop.
  *
- * What a cookie loses on its way through the XML file: HttpOnly and SameSite, for which it has no
- * room, and the zone of its expiry. A date is stored as the clock time that the cookie gives it in,
- * UTC for one from a server, and is read back as a local time.
+ * In the XML file a cookie loses HttpOnly and SameSite, for which there is no element, and the time
+ * zone of its expiry. A date is stored as the clock time that the cookie gives, UTC for one from a
+ * server, and is read back as local time.
  *
  * Names and values of cookies never reach the log.
  */
@@ -38,12 +38,12 @@ public:
 
     VLMC_CookieSetting();
 
-    /// Adds an entry in front of all others, also when there is an equal one. It gets its id, and
-    /// the others theirs, with the next numbering. Without a document nothing is kept. The cookie
-    /// is only read; its name and value are taken as UTF-8, up to a zero byte.
+    /// Adds an entry in front of all others, even if there is an equal one. All get their ids with
+    /// the next numbering. Without a document nothing is kept. The cookie is only read; its name
+    /// and value are taken as UTF-8, up to a zero byte.
     void addCookieInfo(QNetworkCookie &cookie);
-    /// All entries that have an id from 0 up to their number, by id: those just added have none. Of
-    /// several entries with one id the first counts.
+    /// All entries with ids from 0 up to their number, in that order; entries just added have no id
+    /// yet. Of several entries with the same id the first counts.
     QList<VLMS_CookieInfo> getAllCookieInfo();
     /// True when domain, name, path, secure and value are the same, whatever the expiry. Name and
     /// value are taken byte by byte here, so that a cookie with bytes outside ASCII is never found
@@ -52,24 +52,24 @@ public:
     /// Deletes the entry with this id, if there is one, and renumbers the others in any case.
     void deleteCookieInfo(int si_XMLNum);
 
-    /// All cookies of the file "cookie.ini" in the directory, as far as it can be read; none when
-    /// it is missing. The directory ends with "/". A null or empty one and a max below 1 are
-    /// refused with a warning in the log; max limits nothing otherwise.
+    /// All cookies of the file "cookie.ini" in the directory, as far as it can be read; none if it
+    /// is missing. The directory ends with "/". A null or empty one and a max below 1 are refused
+    /// with a warning in the log; otherwise max limits nothing.
     QList<QNetworkCookie> loadCookieInfo(QString *dir, int max);
-    /// Replaces everything in the directory's "cookie.ini" by the cookies. A file created anew is
-    /// its owner's alone. Refuses what loadCookieInfo refuses; max limits nothing otherwise.
+    /// Replaces everything in the directory's "cookie.ini" by the cookies. A new file is readable
+    /// by its owner alone. Refuses what loadCookieInfo refuses; otherwise max limits nothing.
     void saveCookieInfo(QList<QNetworkCookie> cookies, QString *dir, int max);
     /// Brings the XML file in line with the directory's "cookie.ini". Of the file's first 20
     /// entries those that equal a cookie stay and the others go; cookies without an equal entry are
-    /// put in front, in their order. Entries from the 21st on stay as they are. A file created anew
-    /// is its owner's alone. Null arguments are refused with an error in the log.
+    /// put in front, in their order. Entries from the 21st on stay as they are. A new file is
+    /// readable by its owner alone. Null arguments are refused with an error in the log.
     void convertCookieIniToXML(char *iniDir, char *xmlPath);
     /// Replaces everything in the directory's "cookie.ini" by the first 20 entries of the XML file.
     /// Null arguments are refused with an error in the log.
     void convertCookieXMLToIni(char *xmlPath, char *iniDir);
 
 protected:
-    /// The max of the last loadCookieInfo, kept as a record only; 0 at first.
+    /// The max of the last loadCookieInfo, kept for information only; 0 at first.
     int loadMax;
 };
 

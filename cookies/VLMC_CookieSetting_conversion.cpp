@@ -42,7 +42,7 @@ bool isHarmlessFile(const QString &path, const char *group = "")
            || isHarmlessIni(file.readAll(), group);
 }
 
-// Null for a pipe or the like, where QSettings would wait for the other end.
+// Null for a pipe and the like, where QSettings would wait for the other end.
 QSettings *openIni(const QString &path)
 {
     return isFileOrFree(path) ? new QSettings(path, QSettings::IniFormat) : nullptr;
@@ -87,8 +87,8 @@ void writeIni(QSettings *settings, const QByteArray &bytes)
     settings->endGroup();
 }
 
-// Reads as far as the data go: a count that promises more, also a negative one, ends with them. The
-// stream takes memory in steps as the bytes turn up, whatever a length claims.
+// Reads as far as the data goes, whatever the count promises, even a negative one. The stream takes
+// memory in steps as the bytes come in, whatever a length claims.
 QList<QNetworkCookie> cookiesOf(const QByteArray &bytes)
 {
     QList<QNetworkCookie> cookies;
@@ -192,7 +192,7 @@ void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *
         QFile::resize(path, 0);
     }
     createForOwnerAlone(path);
-    // Their end writes the file.
+    // Their destructor writes the file.
     const QScopedPointer<QSettings> settings(openIni(path));
     writeIni(settings.data(), bytesOf(cookies));
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::saveCookieInfo] end");
@@ -220,7 +220,7 @@ void VLMC_CookieSetting::convertCookieIniToXML(char *iniDir, char *xmlPath)
     deleteAllSetting();
 }
 
-// The message names the other conversion; log readers know it so.
+// The message names the other conversion; log readers know it that way.
 void VLMC_CookieSetting::convertCookieXMLToIni(char *xmlPath, char *iniDir)
 {
     if (!xmlPath || !iniDir) {

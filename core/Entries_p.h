@@ -11,16 +11,16 @@
 class VLMC_XMLNode;
 class VLMC_XMLSetting;
 
-// What the stores do alike with their entries, the root's children that are addressed by the number
-// in their "id" attribute. Names come as ASCII byte strings. Everything goes through the store's
+// What all stores do with their entries, the root's children that are addressed by the number in
+// their "id" attribute. Names come as ASCII byte strings. Everything goes through the store's
 // virtual operations, so that an override is honoured, and nothing needs the store to have a root.
 namespace vlm
 {
 // A set of one attribute.
 QXmlStreamAttributes oneAttribute(const char *name, const QString &value);
 
-// The parent's first child of this name, or null; null for a null parent. Inline for walks, since
-// the compiler knows the length of a literal.
+// The parent's first child of this name, or null; null for a null parent. Inline for walks, where
+// the compiler then knows the length of the literal.
 inline VLMC_XMLNode *childNamed(VLMC_XMLNode *parent, const char *name)
 {
     if (!parent) {
@@ -68,15 +68,15 @@ QList<VLMC_XMLNode *> entriesById(VLMC_XMLSetting &store, int count);
 // The number of entries of this name that their ids lead to.
 int countEntries(VLMC_XMLSetting &store, const char *name);
 
-// The name of elements that stores add or look for: one string for all nodes, which is less to keep
-// and less to look at in a walk. May be called from any thread.
+// The name of elements that stores add or look for: one string for all nodes, which takes less
+// memory and less time in a walk. May be called from any thread.
 QString elementName(const char *name);
 
 // Adds an element without attributes to parent. With a null parent the node belongs to the caller.
 VLMC_XMLNode *addElement(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,
                          const QString &text, char textType, char place);
 
-// Releases a new node that found no parent because the store has no root: nobody else owns it.
+// Releases a new node that has no parent because the store has no root: nobody else owns it.
 void releaseUnattached(VLMC_XMLNode *node);
 
 // Gives every entry its position as id.

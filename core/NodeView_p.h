@@ -7,9 +7,9 @@
 
 namespace vlm
 {
-// What the library reads of a node. The node's own accessors lend out references that callers may
-// keep and change through, and a node that has lent one cannot vouch for its children's numbers any
-// more; these do not lend.
+// How the library itself reads a node. The node's own accessors lend references, which callers may
+// keep and change things through; a node that has lent one can no longer vouch for its children's
+// numbers. These functions lend nothing.
 class NodeView
 {
 public:
@@ -20,8 +20,8 @@ public:
 
     static const QString &name(const VLMC_XMLNode &node) { return node.m_name; }
 
-    // Names are ASCII, and so the same in Latin-1, which compares without a conversion. The lengths
-    // tell most names apart, and names are too short for a call of Qt's comparison.
+    // Names are ASCII and thus the same in Latin-1, which compares without a conversion. Lengths
+    // tell most names apart, and names are too short to be worth a call of Qt's comparison.
     static bool isNamed(const VLMC_XMLNode &node, QLatin1String name)
     {
         const QString &ofNode = node.m_name;
@@ -37,7 +37,7 @@ public:
         return node.m_attributes;
     }
 
-    // As the setters, but without a copy: what the node had is in the argument afterwards.
+    // Like the setters, but without a copy: afterwards the argument has what the node had.
     static void takeName(VLMC_XMLNode &node, QString &name) { node.m_name.swap(name); }
     static void takeText(VLMC_XMLNode &node, QString &text) { node.m_text.swap(text); }
     static void takeAttributes(VLMC_XMLNode &node, QXmlStreamAttributes &attributes)
@@ -52,14 +52,14 @@ public:
         return node.isNumbered(attributeName);
     }
 
-    // Leaves each of the first kMaxNumbered children with this one attribute, its position. Null
-    // children are passed over; their number is returned.
+    // Leaves each of the first kMaxNumbered children with this one attribute, its position. Skips
+    // null children and returns how many there are.
     static int numberChildren(VLMC_XMLNode &node, const QString &attributeName)
     {
         return node.numberChildren(attributeName);
     }
 
-    // For each number from 0 up to count the first child that carries it, or null: what a search
+    // For each number from 0 up to count the first child with that number, or null: what a search
     // for each would find, in one pass.
     static QList<VLMC_XMLNode *> childrenByNumber(const VLMC_XMLNode &node,
                                                   const QString &attributeName, int count)
@@ -73,8 +73,8 @@ public:
     // Takes all children out. Those that are not null belong to the caller, in document order.
     static QList<VLMC_XMLNode *> takeChildren(VLMC_XMLNode &node) { return node.takeChildren(); }
 
-    // Releases every child that is not null with deleteLater(). Null children stay; their number is
-    // returned.
+    // Releases every child that is not null with deleteLater(). Null children stay; returns how
+    // many there are.
     static int releaseChildren(VLMC_XMLNode &node) { return node.releaseChildren(); }
 };
 } // namespace vlm

@@ -19,7 +19,7 @@ const QString &idName();
 int plainNumber(const QChar *text, int size);
 
 // The number in the first attribute of this qualified name, read as by QString::toInt in base 10.
-// False when there is none or when it is no number.
+// False if there is none or it is not a number.
 bool readNumber(const QXmlStreamAttributes &attributes, const QString &attributeName, int *number);
 
 // True for a set that is no other than numberSets() has for this number under idName().

@@ -5,8 +5,8 @@
 
 namespace
 {
-// Looked up when the library is loaded and never changed; a class only because an order of
-// initialisation can be given to nothing else.
+// Looked up when the library is loaded and never changed. A class only because nothing else can be
+// given an order of initialisation.
 struct SjisCodec {
     SjisCodec() : codec(QTextCodec::codecForName("SJIS")) {}
     QTextCodec *const codec;

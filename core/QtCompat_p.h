@@ -1,7 +1,7 @@
 #ifndef CORE_QTCOMPAT_P_H
 #define CORE_QTCOMPAT_P_H
 
-// What differs between Qt 4.8, 5.15 and 6 and has no spelling common to the three.
+// What Qt 4.8, 5.15 and 6 spell in different ways, with no spelling common to all three.
 
 #include <QtCore/QString>
 

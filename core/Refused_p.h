@@ -5,8 +5,8 @@
 
 namespace vlm
 {
-// Logs the message as a warning when the condition holds, and returns the condition. Whole messages
-// only, so that a search for their text finds the call.
+// Logs the message as a warning when the condition holds, and returns the condition. Only whole
+// messages, so that a search for the text finds the call.
 bool refused(bool condition, const char *format, ...) __attribute__((format(printf, 2, 3)));
 
 inline bool isNullOrEmpty(const QString *text) { return !text || text->isEmpty(); }

@@ -18,11 +18,11 @@ public:
 
     void reserve(int nodes) { m_nodes.reserve(nodes); }
 
-    // As node's own deleteLater(), once this object's deleteLater() was called.
+    // Like node's own deleteLater(), once this object's deleteLater() has been called.
     void add(VLMC_XMLNode *node);
 
 private:
-    // A node may still be destroyed by somebody who holds on to it.
+    // Somebody who still has a node may destroy it.
     QVector<QPointer<VLMC_XMLNode>> m_nodes;
 };
 } // namespace vlm

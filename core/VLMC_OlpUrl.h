@@ -5,15 +5,14 @@
 
 class QUrl;
 
-/// Tells pages that the device itself serves from pages of the network. Reentrant.
+/// Distinguishes pages that the device itself serves from pages of the network. Reentrant.
 class VLM_EXPORT VLMC_OlpUrl
 {
 public:
     /**
-     * True when the host of url is local: it begins with "127.0.0.", is "localhost", equals
-     * firstHost (looked at only when mode is 1) or equals secondHost. Letter case never matters.
-     * The hosts are zero-terminated ASCII names that stay the caller's; null and empty ones are
-     * skipped.
+     * True if the host of url is local: it begins with "127.0.0.", is "localhost", equals firstHost
+     * (considered only if mode is 1) or equals secondHost. Case never matters. The hosts are
+     * zero-terminated ASCII names that stay the caller's; null and empty ones are skipped.
      */
     static bool IsOlpContents(const QUrl &url, char mode, char *firstHost, char *secondHost);
 };

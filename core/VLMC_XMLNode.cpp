@@ -40,8 +40,8 @@ VLMC_XMLNode::VLMC_XMLNode(VLMC_XMLNode *parent, char prepend)
     }
 }
 
-// Children are destroyed before their parents, in document order. The descendants that wait for
-// their turn stand on a list and not on the call stack, so that depth costs no stack.
+// Children are destroyed before their parents, in document order. Descendants wait for their turn
+// on a list and not on the call stack, so depth costs no stack.
 VLMC_XMLNode::~VLMC_XMLNode()
 {
     if (m_parent) {
@@ -103,7 +103,7 @@ void VLMC_XMLNode::removeXMLNode(VLMC_XMLNode *child)
         return;
     }
     if (child->m_parent && child->m_parent != this) {
-        // Stays in its parent's list without knowing it, and may come to stand there twice.
+        // It stays in its parent's list without knowing it, and may get there twice.
         child->distrustNumber();
         child->m_parent->m_childrenLent = true;
     }
@@ -169,7 +169,7 @@ bool VLMC_XMLNode::isNumbered(const QString &attributeName) const
 }
 
 // Leaves this node with the number as its only attribute. After an insertion at the front the next
-// child has it, and is to get another one anyway: exchanging them touches no reference count.
+// child has that number and will get another one anyway: swapping them touches no reference count.
 void VLMC_XMLNode::takeNumber(const QXmlStreamAttributes &number, VLMC_XMLNode *next)
 {
     if (m_attributes.constData() == number.constData()) {
@@ -283,7 +283,7 @@ QList<VLMC_XMLNode *> VLMC_XMLNode::getXMLNodeChildrenByName(QString &name)
 }
 
 // Children that are known to carry their positions need no search: the one at position id carries
-// it, and no other one can.
+// it, and no other one does.
 VLMC_XMLNode *VLMC_XMLNode::getXMLNodeChildByID(int id, QString &attributeName)
 {
     if (id >= 0 && id < qMin(int(m_children.size()), vlm::kMaxNumbered)

@@ -33,17 +33,17 @@ public:
     VLMC_XMLNode(VLMC_XMLNode *parent, char prepend);
     virtual ~VLMC_XMLNode();
 
-    /// Makes child this node's last child (prepend 0) or its first (any other value), taking it
-    /// out of the parent that it has, this node included. Null is ignored.
+    /// Makes child this node's last child (prepend 0) or its first (any other value), after taking
+    /// it out of its old parent, which may be this node. Null is ignored.
     void addXMLNode(VLMC_XMLNode *child, char &prepend);
-    /// Takes child out of this node without destroying it. Its parent is null afterwards even if
-    /// it was no child of this node. Null is ignored.
+    /// Takes child out of this node without destroying it. Its parent is null afterwards, even if
+    /// it was not a child of this node. Null is ignored.
     void removeXMLNode(VLMC_XMLNode *child);
 
-    /// The node whose child this one is, or null.
+    /// The parent, or null.
     VLMC_XMLNode *getXMLNodeParent();
-    /// The children in document order. Whoever puts nodes into the list, or takes some out, sees to
-    /// their parents.
+    /// The children in document order. Whoever adds nodes to the list, or takes some out, is
+    /// responsible for their parents.
     QList<VLMC_XMLNode *> &getXMLNodeChildren();
 
     /// The attributes, in their order.
@@ -63,16 +63,16 @@ public:
     void setTextType(char type);
     char getTextType();
 
-    /// The first child at position index or behind it that has this name, and index its position;
-    /// null, and index the number of children, when there is none. An index behind the last child
-    /// gives null and stays as it is.
+    /// The first child with this name at position index or after it; index becomes its position. If
+    /// there is none, the result is null and index becomes the number of children. An index after
+    /// the last child gives null and stays as it is.
     VLMC_XMLNode *getChildByName(QString &name, int &index);
     /// The first child with this name, or null.
     VLMC_XMLNode *getXMLNodeChildByName(QString &name);
     /// All children with this name, in document order.
     QList<VLMC_XMLNode *> getXMLNodeChildrenByName(QString &name);
     /// The first child whose attribute of this name reads as the decimal integer id, or null. A
-    /// value that is no number matches nothing, not even 0.
+    /// value that is not a number matches nothing, not even 0.
     VLMC_XMLNode *getXMLNodeChildByID(int id, QString &attributeName);
 
 private:
@@ -91,12 +91,12 @@ private:
     VLM_HIDDEN void distrustNumber();
 
     char m_textType;
-    // A caller may have kept the reference to m_attributes, or to m_children, that it once got, or
-    // has otherwise made the list hold what does not point back.
+    // A caller may still have a reference to m_attributes or m_children, or has otherwise put a
+    // node into the list that does not point back.
     bool m_attributesLent;
     bool m_childrenLent;
     // Nothing has happened to the children and their attributes since numberChildren numbered them
-    // all. Never true while a lent reference could change that unseen.
+    // all. Never true while a lent reference could change them unnoticed.
     bool m_numbered;
     VLMC_XMLNode *m_parent;
     QList<VLMC_XMLNode *> m_children;

@@ -33,8 +33,8 @@ public:
         return m_names[m_last];
     }
 
-    // The entries of a store that was saved carry their positions, as those of every other store
-    // do. Other sets only lose the room that the reader's has for many more attributes.
+    // The entries of a saved store carry their positions, the same ones in every store. Other sets
+    // only lose the spare room that the reader's set has.
     void share(QXmlStreamAttributes &attributes, int position)
     {
         if (!vlm::isNumberSet(attributes, position)) {
@@ -55,8 +55,8 @@ private:
     QVector<QXmlStreamAttributes> m_numbers;
 };
 
-// Leaves attributes empty: who keeps a hold on the reader's set makes it allocate another one for
-// the next tag.
+// Leaves attributes empty: whoever keeps the reader's set makes it allocate another one for the
+// next tag.
 VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes &attributes,
                              VLMC_XMLNode *parent, SharedParts &shared)
 {
@@ -100,7 +100,7 @@ VLMC_XMLNode *VLMC_XMLReader::read(QIODevice &device)
             break;
         }
         if (token == StartDocument) {
-            // The encoding is known at this token only.
+            // The encoding is known only from this token on.
             utf8 = vlm::isUtf8(*this);
         }
         if (token == DTD) {

@@ -22,7 +22,7 @@ void release(VLMC_XMLNode *node)
     }
 }
 
-// True for most elements of one name, which share it, without a look at its characters.
+// True for most elements of one name, which share it, without comparing characters.
 bool isOneString(const QString &left, const QString &right)
 {
     return left.constData() == right.constData() && left.size() == right.size();
@@ -38,7 +38,7 @@ VLMC_XMLSetting::~VLMC_XMLSetting()
     root = nullptr;
 }
 
-// The two messages say loadBookmark for every store; log readers know them so.
+// The two messages say loadBookmark for every store; log readers know them that way.
 void VLMC_XMLSetting::load(QString &path)
 {
     if (path.isEmpty()) {
@@ -54,7 +54,7 @@ void VLMC_XMLSetting::load(QString &path)
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::loadBookmark] end");
 }
 
-// The last message says saveBookmark for every store; log readers know it so.
+// The last message says saveBookmark for every store; log readers know it that way.
 void VLMC_XMLSetting::save(QString &path)
 {
     if (path.isEmpty()) {
@@ -117,7 +117,7 @@ void VLMC_XMLSetting::deleteAllXMLNode()
     }
 }
 
-// The messages say deleteRootChildren; log readers know them so.
+// The messages say deleteRootChildren; log readers know them that way.
 void VLMC_XMLSetting::deleteAllSetting()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::deleteRootChildren] 0x%X", addressOf(root));

@@ -16,8 +16,8 @@ class VLMC_XMLNode;
  * Nodes that leave the tree are released with deleteLater(), so the one thread that uses a store
  * has to run an event loop. Errors are logged and swallowed. QString & parameters are only read.
  *
- * The virtual operations stand in the order of their slots, and the destructor is not virtual:
- * both are part of the library's binary interface. Derived stores live until the process exits.
+ * The virtual operations are in the order of their slots, and the destructor is not virtual: both
+ * are part of the library's binary interface. Derived stores live until the process exits.
  */
 class VLM_EXPORT VLMC_XMLSetting
 {
@@ -26,7 +26,7 @@ public:
     ~VLMC_XMLSetting();
 
     /// Replaces the document by the one in the file at path; the old one is destroyed at once. A
-    /// file that is missing or cannot be read gives an empty root without name. An empty path
+    /// file that is missing or cannot be read gives an empty root without a name. An empty path
     /// changes nothing.
     virtual void load(QString &path);
     /// Writes the document to the file at path. Without a root no file is touched.
@@ -39,7 +39,7 @@ public:
     virtual void setIDforChildren(QString &attributeName);
     /// Releases the first child of the root with this number, if any. The others keep theirs.
     virtual void deleteXMLNodeByID(int id, QString &attributeName);
-    /// Releases the document and starts an empty one without name; nothing without a root.
+    /// Releases the document and starts an empty one without a name. Does nothing without a root.
     virtual void deleteAllXMLNode();
     /// Releases the root's children; the root keeps its name and attributes.
     virtual void deleteAllSetting();
@@ -49,9 +49,9 @@ public:
                                       char &textType, QXmlStreamAttributes &attributes,
                                       char prepend);
 
-    /// Releases the document, if there is one, and starts an empty one without name.
+    /// Releases the document, if there is one, and starts an empty one without a name.
     VLMC_XMLNode *createXMLRootNode();
-    /// The root, or null. It stays the store's.
+    /// The root, or null. The store owns it.
     VLMC_XMLNode *getXMLRootNode();
     /// The number of the root's children; 0 without a root.
     int getXMLNodeCnt();
@@ -60,8 +60,8 @@ public:
     /// The first child named grandchildName of the root's first child named childName, or null.
     /// Requires a root.
     VLMC_XMLNode *getGrandchildNode(QString childName, QString grandchildName);
-    /// Gives parent's first child of this name the text and text type, or, when there is none, adds
-    /// one as addXMLChild does; returns it. An update leaves attributes alone. Null for a null
+    /// Gives parent's first child of this name the text and text type, or adds one as addXMLChild
+    /// does if there is none; returns it. An update leaves attributes alone. Null for a null
     /// parent.
     VLMC_XMLNode *setElement(VLMC_XMLNode *parent, QString name, QString text,
                              QXmlStreamAttributes attributes, char textType, char prepend);

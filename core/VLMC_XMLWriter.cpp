@@ -64,7 +64,7 @@ bool writeElements(QXmlStreamWriter &writer, VLMC_XMLNode *node, const vlm::Docu
     VLMC_XMLNode *next = node;
     for (;;) {
         if (!next) {
-            // The text names the reader; log readers know it so.
+            // The text names the reader; log readers know it that way.
             VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.");
             return false;
         }

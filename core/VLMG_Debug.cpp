@@ -64,7 +64,7 @@ void VLMG_DebugPrint(unsigned long level, const char *format, ...)
         va_start(arguments, format);
         const bool written = appendToLogFile(format, arguments);
         va_end(arguments);
-        // A message that its file refuses reaches the system log neither.
+        // A message that the file refuses does not reach the system log either.
         if (!written) {
             return;
         }

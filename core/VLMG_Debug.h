@@ -10,8 +10,8 @@
  * A message goes to two sinks. The log file /ata07/Velmora/tmp/brwlog.log gets the messages that
  * ul_outputLevel admits, whole, as lines "[Velmora]<message>"; it is opened and closed for each
  * line and its folder is never created. The device's system log gets every message while
- * g_uc_SystemLogLevel is not zero, cut to 127 bytes. A message that the file should have got but
- * could not be opened for is not passed to the system log either.
+ * g_uc_SystemLogLevel is not zero, cut to 127 bytes. If the file cannot be opened for a message,
+ * the system log does not get it either.
  *
  * All functions may be called from any thread, from static initialisers that run after the
  * library's own, and during process exit. Nothing is ever reported back and nothing is thrown.

@@ -6,9 +6,9 @@
 
 namespace vlm
 {
-// More than any settings document comes to, and little enough to be held in memory. Indentation
-// lets a document grow with the square of its depth: without a bound a file of 175 KB, read and
-// saved again, takes all the memory there is.
+// More than any settings document needs, and little enough to hold in memory. Indentation makes a
+// document grow with the square of its depth: without a limit a file of 175 KB, read and saved
+// again, would take all memory.
 const qint64 kMaxDocumentBytes = qint64(256) * 1024 * 1024;
 
 // A document on its way to a file. Takes the writer's many small pieces faster than a QBuffer.

@@ -14,7 +14,7 @@ const int kMaxDeclarationBytes = 64 * 1024;
 const int kMaxRecentBytes = 256;
 const int kMaxNesting = 8;
 
-// Finds out what an entity comes to, entities in its value included.
+// Finds out how long an entity is when expanded, with the entities in its value.
 class Expansion
 {
 public:
@@ -28,7 +28,7 @@ public:
         }
     }
 
-    // In characters; what is too much or nested too deeply gives kTooMuch.
+    // In characters; kTooMuch if too long or nested too deeply.
     // NOLINTNEXTLINE(misc-no-recursion): not deeper than kMaxNesting
     int size(const QString &name, int nesting = 0)
     {
@@ -185,7 +185,7 @@ qint64 vlm::DocumentSource::upToDeclaration(char *data, qint64 size)
     return taken;
 }
 
-// Where the word that declares an entity ends, or -1. It may have begun in the bytes before.
+// Where the word that declares an entity ends, or -1. It may have begun in earlier bytes.
 qint64 vlm::DocumentSource::declarationIn(const char *data, qint64 size)
 {
     const int wordSize = int(sizeof kEntity) - 1;

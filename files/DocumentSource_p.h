@@ -9,28 +9,28 @@
 namespace vlm
 {
 // Characters in the attributes that a document declares for elements without them, all elements but
-// the root together: a reader stops past them. One declaration would otherwise fill as much memory
-// as there are elements.
+// the root together: a reader stops past them. Otherwise one declaration takes memory for every
+// element.
 const int kMaxDefaulted = 4096;
 
-// Characters that a start tag has not from itself but from a declaration.
+// Characters that a start tag has only from a declaration.
 int defaultedSize(const QXmlStreamAttributes &attributes);
 
 // The document's encoding, which is known while the reader stands at the start of the document
 // only.
 bool isUtf8(const QXmlStreamReader &reader);
 
-// What the reader gets to see of a device: no more than it holds at the start, and no more than
-// 4,096 characters out of declared entities, all their uses together. Past either bound the
-// document just ends. Qt 4.8 has no bound of its own, later versions one for each single use.
+// What the reader sees of a device: no more than it holds at the start, and no more than 4,096
+// characters from declared entities, all uses together. Past either limit the document just ends.
+// Qt 4.8 has no limit of its own, later versions one for each use.
 //
-// References are counted in the bytes on their way to the parser, since one token may already be
-// made of any number of them. A declaration is recognised in the bytes too, and from there on the
-// parser gets single bytes, so that it reports the document type before it has seen a use.
+// References are counted in the bytes on their way to the parser, since one token may contain any
+// number of them. A declaration is recognised in the bytes too; from there on the parser gets
+// single bytes, so that it reports the document type before it has seen a use.
 class DocumentSource : public QIODevice
 {
 public:
-    // Lives as long as the device, as a reader may ask it for its end any time.
+    // Lives as long as the device, because a reader may ask it for its end at any time.
     explicit DocumentSource(QIODevice *device);
 
     // The reader has met a document type.
@@ -60,7 +60,7 @@ private:
     qint64 end();
 
     QIODevice *m_device;
-    // Bytes the device may still give; below 0 is no bound.
+    // Bytes that the device may still give; negative for no limit.
     qint64 m_left;
     QByteArray m_held;
     QByteArray m_recent;

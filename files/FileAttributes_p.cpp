@@ -84,7 +84,7 @@ bool keepsAttributes(int file, int original)
 }
 } // namespace
 
-// Owner before mode: a change of owner takes bits of the mode away.
+// Owner before mode: a change of owner clears bits of the mode.
 bool vlm::keepsAllButContent(int file, int original, const struct stat &status)
 {
     return keepsOwner(file, status) && keepsAttributes(file, original)

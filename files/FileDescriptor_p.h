@@ -5,7 +5,7 @@
 
 namespace vlm
 {
-// Owns an open file of the operating system; -1 is none.
+// Owns a file descriptor; -1 for none.
 class FileDescriptor
 {
 public:

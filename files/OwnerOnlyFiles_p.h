@@ -3,11 +3,10 @@
 
 namespace vlm
 {
-// While one lives, files that this thread's saves create anew are readable and writable by their
-// owner alone, whatever the umask says; files that exist keep their mode. For stores whose save
-// goes through virtual operations, which have no room for such a wish. Heard by the saves of the
-// same image only: the library counts its own ones, and a program that links this helper too counts
-// others.
+// While one lives, new files that this thread saves are readable and writable by their owner alone,
+// whatever the umask; existing files keep their mode. For stores whose save goes through virtual
+// operations, whose signatures have no place for this. Heard by the saves of the same image only:
+// the library counts its own ones, and a program that links this helper too counts others.
 class OwnerOnlyFiles
 {
 public:

@@ -24,13 +24,13 @@ const char kTemporaryPrefix[] = ".velmora-save-";
 
 // As many as the kernel follows.
 const int kMaxLinks = 40;
-// More than other savers make between two calls. A file that is reached in another way than by its
-// name takes that many tries, and is then written in place.
+// More saves than others can make between two calls. A file that is not reached by its name uses up
+// all tries and is then written in place.
 const int kMaxReplacements = 20;
-// Names of the same number from another process space, or a cleaner that was quicker than we are.
+// For names with the same number from another process space, and for a cleaner that was quicker.
 const int kMaxNames = 1000;
 
-// A signal may break a call off before it has done anything.
+// A signal may interrupt a call before it has done anything.
 template <typename Call>
 auto retried(Call call) -> decltype(call())
 {
@@ -76,8 +76,8 @@ QByteArray linkTarget(const QByteArray &link)
     return target.startsWith('/') ? target : folderPart(link) + target;
 }
 
-// The name behind all symbolic links at the end of the path, whether or not a file has it; empty
-// when they go round in circles.
+// The name behind all symbolic links at the end of the path, whether or not such a file exists;
+// empty if they form a loop.
 QByteArray behindLinks(QByteArray name)
 {
     for (int i = 0; isLink(name); ++i) {
@@ -100,8 +100,8 @@ bool isFileAt(const QByteArray &name, const struct stat &file)
     return lstat(name.constData(), &status) == 0 && isSameFile(status, file);
 }
 
-// Errors that say that the file cannot be replaced at all. A full or failing disk is none of them:
-// there the old file has to stand.
+// Errors which mean that the file cannot be replaced at all. A full or failing disk is not among
+// them: there the old file has to stand.
 bool isRefusal(int error)
 {
     return error == EACCES || error == EPERM || error == EROFS || error == ENAMETOOLONG
@@ -130,9 +130,10 @@ QByteArray newTemporaryName(const QByteArray &folder)
            + QByteArray::number(number.fetchAndAddRelaxed(1));
 }
 
-// Whoever removes a file holds its lock, and so does its saver from creation to renaming; a saver
-// that comes second to the lock, or finds its file gone, takes another name. That the name still
-// belongs to the locked file has to be looked up: the saver may have renamed it before the lock.
+// Whoever removes a file holds its lock, and so does its saver from creation to rename. A saver
+// that comes too late for the lock, or finds its file gone, takes another name. Whether the name
+// still belongs to the locked file has to be checked: the saver may have renamed it before the
+// lock.
 void removeIfStale(const QByteArray &name)
 {
     const FileDescriptor file(openRetried(name, O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY));
@@ -179,8 +180,8 @@ bool vlm::ReplaceFile::open(const QString &path)
         if (!openStanding(name, &status)) {
             return errno == ENOENT && openNew();
         }
-        // Another saver may have replaced the file in between: what is open then is the old one,
-        // and has no name any more.
+        // Another saver may have replaced the file in between: then the open file is the old one,
+        // which no longer has a name.
         if (!S_ISREG(status.st_mode) || isFileAt(m_target, status)) {
             return openExisting(status);
         }
@@ -206,7 +207,7 @@ bool vlm::ReplaceFile::openNew()
     return createTemporary(OwnerOnlyFiles::wanted() ? 0600 : 0666);
 }
 
-// What is left without a temporary file here is written in place.
+// Without a temporary file the file is written in place.
 bool vlm::ReplaceFile::openExisting(const struct stat &target)
 {
     if (!S_ISREG(target.st_mode) || target.st_nlink != 1) {
@@ -245,7 +246,7 @@ bool vlm::ReplaceFile::createLocked(int mode)
         return false;
     }
     struct stat status = {};
-    // A file system without locks gives another error; there no cleaner gets a lock either.
+    // A file system without locks gives another error; no cleaner gets a lock there either.
     const bool taken = flock(m_temporary.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     if (taken || fstat(m_temporary.get(), &status) != 0 || !isFileAt(name, status)) {
         m_temporary.reset(-1);
@@ -280,15 +281,15 @@ bool vlm::ReplaceFile::writeTemporary(const QByteArray &content)
     return writeAll(file, content) && retried([&] { return fdatasync(file); }) == 0;
 }
 
-// Closing may report what a network file system could not write. The lock outlives it.
+// Closing may report what a network file system could not write. The lock is kept.
 bool vlm::ReplaceFile::closeTemporary()
 {
     m_lock.reset(fcntl(m_temporary.get(), F_DUPFD_CLOEXEC, 0));
     return m_lock.isOpen() && (close(m_temporary.release()) == 0 || errno == EINTR);
 }
 
-// A folder that may be written to but not read cannot be synchronised, nor can those of some file
-// systems. Both still have the new name in order, at the latest after a few seconds.
+// A folder that may be written but not read cannot be synchronised, nor can folders on some file
+// systems. The new name still gets to the disk, after a few seconds at most.
 bool vlm::ReplaceFile::syncFolder() const
 {
     const FileDescriptor folder(openRetried(folderName(m_folder), O_RDONLY | O_DIRECTORY));
@@ -298,13 +299,13 @@ bool vlm::ReplaceFile::syncFolder() const
     return retried([&] { return fsync(folder.get()); }) == 0 || errno == EINVAL;
 }
 
-// False only when there is no file to write to: what goes wrong while writing is not noticed.
+// False only if there is no file to write to: errors while writing are not noticed.
 bool vlm::ReplaceFile::writeInPlace(const QByteArray &content)
 {
     if (!m_existing.isOpen()) {
         return false;
     }
-    // Only a regular file can be emptied; for others this fails and does not matter.
+    // Only a regular file can be emptied; for others the failure does not matter.
     const bool emptied = retried([&] { return ftruncate(m_existing.get(), 0); }) == 0;
     Q_UNUSED(emptied)
     writeAll(m_existing.get(), content);

@@ -10,17 +10,17 @@ struct stat;
 
 namespace vlm
 {
-// Gives one file new content in such a way that a reader, and whoever comes after a crash or a
-// power cut, finds the old content whole or the new content whole.
+// Gives one file new content in such a way that any reader, even after a crash or a power cut,
+// finds either the old content or the new content, whole.
 //
-// The content goes into a temporary file in the same folder, reaches the disk, and takes the
-// file's name. The target of a symbolic link is what is replaced; mode, owner, group and extended
-// attributes are kept. A file for which that cannot be done is written in place, with no such
-// promise: one that is no regular file, has several names or an owner that cannot be kept, is a
-// mount point, or stands in a folder that takes no new file.
+// The content goes into a temporary file in the same folder, reaches the disk, and takes the file's
+// name. The target of a symbolic link is what is replaced; mode, owner, group and extended
+// attributes are kept. Where that is not possible, the file is written in place, without this
+// promise: where it is not a regular file, has several names or an owner that cannot be kept, is a
+// mount point, or is in a folder that takes no new files.
 //
-// The temporary file is locked while its saver lives. A save removes those it finds unlocked in
-// the folder: they are what a crash left behind.
+// The temporary file is locked while its saver lives. A save removes those that it finds unlocked
+// in the folder: a crash has left them.
 class ReplaceFile
 {
 public:
@@ -29,11 +29,11 @@ public:
     ReplaceFile(const ReplaceFile &) = delete;
     ReplaceFile &operator=(const ReplaceFile &) = delete;
 
-    // False when the file at path cannot be opened for writing, or created; nothing is changed
-    // then. The content of the file is not touched before commit() in any case.
+    // False if the file at path can be neither opened for writing nor created; then nothing is
+    // changed. In any case commit() is the first to touch the content of the file.
     bool open(const QString &path);
-    // Once, after open() gave true. False when the content did not get to the disk: the old file
-    // stands then. What goes wrong while writing in place is not noticed.
+    // To be called once, after open() returned true. False if the content did not reach the disk:
+    // the old file then stands. Errors while writing in place are not noticed.
     bool commit(const QByteArray &content);
 
 private:

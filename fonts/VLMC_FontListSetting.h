@@ -25,7 +25,7 @@ public:
     /// The name of the font at this index. Empty when there is none and when the name is longer
     /// than 256 bytes of UTF-8.
     QString getFont(int index);
-    /// Appends a font of any length, also one that is listed already. An empty name is refused with
+    /// Appends a font of any length, even one that is listed already. An empty name is refused with
     /// a warning in the log. Before the first load there is no list and nothing is kept.
     void addFont(QString name);
     /// Writes the list into the directory; before the first load no file is touched. An empty

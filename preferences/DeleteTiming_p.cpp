@@ -9,7 +9,7 @@ namespace
 {
 const char kChangeUser[] = "changeUser";
 const char kNotDelete[] = "notDelete";
-// Written by older versions, read as "changeUser" is.
+// Written by older versions, read like "changeUser".
 const char kLogout[] = "logout";
 const char kTimeout[] = "timeout";
 

@@ -3,9 +3,9 @@
 
 class VLMC_XMLSetting;
 
-// When stored cookies, credentials and cache files go: never (code 0) or at a change of the user
-// (codes 1 to 3, written alike and read as 3). No switch: the words that are read are more than
-// those that are written.
+// When stored cookies, credentials and cache files are deleted: never (code 0) or at a change of
+// the user (codes 1 to 3, written alike and read as 3). Not a switch: more words are read than are
+// written.
 namespace vlm
 {
 const char kNeverDelete = 0;

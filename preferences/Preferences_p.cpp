@@ -21,7 +21,7 @@ bool isReadable(const vlm::TextEntry &entry, const QString &text)
     return vlm::fitsUtf8(text, entry.maxUtf8Bytes);
 }
 
-// The store's operation with no attributes and the element at the end; null for a null parent.
+// The store's addXMLChild without attributes, at the end; null for a null parent.
 VLMC_XMLNode *setElementText(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const char *name,
                              const QString &text, char textType)
 {
@@ -30,7 +30,7 @@ VLMC_XMLNode *setElementText(VLMC_XMLSetting &store, VLMC_XMLNode *parent, const
 }
 } // namespace
 
-// The look-up looks at the root without testing for one.
+// The look-up requires a root.
 VLMC_XMLNode *vlm::storedElement(VLMC_XMLSetting &store, const char *group, const char *element)
 {
     if (!store.getXMLRootNode()) {

@@ -16,8 +16,8 @@ namespace vlm
 enum FlagRule { NonZeroIsOn, OnlyOneIsOn };
 
 // A switch with two words in the file and the codes 1 (on) and 0 (off). Its fallback is what a
-// missing element reads as and what loading writes for it. Of the two words only the other one is
-// looked for, so that a damaged text reads as the fallback as well.
+// missing element reads as and what loading writes for it. Only the other of the two words is
+// recognised, so a damaged text also reads as the fallback.
 struct FlagEntry {
     const char *group;
     const char *element;
@@ -30,7 +30,7 @@ struct FlagEntry {
 // What a stored empty text reads as.
 enum EmptyText { EmptyIsKept, EmptyIsFallback };
 
-// A text; a missing and an over-long one read as the fallback.
+// A text; one that is missing or too long reads as the fallback.
 struct TextEntry {
     const char *group;
     const char *element;
@@ -39,7 +39,7 @@ struct TextEntry {
     EmptyText emptyText;
 };
 
-// Bytes, in the file as base64; missing and over-long ones read as none.
+// Bytes, in the file as Base64; missing ones and those over the limit read as none.
 struct BytesEntry {
     const char *group;
     const char *element;

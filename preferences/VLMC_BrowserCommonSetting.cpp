@@ -13,7 +13,8 @@ using namespace vlm::commonPreferences;
 
 namespace
 {
-// Stamps between group and element, so that any write to the group ends its time without a stamp.
+// Stamps after the group is ensured and before the element is written, so every write leaves the
+// group stamped.
 void writeSecurityFlag(VLMC_BrowserCommonSetting &store, const FlagEntry &entry, char code)
 {
     VLMC_XMLNode *const security = ensureGroup(store, entry.group);
@@ -33,7 +34,7 @@ bool isStamped(VLMC_XMLNode *security)
     return security->isAttribute(QEXC_TextCodec::fromSJIS(kVersion));
 }
 
-// A "security" without stamp dates from when SSL 3.0 was on by default: it is switched off, once,
+// A "security" without a stamp dates from when SSL 3.0 was on by default: it is switched off once,
 // whatever was stored. A missing TLS 1.0 stays missing there.
 void completeSecurity(VLMC_BrowserCommonSetting &store)
 {

@@ -53,11 +53,11 @@ public:
     char getUseCacheInfo();
     void setUseCacheInfo(char code);
     /// When the cache is deleted: 0 never, the default, or 3 at a change of the user. The codes 1
-    /// to 3 set the latter, all others the former.
+    /// to 3 mean a change of the user, all others never.
     char getCacheDeleteTiming();
     void setCacheDeleteTiming(char code);
-    /// Which keyboard comes first: 1 the one on the screen, the default, or 0 the one at USB. Any
-    /// non-zero code sets the former.
+    /// Which keyboard has priority: 1 the one on the screen, the default, or 0 the one at USB. Any
+    /// non-zero code means the screen.
     char getSWKeyBoardTypeInfo();
     void setSWKeyBoardTypeInfo(char code);
     /// Whether scripts run; 1 by default. Any non-zero code switches them on.
@@ -90,7 +90,7 @@ public:
     char getUseProxyCertificationInfo();
     void setUseProxyCertificationInfo(char code);
     /// The account and the password at the proxy, at most 80 bytes of any kind; empty by default
-    /// and when the stored ones are longer. The file holds them as base64, not enciphered.
+    /// and when the stored ones are longer. The file has them in Base64, not encrypted.
     void getProxyAccountStr(QByteArray *account);
     int setProxyAccountStr(QByteArray account);
     void getProxyPasswordStr(QByteArray *password);

@@ -40,12 +40,12 @@ public:
     void getLastPage(QString *url);
     int setLastPage(QString url);
     /// What is shown at the start: 1 the last page, or 0 the home page, the default. Only 1 sets
-    /// the former.
+    /// the last page.
     char getStartUp();
     void setStartUp(char code);
     /// The zoom, from 1 (half the size) in steps of a tenth up to 11 (one and a half); 6, the full
-    /// size, by default and when the stored one is none of them. A code outside 1 to 11 is refused
-    /// and changes no zoom, but the group element "pageInfo" is there afterwards, its text empty.
+    /// size, by default and if the stored text is none of these. A code outside 1 to 11 is refused
+    /// and changes no zoom, but leaves a group element "pageInfo" with its text emptied.
     short getZoomInfo();
     int setZoomInfo(short zoom);
     /// The font's family, at most 256 bytes; empty by default and when the stored one is longer. A
@@ -54,29 +54,31 @@ public:
     int setFontName(QString name);
 
     /// When cookies and credentials are deleted: 0 never, or 3 at a change of the user. The codes 1
-    /// to 3 set the latter, all others the former. An entry that is missing, and any before the
-    /// first load, reads as 3 for user type 4 and as 0 otherwise.
+    /// to 3 mean a change of the user, all others never. An entry that is missing, and any before
+    /// the first load, reads as 3 for user type 4 and as 0 otherwise.
     char getCookieDeleteTiming();
     void setCookieDeleteTiming(char code);
     char getCertificationDeleteTiming();
     void setCertificationDeleteTiming(char code);
-    /// 1 when one of the two entries exists and holds another word than "changeUser", also one
-    /// that reads as 3; 0 otherwise and before the first load.
+    /// 1 if one of the two entries exists and holds a word other than "changeUser", even one that
+    /// reads as 3; 0 otherwise and before the first load.
     char IsNotChgUserDeletetiming();
     /// Rewrites "changeUser" in the two entries as the older "logout", which reads the same.
     void CnvOldtypeDeletetiming();
 
-    /// Types 1 and 3 load the administrator's delete timings as defaults, type 3 his home page and
-    /// start-up choice as well; for type 4 see getCookieDeleteTiming. 0 at first.
+    /// For types 1 and 3 the administrator's delete timings are loaded as defaults, for type 3 the
+    /// administrator's home page and start-up choice as well; for type 4 see getCookieDeleteTiming.
+    /// 0 at first.
     void setUserType(unsigned long type);
     /// 0 at first, with codes as for setCookieDeleteTiming.
     void setBrwAdminCookieDeleteTiming(char code);
     void setBrwAdminCertificateDeleteTiming(char code);
     /// 0 at first, with codes as for setStartUp.
     void setBrwAdminStartup(char code);
-    /// "about:blank" at first. One of more than 256 bytes leaves a file without home page so.
+    /// "about:blank" at first. One of more than 256 bytes is not stored: a file without a home page
+    /// stays without one.
     void setBrwAdminHomepage(QString url);
-    /// Kept for the application, true at first; nothing in the library asks for it.
+    /// Kept for the application; true at first. Nothing in the library reads it.
     void setBrwAdminSetting(bool setting);
     /// Whether missing delete timings load as "changeUser" for user types other than 1 and 3; false
     /// at first.

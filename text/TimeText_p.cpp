@@ -7,9 +7,9 @@ const char *patternOf(vlm::TimeText form)
     return form == vlm::ToMinute ? "yyyy/MM/dd hh:mm" : "yyyy/MM/dd hh:mm:ss";
 }
 
-// Qt's own parser takes a one-digit hour on one of its versions, so every place is checked here: a
-// letter of the pattern, which ASCII has behind its other characters, stands for a digit, anything
-// else for itself.
+// One version of Qt parses a one-digit hour, so every character is checked here: a letter of the
+// pattern, which in ASCII comes after its other characters, stands for a digit, anything else for
+// itself.
 bool matches(const QString &text, const char *pattern)
 {
     if (text.size() != int(qstrlen(pattern))) {
@@ -40,7 +40,7 @@ QDateTime localTime(const QDate &date, const QTime &time)
         return local;
     }
 #if QT_VERSION >= 0x050200
-    // In a gap, which only these versions refuse: the offset before the change still stands.
+    // In a gap, which only these versions refuse: the offset before the change still applies.
     const int secondsEast = QDateTime(date.addDays(-1), time).offsetFromUtc();
     return QDateTime(date, time, Qt::OffsetFromUTC, secondsEast);
 #else
@@ -99,7 +99,7 @@ QDateTime vlm::timeOfText(const QString &text, TimeText form)
     return localTime(date, time);
 }
 
-// The digits of the local time one after the other: clocks run forward, so these order as the times
+// The digits of the local time, one after the other: clocks run forward, so these sort as the times
 // do. A time in a gap counts as what the clock showed instead.
 qint64 vlm::ClockOrder::of(const QString &text)
 {

@@ -4,7 +4,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
 
-// Points in local time as the files hold them.
+// Local times as the files have them.
 namespace vlm
 {
 enum TimeText {
@@ -16,16 +16,16 @@ enum TimeText {
 QString textOfTime(const QDateTime &time, TimeText form);
 
 // The time of a text, or an invalid one for a text that does not match the form digit by digit. A
-// local time that a change to daylight saving skips is valid, keeps its text, and lies where the
-// clock before the change would have it.
+// local time that a change to daylight saving time skips is valid, keeps its text, and is read by
+// the clock before the change.
 QDateTime timeOfText(const QString &text, TimeText form);
 
-// Numbers that order as the times of such texts do, later times higher, and are equal for equal
-// times. For one sort each: it remembers the day it has looked at last.
+// Numbers that sort as the times of such texts do: later times are higher, equal times equal. One
+// object per sort: it remembers the last day that it looked at.
 class ClockOrder
 {
 public:
-    // What a text stands for that timeOfText(text, ToMinute) refuses.
+    // The number of a text that timeOfText(text, ToMinute) refuses.
     static const qint64 NoTime = -1;
 
     qint64 of(const QString &text);

@@ -4,7 +4,7 @@
 
 bool vlm::fitsUtf8(const QString &text, int maxBytes)
 {
-    // A UTF-16 unit takes three bytes of UTF-8 at most, so that most texts need no conversion.
+    // A UTF-16 unit takes at most three bytes of UTF-8, so most texts need no conversion.
     return text.size() <= maxBytes / 3 || text.toUtf8().size() <= maxBytes;
 }
 

@@ -31,7 +31,7 @@ bool isNonCharacter(uint code)
     return (code >= 0xFDD0 && code <= 0xFDEF) || (code & 0xFFFE) == 0xFFFE;
 }
 
-// True for what no rule above can touch: most texts hold nothing else.
+// True for characters that no rule above touches: most texts have no others.
 bool isPlain(ushort unit) { return unit >= 0x20 && unit < 0xD800; }
 } // namespace
 

@@ -5,8 +5,8 @@
 
 namespace vlm
 {
-// True when an XML 1.0 document in UTF-8 can carry every character of the text, on every version
-// of Qt.
+// True if every character of the text can be written to an XML 1.0 document in UTF-8, with every
+// version of Qt.
 bool isXmlText(const QString &text);
 
 // The text without what would make the document unreadable: control characters other than TAB, LF

@@ -19,7 +19,7 @@
 namespace
 {
 const int kThreads = 4;
-// A process has one first call per store only.
+// A process has only one first call per store.
 const int kProcesses = 40;
 
 template <typename Store>

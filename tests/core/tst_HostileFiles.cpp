@@ -18,7 +18,7 @@ namespace
 {
 const int kDeepLevels = 100000;
 const int kSavedLevels = 2000;
-// The bound on a document, the tree, and what the sanitizers add.
+// The limit of a document, the tree, and what the sanitizers add.
 const long kSaveKilobytes = 1024 * 1024;
 const uint kSmallStackBytes = 256 * 1024;
 

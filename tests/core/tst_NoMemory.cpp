@@ -19,11 +19,11 @@ namespace
 {
 const char kFail[] = "1 [VLMC_XMLSetting::addXMLChild] Fail\n";
 
-// Nodes that there is memory for; below 0 there is no end to it.
+// Nodes that there is memory for; negative for no limit.
 int nodesLeft = -1;
 } // namespace
 
-// Takes the place of the one that nodes are made with.
+// Replaces the operator new that nodes are made with.
 void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 {
     if (nodesLeft == 0) {
@@ -39,7 +39,7 @@ void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 
 namespace
 {
-// Makes a store's entries, and uses what there is of them afterwards.
+// Makes a store's entries, and then uses whatever was made.
 typedef void (*Operation)(const QString &directory);
 
 void useBookmarks(const QString &)
@@ -215,7 +215,7 @@ void tst_NoMemory::stores_goOnWithoutMemory_data()
     QTest::newRow("thumbnails") << Operation(packThumbnails);
 }
 
-// Memory ends at every node in turn, and once nowhere.
+// Memory ends at every node in turn, and once not at all.
 void tst_NoMemory::stores_goOnWithoutMemory()
 {
     QFETCH(Operation, operation);

@@ -45,7 +45,7 @@ void tst_VLMC_OlpUrl::isOlpContents_tellsLocalHosts_data()
     QTest::newRow("invalid") << utf8("http://[") << false;
 }
 
-// Whatever the further arguments are, as long as they name no host of these.
+// Whatever the other arguments are, as long as they name none of these hosts.
 void tst_VLMC_OlpUrl::isOlpContents_tellsLocalHosts()
 {
     QFETCH(QString, url);

@@ -228,8 +228,8 @@ void tst_VLMC_XMLReader::readDevice_takesTheEncodingFromTheDocument()
     QCOMPARE(described(root.data()), QByteArray("r0'\xe3\x81\x82'"));
 }
 
-// What references come to is counted where the encoding is not declared to be another than UTF-8;
-// a byte order mark alone is no declaration.
+// What references expand to is counted unless an encoding other than UTF-8 is declared; a byte
+// order mark alone is not a declaration.
 void tst_VLMC_XMLReader::readDevice_countsEntitiesInUtf16()
 {
     const QByteArray use = "<a>&e;</a>";

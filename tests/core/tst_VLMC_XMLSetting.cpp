@@ -238,7 +238,7 @@ void tst_VLMC_XMLSetting::load_ofAMissingFileGivesAnEmptyRoot()
     QVERIFY(!exists(path));
 }
 
-// A folder is there and cannot be opened, whoever runs the test.
+// A folder exists and cannot be opened as a file, whoever runs the test.
 void tst_VLMC_XMLSetting::load_ofAnUnreadableFileGivesAnEmptyRoot()
 {
     const TestDirectory directory;
@@ -968,7 +968,7 @@ void tst_VLMC_XMLSetting::deleteAllSetting_reportsNullEntries()
     const QByteArray line = "1 [VLMC_XMLSetting::deleteRootChildren] " + address + " Why Pass??\n";
     COMPARE_BYTES(loggedText(),
                   "3 [VLMC_XMLSetting::deleteRootChildren] " + address + "\n" + line + line);
-    // Nobody takes the null entries out.
+    // Nobody removes the null entries.
     QCOMPARE(described(root), QByteArray("r[null null]"));
     runDeferredDeletes();
     QVERIFY(!last);

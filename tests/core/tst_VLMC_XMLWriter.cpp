@@ -60,7 +60,7 @@ VLMC_XMLNode *const noNode = nullptr;
 
 const int kMaxDocumentBytes = 256 * 1024 * 1024;
 
-// Takes everything and keeps nothing.
+// Accepts everything and keeps nothing.
 class CountingDevice : public QIODevice
 {
 public:
@@ -321,7 +321,7 @@ void tst_VLMC_XMLWriter::writePath_refusesTooLargeDocument_data()
     QTest::newRow("256 MiB and a byte") << kMaxDocumentBytes + 1 << false;
 }
 
-// A device spares the disk; it is written in place, with the same bound.
+// A device spares the disk. It is written in place, with the same limit.
 void tst_VLMC_XMLWriter::writePath_refusesTooLargeDocument()
 {
     QFETCH(int, bytes);

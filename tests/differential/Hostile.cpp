@@ -153,7 +153,7 @@ void Hostile::addForeign()
     setAttributes(Child{node, element});
 }
 
-// Nothing but the adding itself tells the root of them.
+// Only adding them tells the root of them.
 void Hostile::addPrepared()
 {
     for (int i = m_random.below(4); i >= 0; --i) {

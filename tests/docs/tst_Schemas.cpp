@@ -1,5 +1,5 @@
-// The schemas of docs/schema/ take what the stores write, and refuse what they never write. They
-// are asked with xmllint here; SavedDocuments asks them wherever a test saves.
+// The schemas in docs/schema/ accept what the stores write, and refuse what they never write. Here
+// xmllint applies them; SavedDocuments does wherever a test saves.
 
 #include "bookmarks/VLMC_BookmarksSetting.h"
 #include "bookmarks/VLMC_HistorySetting.h"
@@ -31,7 +31,7 @@ const int kRefused = 3;
 
 QString full(int characters) { return QString(characters, QLatin1Char('x')); }
 
-// A full one of bytes, with characters of three bytes each.
+// A text of this many bytes, in characters of three bytes each.
 QString fullOfKana(int bytes) { return QString(bytes / 3, QChar(0x3042)); }
 
 void setEverySwitch(VLMC_BrowserCommonSetting &store, char code)
@@ -241,7 +241,7 @@ QByteArray schemaOf(const QByteArray &title)
     return QByteArray();
 }
 
-// What is wrong in every kind: the root's attributes, and what stands beside the entries.
+// What is wrong in every kind: the root's attributes, and elements beside the entries.
 void addWrongRoots()
 {
     for (const Kind &kind : kKinds) {

@@ -5,7 +5,7 @@
 #include "core/VLMC_XMLWriter.h"
 #include "tests/support/Files.h"
 
-/// What the tree of writeTree() is in a file.
+/// What writeTree() writes to a file.
 inline QByteArray document(int fill)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>" + QByteArray(fill, 'x') + "</r>\n";

@@ -1,5 +1,5 @@
-// "cookie.ini" is QSettings' to write. What its ways cost when something goes wrong, and that the
-// document from which it is made is never touched, so that nothing is lost for good.
+// QSettings writes "cookie.ini". What that costs when something goes wrong, and that the document
+// from which it is made is never touched, so that nothing is lost for good.
 
 #include "cookies/VLMC_CookieSetting.h"
 #include "tests/support/CookieIni.h"
@@ -34,7 +34,7 @@ QByteArray iniWith(char letter)
 int convertInChild(const std::function<void()> &work)
 {
     return inChild([&] {
-        // QSettings complains of the lock files that it cannot write or remove.
+        // QSettings complains about lock files that it cannot write or remove.
         silenceQt();
         alarm(kSecondsToConvert);
         work();
@@ -81,9 +81,9 @@ public:
         });
     }
 
-    // As the next start would. Locks and temporary files of the dead are out of the way: the one
-    // may hold it up for half a minute, the others take the names that it comes to, as processes of
-    // one parent draw the same random numbers.
+    // As at the next start. Locks and temporary files of dead processes are removed before: a lock
+    // may delay it for half a minute, and the temporary files have the names that it would choose,
+    // since processes of one parent draw the same random numbers.
     bool canBeRepeated()
     {
         removeLeftOver();

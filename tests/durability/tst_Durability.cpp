@@ -22,7 +22,7 @@
 
 namespace
 {
-// A process takes its time to divide under the sanitizers.
+// Forking takes a process long under the sanitizers.
 #ifdef __SANITIZE_ADDRESS__
 const int kInterleavedStep = 8;
 #else
@@ -34,7 +34,7 @@ const uid_t kOtherUser = 65534;
 // What a crash has left in the folder, so that each save has something to clean up first.
 const char kStale[] = ".velmora-save-1-0";
 
-// Calls that a signal may break off and that are then made again, or need not be.
+// Calls that a signal may interrupt and that are then repeated, or need not be.
 const QList<QByteArray> kRepeatable = QList<QByteArray>() << "open"
                                                           << "create"
                                                           << "write"
@@ -57,7 +57,7 @@ const QList<QByteArray> kSteps = QList<QByteArray>() << "create"
 enum Kind { Faults, Deaths, PowerCuts, OtherSavers, OtherProcesses, KindCount };
 const char *const kKinds[] = {"faults", "deaths", "power cuts", "other savers", "processes"};
 
-// What stands in the file's place before the save.
+// What is in the file's place before the save.
 enum Before { NoFile, OwnFile, ForeignFile, LinkedFile, AttributedFile };
 
 // Root may set the first kind anywhere, others the second one where the file system has it.
@@ -167,7 +167,7 @@ private:
         m_store.save(m_directory.path(), textOf(letter == 'o' ? kOldSize : kNewSize, letter));
         return readFile(file());
     }
-    // To the byte, and for the store that loads it.
+    // Byte for byte, and for the store that loads it.
     bool holds(const QByteArray &content, const QString &text) const
     {
         return readFile(file()) == content && m_store.load(m_directory.path()) == text
@@ -305,7 +305,7 @@ int indexOf(const QList<SystemCall> &calls, const QByteArray &name, int from = 0
     return -1;
 }
 
-// Does its work up to a watched call, and then waits to be told.
+// Works up to a watched call, and then waits for a word to go on.
 class StoppedProcess
 {
 public:
@@ -478,7 +478,7 @@ void tst_Durability::save_survivesFailingCalls()
     const int creating = indexOf(save.calls(), "create");
     const int renaming = indexOf(save.calls(), "rename");
     const int syncing = indexOf(save.calls(), "fsync");
-    // A signal at every call from some one on would be no signal.
+    // A signal at every call from one on would not be a signal.
     const struct {
         FaultPlan::Kind kind;
         int error;
@@ -503,7 +503,7 @@ void tst_Durability::save_survivesFailingCalls()
             const bool refused = loggedText().contains(" error!\n");
             ++m_counts[row][Faults];
             QVERIFY2(save.isWhole(), where.constData());
-            // Only a folder that cannot be synchronised is noticed after the renaming.
+            // Only a folder that cannot be synchronised is noticed after the rename.
             const bool renamed = fault.kind == FaultPlan::FailFromHere || k > renaming;
             QVERIFY2(!refused || renamed || save.isOld(), where.constData());
             QVERIFY2(refused || save.isNew(), where.constData());
@@ -527,7 +527,7 @@ void tst_Durability::save_survivesDeathAtEveryCall()
     QFETCH(int, before);
     Case save(kStores[row], before);
     const int calls = int(save.calls().size());
-    // Dead after a call is dead before the next one, but for the last.
+    // Death after a call is death before the next one, except after the last.
     const FaultPlan::Kind kinds[] = {FaultPlan::KillBefore, FaultPlan::KillAmid,
                                      FaultPlan::KillAfter};
     for (const FaultPlan::Kind kind : kinds) {
@@ -542,7 +542,7 @@ void tst_Durability::save_survivesDeathAtEveryCall()
             QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
             ++m_counts[row][Deaths];
             QVERIFY(save.isWhole());
-            // One from before and one of its own.
+            // One from before, and one of its own.
             QVERIFY(save.leftOver().size() <= 2);
             save.save();
             QVERIFY(save.isNew());
@@ -609,8 +609,8 @@ void tst_Durability::save_survivesAnotherSaverAtEveryCall()
     }
 }
 
-// This process saves another file of the folder, and so cleans up there, while the store's saver
-// stands still in front of a call: that one may then go on, or die there.
+// This process saves another file in the folder, and so cleans up there, while the store's saver
+// stops before a call. Then that saver goes on, or dies.
 void tst_Durability::save_survivesAnotherProcessAtEveryCall()
 {
     QFETCH(int, row);
@@ -646,8 +646,8 @@ void tst_Durability::save_survivesAnotherProcessAtEveryCall()
     }
 }
 
-// In front of each call of a save another process begins to save, stops in front of each of its own
-// calls until the first save is over, and goes on then.
+// Before each call of a save another process begins to save, stops before each call of its own
+// until the first save is over, and then goes on.
 void tst_Durability::save_survivesAnotherProcessInBetween()
 {
     Case save(kStores[0], OwnFile);
@@ -736,7 +736,7 @@ void tst_Durability::save_leavesASaverThatTookTheName()
     close(saver);
 }
 
-// A cleaner may lock the temporary file before its saver does, and remove it at any time then.
+// A cleaner may lock the temporary file before its saver does, and may then remove it at any time.
 void tst_Durability::save_leavesAFileToAQuickerCleaner()
 {
     const Case save(kStores[0], OwnFile);

@@ -1,5 +1,5 @@
-// Who may read the files in which the stores keep credentials and cookies: from the moment at which
-// each file comes into being, temporary ones too, and with an umask that takes nothing away.
+// Who may read the files in which the stores keep credentials and cookies: from the moment each
+// file is created, temporary ones too, and with a umask that takes nothing away.
 
 #include "cookies/VLMC_AuthSetting.h"
 #include "cookies/VLMC_CookieSetting.h"
@@ -223,7 +223,7 @@ void tst_FileModes::newFile_isItsOwnersAloneInANewFolder()
     QCOMPARE(modesAt(FileMode::Written), QList<int>() << 0600);
 }
 
-// A temporary file never lets in whom the file keeps out, and is the owner's alone at first.
+// A temporary file never lets in anybody whom the file keeps out, and at first only its owner.
 void tst_FileModes::existingFile_keepsItsMode()
 {
     QFETCH(int, row);
@@ -248,7 +248,7 @@ void tst_FileModes::existingFile_keepsItsMode()
     }
 }
 
-// "cookie.ini" is Qt's to write, which does not synchronise.
+// Qt writes "cookie.ini", and does not synchronise it.
 void tst_FileModes::failingSave_leavesNothing()
 {
     QFETCH(int, row);

@@ -120,8 +120,8 @@ QString withPlainLineEnds(QString text)
     return text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 
-// What XML lets through of a text: no types but two, no plain blanks, LF for every line end, and
-// of CDATA the first section, where "]]>" ends one.
+// What XML keeps of a text: only two types, no plain text of blanks alone, LF for every line end,
+// and of CDATA the first section, up to "]]>".
 QString survivingText(VLMC_XMLNode *node)
 {
     const QString text = withPlainLineEnds(vlm::xmlText(node->getText()));

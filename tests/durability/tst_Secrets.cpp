@@ -1,5 +1,5 @@
-// Every store at work, with secrets that can be told from everything else, and the log at its most
-// talkative: no line of its two sinks may hold any of them, in any form.
+// Every store at work, with secrets that cannot be mistaken for anything else and the log at its
+// most verbose: no line in either sink may hold one of them, in any form.
 
 #include "bookmarks/VLMC_BookmarksSetting.h"
 #include "bookmarks/VLMC_HistorySetting.h"
@@ -26,8 +26,8 @@
 
 namespace
 {
-// A part in ASCII, by which a secret is known even when a log cuts or decodes it wrongly, and two
-// characters outside of it, by which the ways to encode it differ.
+// A part in ASCII, which shows a secret even where a log cuts or decodes it wrongly, and two
+// characters outside ASCII, which tell encodings apart.
 const char kProxyUser[] = "QzProxyAccount\xc3\xb1\xc3\xa9";
 const char kProxyPasswd[] = "QzProxyS3cret\xc3\xb1\xc3\xa9";
 const char kUser[] = "QzHostUser\xc3\xb1\xc3\xa9";

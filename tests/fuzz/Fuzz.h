@@ -40,7 +40,7 @@ private:
 QByteArray bytesOfFile(const QString &path);
 void writeToFile(const QString &path, const QByteArray &bytes);
 
-/// Carries out what deleteLater() has put off when the input has been dealt with.
+/// Carries out deferred deletions at the end of the input.
 class DeferredDeletes
 {
 public:

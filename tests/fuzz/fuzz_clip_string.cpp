@@ -33,7 +33,7 @@ bool hasUnpairedSurrogate(const QString &text)
     return false;
 }
 
-// What a text is cut to ends at a zero character, and Qt takes a byte order mark at its start away.
+// A text that is cut ends at a zero character, and Qt removes a byte order mark from its start.
 QString cutFrom(QString text)
 {
     const int zero = int(text.indexOf(QChar(0)));

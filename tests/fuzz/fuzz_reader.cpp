@@ -43,8 +43,8 @@ QByteArray documentOf(VLMC_XMLNode *root)
 
 bool isNameStart(QChar character) { return character.isLetter() || character == QLatin1Char('_'); }
 
-// True for what is a name in any document. The reader lets others pass: zero bytes in a name, and
-// a digit behind the prefix that the tree leaves out. Names are written as they are.
+// True for names that are valid in any document. The reader lets others through: zero bytes in a
+// name, and a digit after the prefix, which the tree leaves out. Names are written as they are.
 bool isName(const QString &text)
 {
     if (text.isEmpty() || !isNameStart(text.at(0))) {

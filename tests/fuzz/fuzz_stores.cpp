@@ -1,5 +1,5 @@
-// Any bytes as the document of each store: all that can be asked is asked, limits hold, and saving
-// and loading comes to rest. An input is the store, a change to be made, and the document.
+// Any bytes as the document of each store: all getters are called, limits hold, and saving and
+// loading comes to rest. An input is the store, a change to be made, and the document.
 
 #include "bookmarks/VLMC_BookmarksSetting.h"
 #include "bookmarks/VLMC_HistorySetting.h"
@@ -20,11 +20,11 @@ namespace
 const int kMax = 20;
 const int kChanges = 10;
 
-// The ids that are asked for reach past both ends.
+// The ids reach past both ends.
 const int kFirstId = -1;
 int endOfIds(VLMC_XMLSetting &store) { return store.getXMLNodeCnt() + 2; }
 
-// What the getters of a store say, one value per line.
+// What the getters of a store return, one value per line.
 class Values
 {
 public:

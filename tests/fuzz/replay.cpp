@@ -1,4 +1,4 @@
-// Gives a target the inputs in the files and folders that are named to it.
+// Gives a target the inputs in the files and folders that it is called with.
 
 #include "tests/fuzz/Fuzz.h"
 

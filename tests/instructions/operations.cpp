@@ -133,7 +133,7 @@ int main(int argc, char **argv)
     fill(stores);
     operation->run(stores);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    // The allocator would put what was freed so far in order at the next best moment.
+    // Otherwise the allocator tidies up what was freed so far at some moment of its own.
     malloc_trim(0);
     if (!measured(operation, &stores)) {
         fprintf(stderr, "operations: %s did not do its work\n", operation->name);

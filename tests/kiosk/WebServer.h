@@ -30,7 +30,7 @@ public:
 
     /// The requests so far for pages below this path, as they came.
     QList<QByteArray> requests(const char *path) const;
-    /// From now on a proxy asks for an account.
+    /// From now on a proxy requires an account.
     void askForProxyAccount();
 
     static QString title(int number);

@@ -191,7 +191,7 @@ QStringList findingsIn(const TestDirectory &profile)
 QStringList findingsIn(const TestDirectory &) { return QStringList(); }
 #endif
 
-// What a process that was killed may leave: files that nobody reads. The next start removes them.
+// What a killed process may leave: files that nobody reads. The next start removes them.
 bool isLeftover(const QString &finding)
 {
     return finding.endsWith(utf8("a temporary file that was left behind"))
@@ -787,7 +787,7 @@ void tst_Kiosk::cookies_areRefusedAsSwitched()
     QCOMPARE(cookiesIn(profile), QStringList());
 }
 
-// More than that a conversion would not carry, and pile up.
+// A conversion takes no more than this; the rest would pile up.
 void tst_Kiosk::cookies_areHeldToTheLimit()
 {
     TestDirectory profile;
@@ -844,7 +844,7 @@ void tst_Kiosk::credentials_areKeptOnceAccepted()
     QCOMPARE(int(credentials.first().authType), authType);
     QCOMPARE(credentials.first().user, QByteArray(kUser));
     QCOMPARE(credentials.first().passwd, QByteArray(kPassword));
-    // The next time nobody is asked.
+    // Next time nobody is asked.
     QCOMPARE(kiosk.play(commands), 0);
     QCOMPARE(kiosk.state().value(utf8("title")).toString(), utf8("Inside"));
     QCOMPARE(credentialsIn(profile).size(), 1);

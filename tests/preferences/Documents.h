@@ -40,7 +40,7 @@ inline QString repeated(int count) { return QString(count, QLatin1Char('x')); }
 /// Characters of three bytes, filled up with single bytes.
 inline QString wide(int bytes) { return QString(bytes / 3, QChar(0x3042)) + repeated(bytes % 3); }
 
-/// Leaves the store without root, or counts what a store of preferences asks of its base.
+/// Leaves the store without a root, or counts what a store of preferences asks of its base.
 template <typename Store>
 class Override : public Store
 {

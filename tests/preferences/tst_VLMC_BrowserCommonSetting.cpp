@@ -713,7 +713,7 @@ void tst_VLMC_BrowserCommonSetting::bytesGetters_readStored()
     (store.*bytes.get)(&read);
     QCOMPARE(read, fits ? value : QByteArray());
 
-    // Foreign characters are passed over.
+    // Foreign characters are skipped.
     QString lenient = utf8(" Y\n3!\xe3\x81\x82V=i\tZQ");
     node->setText(lenient);
     (store.*bytes.get)(&read);

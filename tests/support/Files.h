@@ -32,10 +32,10 @@ QByteArray readFile(const QString &path);
 void writeFile(const QString &path, const QByteArray &content);
 bool exists(const QString &path);
 
-/// Carries out what deleteLater() has put off, as the event loop would.
+/// Carries out deferred deletions, as the event loop would.
 void runDeferredDeletes();
 
-/// Compares two documents whole and, when they differ, shows the first line that does.
+/// Compares two documents as a whole and, if they differ, shows the first line that does.
 bool sameBytes(const QByteArray &actual, const QByteArray &expected, const char *file, int line);
 #define COMPARE_BYTES(actual, expected)                                                            \
     do {                                                                                           \

@@ -41,7 +41,7 @@ QByteArray basicAnswer(const QByteArray &user, const QByteArray &passwd);
 /// What asks a user for an answer by the scheme "Digest".
 QByteArray digestChallenge(const QByteArray &realm);
 
-/// Whether a request answers that challenge as this user does; worked out from RFC 2617 alone.
+/// Whether a request answers that challenge as this user would, by RFC 2617 alone.
 bool hasRightDigest(const QByteArray &request, const QByteArray &realm, const QByteArray &user,
                     const QByteArray &passwd);
 

@@ -23,7 +23,7 @@ inline void addAttribute(VLMC_XMLNode *node, const char *name, const char *value
     node->getAttribute().append(QString::fromUtf8(name), QString::fromUtf8(value));
 }
 
-/// A chain of this many elements named "e", one in the other.
+/// A chain of this many nested elements named "e".
 inline VLMC_XMLNode *newChain(int levels)
 {
     VLMC_XMLNode *const root = newNode(nullptr, "e");

@@ -5,7 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Does the work in a process of its own; the status that waitpid() gives, 0 when the work returns.
+/// Does the work in a process of its own; returns the status of waitpid(), 0 if the work returns.
 template <typename Work>
 int inChild(Work work)
 {

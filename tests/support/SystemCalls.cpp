@@ -35,7 +35,7 @@ thread_local bool watching = false;
 
 void die() { kill(getpid(), SIGKILL); }
 
-// One watched call: records it, and says what is to become of it.
+// One watched call: records it, and says what is to happen to it.
 class Step
 {
 public:

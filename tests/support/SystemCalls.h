@@ -32,7 +32,7 @@ struct FaultPlan {
     int error;
 };
 
-/// While one lives, this thread's calls are counted and recorded, and meet the plan.
+/// While one lives, this thread's calls are counted and recorded, and fail by the plan.
 class WatchedCalls
 {
 public:

@@ -55,7 +55,7 @@ void tst_Utf8::clipped_atEveryLimit_data()
     QTest::newRow("4 bytes") << utf8("\xf0\x9f\x98\x80");
 }
 
-// Whole characters stay; behind them replacement characters alone, and no more than fit.
+// Whole characters stay; after them come only replacement characters, as many as fit.
 void tst_Utf8::clipped_atEveryLimit()
 {
     QFETCH(QString, character);

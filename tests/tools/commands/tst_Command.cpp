@@ -506,7 +506,7 @@ void tst_Command::usage_worksInFoldersOfAnyName()
     QCOMPARE(runTool({utf8("cookies"), utf8("to-ini"), folder}).status, 0);
 }
 
-// What it would have printed goes into no file of the profile either.
+// Nor does what it would have printed go into a file of the profile.
 void tst_Command::closedOutput_isAnError()
 {
     const TestDirectory directory;

@@ -59,7 +59,7 @@ void tst_bookmarks::bookmarks_areAddedAndRemoved()
                   "</bookmarks>\n");
 }
 
-// The store gives up paths over 256 bytes, and a folder's path would be part of them.
+// The store drops paths over 256 bytes, and a folder's path would be part of them.
 void tst_bookmarks::bookmarks_keepTheirThumbnailsInDeepFolders()
 {
     const TestDirectory directory;

@@ -421,7 +421,7 @@ void tst_exchange::exports_goIntoPipes()
     QCOMPARE(runTool(directory, (command + "%pipe").constData()).status, 0);
     struct stat status = {};
     QVERIFY(lstat(path.constData(), &status) == 0 && S_ISFIFO(status.st_mode));
-    // A page tells its minute, which may be the next one.
+    // A page says its minute, which may be the next one.
     QCOMPARE(int(pipe.read(2 * whole.size()).size()), int(whole.size()));
 }
 

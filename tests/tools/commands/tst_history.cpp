@@ -137,7 +137,7 @@ void tst_history::history_removesWhatItListsWhereClocksChange()
     }
 }
 
-// Nothing is lost, so nothing says so.
+// Nothing is lost, so there is no word of it.
 void tst_history::times_inTheGapAreKept()
 {
     const ClockChange clockChange;

@@ -41,7 +41,7 @@ bool isUtf8(const QXmlStreamReader &reader)
     return encoding.isEmpty() || encoding.compare(text("UTF-8"), Qt::CaseInsensitive) == 0;
 }
 
-// Characters that a start tag has not from itself but from a declaration.
+// Characters that a start tag has only from a declaration.
 int defaultedIn(const QXmlStreamReader &reader)
 {
     int defaulted = 0;
@@ -65,7 +65,7 @@ void readOutline(QXmlStreamReader &reader, vlm::DocumentSource &source, const Do
     while (!reader.atEnd()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
         if (token == QXmlStreamReader::StartDocument) {
-            // The encoding is known at this token only.
+            // The encoding is known only from this token on.
             utf8 = isUtf8(reader);
         } else if (token == QXmlStreamReader::DTD) {
             source.declare(reader.entityDeclarations(), utf8);
