@@ -93,6 +93,8 @@ private slots:
 
     void roundTrip_keepsServerCookies_data();
     void roundTrip_keepsServerCookies();
+    void roundTrip_leavesUnusualCookiesToQt_data();
+    void roundTrip_leavesUnusualCookiesToQt();
     void roundTrip_losesHttpOnly();
     void roundTrip_shiftsExpiryByTheZone();
     void roundTrip_countsMaxAgeFromNow();
@@ -1295,6 +1297,33 @@ void tst_VLMC_CookieSetting_conversion::roundTrip_keepsServerCookies()
 
     QCOMPARE(readIni(directory).rawForms, before.rawForms);
     QCOMPARE(load(directory), sent);
+}
+
+// What Qt 4.8 makes of them, and what later versions do.
+void tst_VLMC_CookieSetting_conversion::roundTrip_leavesUnusualCookiesToQt_data()
+{
+    QTest::addColumn<QByteArray>("rawForm");
+    QTest::addColumn<Bytes>("withQt4");
+    QTest::addColumn<Bytes>("later");
+    const QByteArray quotes("a={\"k\":1}");
+    QTest::newRow("unreadable expiry")
+        << QByteArray("a=1; expires=never") << Bytes() << (Bytes() << "a=1");
+    QTest::newRow("unreadable age")
+        << QByteArray("a=1; max-age=never") << Bytes() << (Bytes() << "a=1");
+    QTest::newRow("quotes") << quotes << (Bytes() << "a=\"{\\\"k\\\":1}\"") << (Bytes() << quotes);
+    QTest::newRow("relative path")
+        << QByteArray("a=1; path=x") << (Bytes() << "a=1; path=x") << (Bytes() << "a=1");
+}
+
+void tst_VLMC_CookieSetting_conversion::roundTrip_leavesUnusualCookiesToQt()
+{
+    QFETCH(QByteArray, rawForm);
+    QFETCH(Bytes, withQt4);
+    QFETCH(Bytes, later);
+    const TestDirectory directory;
+    writeIni(directory, Bytes() << rawForm);
+    save(load(directory), directory);
+    QCOMPARE(readIni(directory).rawForms, QT_VERSION < 0x050000 ? withQt4 : later);
 }
 
 void tst_VLMC_CookieSetting_conversion::roundTrip_losesHttpOnly()
