@@ -76,10 +76,11 @@ public:
 
     /// Saves the image as PNG under the next number: increments number, and appends the file name
     /// of that number to path, which the caller sets to the folder of the thumbnails. Both keep
-    /// their new values if saving fails. False if there is something other than a regular file at
-    /// that path.
+    /// their new values if saving fails: the file is then as it was. False also if there is
+    /// something other than a regular file at that path, such as a symbolic link.
     bool setThumbnail(QImage *image, QString *path, int &number);
-    /// Loads a PNG file; false, and the image untouched, when that fails.
+    /// Loads a PNG file; false, and the image untouched, when that fails or the file has more than
+    /// 64 Mi pixels.
     bool getThumbnail(QImage *image, QString *path);
     /// Removes a thumbnail file.
     bool deleteThumbnail(QString *path);

@@ -10,11 +10,14 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 #include "files/RegularFile_p.h"
+#include "files/ReplaceFile_p.h"
 #include "text/Utf8_p.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QFile>
 #include <QtCore/QStringBuilder>
 #include <QtGui/QImage>
+#include <QtGui/QImageReader>
 
 using namespace vlm;
 using namespace vlm::bookmarks;
@@ -29,6 +32,21 @@ const int kNumberDigits = 6;
 // Characters of a file name with that many digits; a longer name loses its first ones.
 const int kNameChars = 10;
 const int kSuffixChars = 4;
+
+// In memory a pixel takes 4 bytes as a rule. A file of some 100 KB may promise billions of them.
+const qint64 kMaxPixels = qint64(64) * 1024 * 1024;
+
+bool replacePicture(const QString &path, const QByteArray &png)
+{
+    ReplaceFile file;
+    return isFileOrFree(path) && file.open(path, ReplaceFile::RefuseLinks) && file.commit(png);
+}
+
+// Only the header has been read when this is known.
+bool isTooLarge(const QSize &size)
+{
+    return qint64(size.width()) * qint64(size.height()) > kMaxPixels;
+}
 
 QString thumbnailName(int number)
 {
@@ -109,7 +127,8 @@ bool VLMC_BookmarksSetting::setThumbnail(QImage *image, QString *path, int &numb
     // Unsigned, so that even the highest number has a successor.
     number = int(unsigned(number) + 1u);
     *path += thumbnailName(number);
-    return isFileOrFree(*path) && image->save(*path, kFormat, kDefaultQuality);
+    QBuffer png;
+    return image->save(&png, kFormat, kDefaultQuality) && replacePicture(*path, png.data());
 }
 
 // Loads into an image of its own: with some versions of Qt a failed load would destroy the
@@ -119,8 +138,12 @@ bool VLMC_BookmarksSetting::getThumbnail(QImage *image, QString *path)
     if (!image || !path || !isFileOrFree(*path)) {
         return false;
     }
-    QImage loaded;
-    if (!loaded.load(*path, kFormat)) {
+    QImageReader reader(*path, kFormat);
+    if (isTooLarge(reader.size())) {
+        return false;
+    }
+    const QImage loaded = reader.read();
+    if (loaded.isNull()) {
         return false;
     }
     *image = loaded;

@@ -6,9 +6,13 @@
 #include "core/QtCompat_p.h"
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
+#include "files/FolderNames_p.h"
 #include "files/RegularFile_p.h"
+#include "files/ReplaceFile_p.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QSet>
 
 using namespace vlm;
 
@@ -18,6 +22,10 @@ const char kRoot[] = "thumbnail";
 const char kImage[] = "image";
 const char kSource[] = "src";
 const char kPngFiles[] = "*.png";
+const char kPngSuffix[] = ".png";
+
+// A thumbnail has some ten thousand.
+const qint64 kMaxPictureBytes = qint64(16) * 1024 * 1024;
 
 // A root as a packed file has it. It belongs to the caller.
 VLMC_XMLNode *newPackedRoot(VLMC_XMLSetting &store)
@@ -44,12 +52,58 @@ QString fileOf(VLMC_XMLNode &image, const QString &directory)
     return leadsOut ? QString() : directory + name;
 }
 
-void packImages(VLMC_ThumbnailConverter &converter, QString directory, VLMC_XMLNode *root)
+QStringList without(const QStringList &names, const QStringList &others)
 {
+    QSet<QString> left;
+    for (const QString &name : names) {
+        left.insert(name);
+    }
+    for (const QString &other : others) {
+        left.remove(other);
+    }
+    return QStringList(left.values());
+}
+
+// QDir gives what it can read of a folder and does not tell that there is more. False when there
+// is: one that stands there before and after, and is not in the list.
+bool listImages(VLMC_ThumbnailConverter &converter, QString &directory, QStringList *names)
+{
+    const QString suffix = QLatin1String(kPngSuffix);
+    QStringList before;
+    if (!namesInFolder(directory, suffix, &before)) {
+        return false;
+    }
     QStringList filters(QEXC_TextCodec::fromSJIS(kPngFiles));
-    const QStringList names = converter.getFileList(
-        directory, filters, QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot,
-        QDir::Name | QDir::Reversed);
+    *names = converter.getFileList(directory, filters,
+                                   QDir::Files | QDir::NoSymLinks | QDir::NoDotAndDotDot,
+                                   QDir::Name | QDir::Reversed);
+    const QStringList missing = without(before, *names);
+    QStringList after;
+    return missing.isEmpty()
+           || (namesInFolder(directory, suffix, &after)
+               && without(missing, after).size() == missing.size());
+}
+
+// False for a picture that cannot be read to its end, and for one over the limit.
+bool readPicture(const QString &file, QByteArray *bytes)
+{
+    QFile thumbnail(file);
+    if (!thumbnail.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    *bytes = thumbnail.read(kMaxPictureBytes + 1);
+    return bytes->size() <= kMaxPictureBytes && thumbnail.error() == QFile::NoError;
+}
+
+bool holdsPicture(const QString &file)
+{
+    const QFileInfo info(file);
+    return info.isFile() && info.size() > 0;
+}
+
+void packImages(VLMC_ThumbnailConverter &converter, const QString &directory,
+                const QStringList &names, VLMC_XMLNode *root)
+{
     for (QString name : names) {
         QString file = directory + name;
         QByteArray bytes;
@@ -100,9 +154,16 @@ void VLMC_ThumbnailConverter::convertThumbnailPngToXML(char *pngDir, char *xmlFi
         root->deleteLater();
     }
     root = packed;
-    packImages(*this, fromCString(pngDir), root);
-    QString path = fromCString(xmlFile);
-    save(path);
+    QString directory = fromCString(pngDir);
+    QStringList names;
+    if (listImages(*this, directory, &names)) {
+        packImages(*this, directory, names, root);
+        QString path = fromCString(xmlFile);
+        save(path);
+    } else {
+        VLMG_DebugPrint(VLMG_LogWarning, "[VLMC_ThumbnailConverter::convertThumbnailPngToXML] "
+                                         "Couldn't read the directory.");
+    }
     deleteAllXMLNode();
 }
 
@@ -130,13 +191,13 @@ QStringList VLMC_ThumbnailConverter::getFileList(QString &dir, QStringList &name
 
 void VLMC_ThumbnailConverter::encode_base64(QString &file, QByteArray &out)
 {
-    QFile thumbnail(file);
-    if (!isFileOrFree(file) || !thumbnail.open(QIODevice::ReadOnly)) {
+    QByteArray bytes;
+    if (!isFileOrFree(file) || !readPicture(file, &bytes)) {
         VLMG_DebugPrint(VLMG_LogError,
                         "[VLMC_ThumbnailConverter] Couldn't open thumbnail for reading.");
         return;
     }
-    out = thumbnail.readAll().toBase64();
+    out = bytes.toBase64();
 }
 
 bool VLMC_ThumbnailConverter::decode_base64(QByteArray &text, QString &file)
@@ -145,13 +206,21 @@ bool VLMC_ThumbnailConverter::decode_base64(QByteArray &text, QString &file)
         VLMG_DebugPrint(VLMG_LogError, "[VLMC_ThumbnailConverter] thumbnail is empty.");
         return false;
     }
-    QFile thumbnail(file);
-    if (!isFileOrFree(file) || !thumbnail.open(QIODevice::WriteOnly)) {
+    const QByteArray bytes = QByteArray::fromBase64(text);
+    if (bytes.isEmpty() && holdsPicture(file)) {
+        VLMG_DebugPrint(VLMG_LogError, "[VLMC_ThumbnailConverter] thumbnail is empty.");
+        return false;
+    }
+    ReplaceFile thumbnail;
+    if (!isFileOrFree(file) || !thumbnail.open(file, ReplaceFile::RefuseLinks)) {
         VLMG_DebugPrint(VLMG_LogError,
                         "[VLMC_ThumbnailConverter] Couldn't open thumbnail for writing.");
         return false;
     }
-    thumbnail.write(QByteArray::fromBase64(text));
+    if (!thumbnail.commit(bytes)) {
+        VLMG_DebugPrint(VLMG_LogError, "[VLMC_ThumbnailConverter] Couldn't write thumbnail.");
+        return false;
+    }
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "files/DocumentSource_p.h"
 
+#include "files/DocumentSink_p.h"
+
 #include <cstring>
 
 namespace
@@ -92,7 +94,9 @@ bool vlm::isUtf8(const QXmlStreamReader &reader)
 vlm::DocumentSource::DocumentSource(QIODevice *device)
     : QIODevice(device),
       m_device(device),
-      m_left(device->isSequential() ? -1 : qMax(device->size() - device->pos(), qint64(0))),
+      m_left(device->isSequential()
+                 ? kMaxDocumentBytes
+                 : qBound(qint64(0), device->size() - device->pos(), kMaxDocumentBytes)),
       m_largest(0),
       m_expanded(0),
       m_declarationBytes(0),
@@ -143,17 +147,27 @@ qint64 vlm::DocumentSource::readData(char *data, qint64 size)
     if (got <= 0) {
         return end();
     }
+    const qint64 taken = accepted(data, got);
+    const qint64 within = m_tags.within(data, taken);
+    if (within < taken) {
+        end();
+    }
+    return within;
+}
+
+qint64 vlm::DocumentSource::accepted(char *data, qint64 size)
+{
     switch (m_state) {
     case Prolog:
-        return upToDeclaration(data, got);
+        return upToDeclaration(data, size);
     case Declarations:
         return declarationByte(*data);
     case Counting:
-        return upToBound(data, got);
+        return upToBound(data, size);
     case Plain:
         break;
     }
-    return got;
+    return size;
 }
 
 qint64 vlm::DocumentSource::writeData(const char *, qint64) { return -1; }
@@ -166,8 +180,8 @@ qint64 vlm::DocumentSource::fetch(char *data, qint64 size)
         m_held.remove(0, taken);
         return taken;
     }
-    const qint64 got = m_device->read(data, m_left < 0 ? size : qMin(size, m_left));
-    if (m_left > 0 && got > 0) {
+    const qint64 got = m_device->read(data, qMin(size, m_left));
+    if (got > 0) {
         m_left -= got;
     }
     return got;

@@ -29,6 +29,8 @@ const int kMaxLinks = 40;
 const int kMaxReplacements = 20;
 // For names with the same number from another process space, and for a cleaner that was quicker.
 const int kMaxNames = 1000;
+// In one save; the next one goes on. Crashes leave one each.
+const int kMaxRemoved = 1000;
 
 // A signal may interrupt a call before it has done anything.
 template <typename Call>
@@ -123,6 +125,12 @@ bool writeAll(int file, const QByteArray &content)
     return true;
 }
 
+// Some file systems have nothing that could be done, which is no failure.
+bool reachesDisk(int file)
+{
+    return retried([&] { return fdatasync(file); }) == 0 || errno == EINVAL;
+}
+
 QByteArray newTemporaryName(const QByteArray &folder)
 {
     static QAtomicInt number(0);
@@ -157,6 +165,9 @@ void removeStaleFiles(const QByteArray &folder)
         if (strncmp(entry->d_name, kTemporaryPrefix, sizeof kTemporaryPrefix - 1) == 0) {
             stale.append(folder + entry->d_name);
         }
+        if (stale.size() == kMaxRemoved) {
+            break;
+        }
     }
     closedir(entries);
     for (const QByteArray &name : static_cast<const QList<QByteArray> &>(stale)) {
@@ -169,7 +180,7 @@ vlm::ReplaceFile::ReplaceFile() {}
 
 vlm::ReplaceFile::~ReplaceFile() { removeTemporary(); }
 
-bool vlm::ReplaceFile::open(const QString &path)
+bool vlm::ReplaceFile::open(const QString &path, Links links)
 {
     const QByteArray name = nativeName(path);
     if (name.isEmpty() || name.contains('\0')) {
@@ -177,7 +188,7 @@ bool vlm::ReplaceFile::open(const QString &path)
     }
     for (int i = 0; i < kMaxReplacements; ++i) {
         struct stat status = {};
-        if (!openStanding(name, &status)) {
+        if (!openStanding(name, links, &status)) {
             return errno == ENOENT && openNew();
         }
         // Another saver may have replaced the file in between: then the open file is the old one,
@@ -189,12 +200,13 @@ bool vlm::ReplaceFile::open(const QString &path)
     return true;
 }
 
-bool vlm::ReplaceFile::openStanding(const QByteArray &name, struct stat *status)
+bool vlm::ReplaceFile::openStanding(const QByteArray &name, Links links, struct stat *status)
 {
-    m_target = behindLinks(name);
+    m_target = links == FollowLinks ? behindLinks(name) : name;
     m_folder = folderPart(m_target);
-    // Through the links, as the system follows them.
-    m_existing.reset(openRetried(name, O_WRONLY | O_NONBLOCK | O_NOCTTY));
+    // Through the links, as the system follows them, or not at all.
+    const int noLinks = links == FollowLinks ? 0 : O_NOFOLLOW;
+    m_existing.reset(openRetried(name, O_WRONLY | O_NONBLOCK | O_NOCTTY | noLinks));
     return m_existing.isOpen() && fstat(m_existing.get(), status) == 0;
 }
 
@@ -245,16 +257,41 @@ bool vlm::ReplaceFile::createLocked(int mode)
     if (!m_temporary.isOpen()) {
         return false;
     }
-    struct stat status = {};
     // A file system without locks gives another error; no cleaner gets a lock there either.
-    const bool taken = flock(m_temporary.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    if (taken || fstat(m_temporary.get(), &status) != 0 || !isFileAt(name, status)) {
+    if (flock(m_temporary.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         m_temporary.reset(-1);
         errno = EEXIST;
         return false;
     }
     m_temporaryName = name;
-    return true;
+    if (isStillThere()) {
+        return true;
+    }
+    const int error = errno;
+    if (error == EEXIST) {
+        m_temporaryName.clear();
+    }
+    removeTemporary();
+    m_temporary.reset(-1);
+    errno = error;
+    return false;
+}
+
+// False with EEXIST when a cleaner has removed the locked file, whose name may be somebody else's
+// by now; with another error when that cannot be found out.
+bool vlm::ReplaceFile::isStillThere() const
+{
+    struct stat created = {};
+    struct stat found = {};
+    if (fstat(m_temporary.get(), &created) != 0) {
+        return false;
+    }
+    const bool isFound = lstat(m_temporaryName.constData(), &found) == 0;
+    if (!isFound && errno != ENOENT) {
+        return false;
+    }
+    errno = EEXIST;
+    return isFound && isSameFile(created, found);
 }
 
 bool vlm::ReplaceFile::commit(const QByteArray &content)
@@ -278,7 +315,7 @@ bool vlm::ReplaceFile::commit(const QByteArray &content)
 bool vlm::ReplaceFile::writeTemporary(const QByteArray &content)
 {
     const int file = m_temporary.get();
-    return writeAll(file, content) && retried([&] { return fdatasync(file); }) == 0;
+    return writeAll(file, content) && reachesDisk(file);
 }
 
 // Closing may report what a network file system could not write. The lock is kept.
@@ -299,17 +336,16 @@ bool vlm::ReplaceFile::syncFolder() const
     return retried([&] { return fsync(folder.get()); }) == 0 || errno == EINVAL;
 }
 
-// False only if there is no file to write to: errors while writing are not noticed.
+// A failure leaves part of the content, or nothing.
 bool vlm::ReplaceFile::writeInPlace(const QByteArray &content)
 {
     if (!m_existing.isOpen()) {
         return false;
     }
-    // Only a regular file can be emptied; for others the failure does not matter.
-    const bool emptied = retried([&] { return ftruncate(m_existing.get(), 0); }) == 0;
-    Q_UNUSED(emptied)
-    writeAll(m_existing.get(), content);
-    return true;
+    const int file = m_existing.get();
+    // Only a regular file can be emptied; for others this says so.
+    const bool isEmptied = retried([&] { return ftruncate(file, 0); }) == 0 || errno == EINVAL;
+    return isEmptied && writeAll(file, content) && reachesDisk(file);
 }
 
 void vlm::ReplaceFile::removeTemporary()

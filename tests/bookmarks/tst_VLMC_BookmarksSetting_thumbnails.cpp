@@ -7,6 +7,8 @@
 #include <QtCore/QDir>
 #include <QtGui/QImage>
 
+#include <unistd.h>
+
 #include <climits>
 #include <sys/stat.h>
 
@@ -102,6 +104,9 @@ private slots:
     void setThumbnail_namesNumbers();
     void setThumbnail_skipsANumberWhenSavingFails();
     void setThumbnail_refusesNull();
+    void setThumbnail_followsNoLink();
+    void getThumbnail_limitsPixels_data();
+    void getThumbnail_limitsPixels();
     void getThumbnail_leavesTheImageWhenLoadingFails_data();
     void getThumbnail_leavesTheImageWhenLoadingFails();
     void thumbnails_doNotWaitForAFifo();
@@ -215,6 +220,47 @@ void tst_VLMC_BookmarksSetting_thumbnails::setThumbnail_refusesNull()
     QCOMPARE(number, 7);
     QCOMPARE(path, utf8("p"));
     QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::setThumbnail_followsNoLink()
+{
+    TestDirectory directory;
+    writeFile(directory.file("victim"), "untouched");
+    QCOMPARE(symlink("victim", directory.localFile("000001.PNG")), 0);
+    VLMC_BookmarksSetting bookmarks;
+    QImage image = painted(1);
+    QString path = directory.path();
+    int number = 0;
+    QVERIFY(!bookmarks.setThumbnail(&image, &path, number));
+    QCOMPARE(number, 1);
+    QCOMPARE(path, directory.file("000001.PNG"));
+    COMPARE_BYTES(readFile(directory.file("victim")), "untouched");
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::getThumbnail_limitsPixels_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<bool>("loaded");
+    QTest::newRow("64 million") << 8192 << true;
+    QTest::newRow("a column more") << 8193 << false;
+}
+
+// One bit each, so that what is accepted takes 8 MiB.
+void tst_VLMC_BookmarksSetting_thumbnails::getThumbnail_limitsPixels()
+{
+    QFETCH(int, width);
+    QFETCH(bool, loaded);
+    const TestDirectory directory;
+    QImage large(width, 8192, QImage::Format_Mono);
+    large.fill(0);
+    QString path = directory.file("large.PNG");
+    QVERIFY(large.save(path, "PNG"));
+    VLMC_BookmarksSetting bookmarks;
+    QImage image = painted(1);
+    const QImage before = image;
+    QCOMPARE(bookmarks.getThumbnail(&image, &path), loaded);
+    QCOMPARE(image == before, !loaded);
+    QCOMPARE(image.width(), loaded ? width : before.width());
 }
 
 void tst_VLMC_BookmarksSetting_thumbnails::getThumbnail_leavesTheImageWhenLoadingFails_data()

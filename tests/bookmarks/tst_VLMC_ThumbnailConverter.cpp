@@ -100,6 +100,10 @@ private slots:
     void convertThumbnailXMLToPng_endsWithoutRoot();
     void encode_base64_readsWholeFiles();
     void decode_base64_writesWholeFiles();
+    void decode_base64_keepsThePictureFromNoBase64();
+    void decode_base64_followsNoLink();
+    void encode_base64_limitsBytes_data();
+    void encode_base64_limitsBytes();
     void base64_doesNotWaitForAFifo();
     void setThumbnail_appendsAnImage();
     void getFileList_listsAsQDir();
@@ -384,6 +388,66 @@ void tst_VLMC_ThumbnailConverter::decode_base64_writesWholeFiles()
     QVERIFY(!converter.decode_base64(empty, file));
     COMPARE_BYTES(loggedText(), kEmptyLine);
     COMPARE_BYTES(readFile(directory.file("a")), "one");
+}
+
+void tst_VLMC_ThumbnailConverter::decode_base64_keepsThePictureFromNoBase64()
+{
+    TestDirectory directory;
+    VLMC_ThumbnailConverter converter;
+    QByteArray text = "!!!!";
+    QString file = directory.file("a.png");
+    writeFile(file, "picture");
+    QVERIFY(!converter.decode_base64(text, file));
+    COMPARE_BYTES(loggedText(), kEmptyLine);
+    COMPARE_BYTES(readFile(file), "picture");
+    writeFile(file, "");
+    QVERIFY(converter.decode_base64(text, file));
+    QString missing = directory.file("b.png");
+    QVERIFY(converter.decode_base64(text, missing));
+    COMPARE_BYTES(readFile(missing), "");
+    QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_ThumbnailConverter::decode_base64_followsNoLink()
+{
+    TestDirectory directory;
+    VLMC_ThumbnailConverter converter;
+    QByteArray text = "b25l";
+    writeFile(directory.file("victim"), "untouched");
+    QCOMPARE(symlink("victim", directory.localFile("a.png")), 0);
+    QCOMPARE(symlink("new", directory.localFile("b.png")), 0);
+    QString file = directory.file("a.png");
+    QVERIFY(!converter.decode_base64(text, file));
+    QString dangling = directory.file("b.png");
+    QVERIFY(!converter.decode_base64(text, dangling));
+    COMPARE_BYTES(loggedText(), QByteArray(kWriteLine) + kWriteLine);
+    COMPARE_BYTES(readFile(directory.file("victim")), "untouched");
+    QVERIFY(!exists(directory.file("new")));
+}
+
+void tst_VLMC_ThumbnailConverter::encode_base64_limitsBytes_data()
+{
+    QTest::addColumn<qint64>("bytes");
+    QTest::addColumn<bool>("read");
+    const qint64 limit = qint64(16) * 1024 * 1024;
+    QTest::newRow("16 MiB") << limit << true;
+    QTest::newRow("a byte more") << limit + 1 << false;
+    QTest::newRow("700 MB") << qint64(700) * 1000 * 1000 << false;
+}
+
+void tst_VLMC_ThumbnailConverter::encode_base64_limitsBytes()
+{
+    QFETCH(qint64, bytes);
+    QFETCH(bool, read);
+    TestDirectory directory;
+    VLMC_ThumbnailConverter converter;
+    QString path = directory.file("a.png");
+    writeFile(path, "");
+    QVERIFY(QFile::resize(path, bytes));
+    QByteArray out = "old";
+    converter.encode_base64(path, out);
+    COMPARE_BYTES(loggedText(), read ? "" : kReadLine);
+    QCOMPARE(int(out.size()), read ? int((bytes + 2) / 3 * 4) : 3);
 }
 
 void tst_VLMC_ThumbnailConverter::base64_doesNotWaitForAFifo()

@@ -386,6 +386,7 @@ private slots:
     void save_leavesAFileToAQuickerCleaner();
     void save_takesAFolderThatCannotBeSynchronised_data();
     void save_takesAFolderThatCannotBeSynchronised();
+    void save_takesAFileThatCannotBeSynchronised();
     void save_replacesWhereThereAreNoAttributes_data();
     void save_replacesWhereThereAreNoAttributes();
     void load_keepsItsFileFromOtherPrograms_data() { storeRows(); }
@@ -512,7 +513,8 @@ void tst_Durability::save_survivesFailingCalls()
             QVERIFY2(!harmless || !refused, where.constData());
             const bool isStep = k >= creating && k <= syncing && kSteps.contains(where);
             QVERIFY2(harmless || !isStep || refused, where.constData());
-            const bool cleansUp = isStep && k > creating && fault.kind == FaultPlan::Fail;
+            const bool cleansUp =
+                k > creating && where != "unlink" && fault.kind == FaultPlan::Fail;
             QVERIFY2(!cleansUp || save.leftOver().isEmpty(), where.constData());
             save.save();
             QVERIFY2(save.isNew(), where.constData());
@@ -785,6 +787,16 @@ void tst_Durability::save_takesAFolderThatCannotBeSynchronised()
     setFaultPlan({FaultPlan::Fail, index, error});
     save.save();
     QCOMPARE(!loggedText().contains("write error!\n"), accepted);
+    QVERIFY(save.isNew());
+}
+
+void tst_Durability::save_takesAFileThatCannotBeSynchronised()
+{
+    const Case save(kStores[0], OwnFile);
+    takeLog();
+    setFaultPlan({FaultPlan::Fail, indexOf(save.calls(), "fdatasync"), EINVAL});
+    save.save();
+    QVERIFY(!loggedText().contains(" error!\n"));
     QVERIFY(save.isNew());
 }
 

@@ -10,10 +10,12 @@
 #include <QtCore/QDir>
 #include <QtCore/QThread>
 
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
@@ -24,6 +26,7 @@ namespace
 const uid_t kUnprivileged = 65534;
 
 const char kOpenError[] = "2 VLMC_XMLWriter::write file open error!\n";
+const char kWriteError[] = "2 VLMC_XMLWriter::write file write error!\n";
 const char kWritten[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r/>\n";
 const char kStale[] = ".velmora-save-1-0";
 
@@ -132,6 +135,9 @@ private slots:
     void write_keepsFoldersDefaultAccessOut();
     void write_writesFileWithoutNameInPlace();
     void write_writesHardLinkInPlace();
+    void write_tellsOfLossInPlace();
+    void open_refusesLinks_data();
+    void open_refusesLinks();
     void write_writesForeignFileInPlace();
     void write_writesInPlaceInReadOnlyFolder();
     void write_writesMountPointInPlace();
@@ -143,6 +149,7 @@ private slots:
     void write_takesRelativePath();
     void write_takesNonAsciiPath();
     void write_removesStaleFiles();
+    void write_removesAThousandStaleFiles();
     void write_leavesLiveFiles();
     void write_leavesForeignNames();
     void write_worksFromManyThreadsAndProcesses();
@@ -433,6 +440,47 @@ void tst_ReplaceFile::write_writesHardLinkInPlace()
     QCOMPARE(int(statusOf(directory.file("one")).st_nlink), 2);
 }
 
+void tst_ReplaceFile::write_tellsOfLossInPlace()
+{
+    const TestDirectory directory;
+    const QString path = directory.file("one");
+    writeFile(path, "old");
+    QCOMPARE(link(local(path).constData(), local(directory.file("two")).constData()), 0);
+    const int status = inChild([&] {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {10, 10};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        _exit(!writeTree(path) && loggedText() == kWriteError ? 0 : 1);
+    });
+    QCOMPARE(status, 0);
+    COMPARE_BYTES(readFile(path), QByteArray(kWritten).left(10));
+}
+
+void tst_ReplaceFile::open_refusesLinks_data()
+{
+    QTest::addColumn<QByteArray>("target");
+    QTest::newRow("to a file") << QByteArray("victim");
+    QTest::newRow("to nothing") << QByteArray("missing");
+    QTest::newRow("to itself") << QByteArray("link");
+}
+
+void tst_ReplaceFile::open_refusesLinks()
+{
+    QFETCH(QByteArray, target);
+    const TestDirectory directory;
+    writeFile(directory.file("victim"), "untouched");
+    QCOMPARE(symlink(target.constData(), local(directory.file("link")).constData()), 0);
+    vlm::ReplaceFile file;
+    QVERIFY(!file.open(directory.file("link"), vlm::ReplaceFile::RefuseLinks));
+    COMPARE_BYTES(readFile(directory.file("victim")), "untouched");
+    QVERIFY(S_ISLNK(statusOf(directory.file("link")).st_mode));
+    QVERIFY(!exists(directory.file("missing")));
+    vlm::ReplaceFile other;
+    QVERIFY(other.open(directory.file("victim"), vlm::ReplaceFile::RefuseLinks));
+    QVERIFY(other.commit("new"));
+    COMPARE_BYTES(readFile(directory.file("victim")), "new");
+}
+
 void tst_ReplaceFile::write_writesForeignFileInPlace()
 {
     if (getuid() != 0) {
@@ -500,9 +548,13 @@ void tst_ReplaceFile::write_doesNotBlockOnFullFifo()
     const QByteArray name = local(directory.file("fifo"));
     QCOMPARE(mkfifo(name.constData(), 0600), 0);
     const int reader = open(name.constData(), O_RDONLY | O_NONBLOCK);
-    for (int i = 0; i < 3000; ++i) {
-        QVERIFY(writeTree(directory.file("fifo")));
+    int written = 0;
+    while (written < 3000 && writeTree(directory.file("fifo"))) {
+        ++written;
     }
+    // A pipe holds 64 KiB.
+    QVERIFY(written > 0 && written < 3000);
+    COMPARE_BYTES(loggedText(), kWriteError);
     char bytes[sizeof kWritten] = {};
     QCOMPARE(int(read(reader, bytes, sizeof bytes - 1)), int(sizeof kWritten) - 1);
     QCOMPARE(QByteArray(bytes), QByteArray(kWritten));
@@ -513,8 +565,9 @@ void tst_ReplaceFile::write_writesDeviceInPlace()
 {
     QVERIFY(writeTree(utf8("/dev/null")));
     QVERIFY(S_ISCHR(statusOf(utf8("/dev/null")).st_mode));
-    QVERIFY(writeTree(utf8("/dev/full")));
     COMPARE_BYTES(loggedText(), "");
+    QVERIFY(!writeTree(utf8("/dev/full")));
+    COMPARE_BYTES(loggedText(), kWriteError);
 }
 
 void tst_ReplaceFile::write_takesLongFileName_data()
@@ -566,6 +619,20 @@ void tst_ReplaceFile::write_removesStaleFiles()
     writeFile(directory.file(kStale), "stale");
     QVERIFY(writeTree(directory.file("new.xml")));
     QCOMPARE(filesIn(directory), QStringList() << utf8("f.xml") << utf8("new.xml"));
+}
+
+void tst_ReplaceFile::write_removesAThousandStaleFiles()
+{
+    const TestDirectory directory;
+    for (int i = 0; i < 1001; ++i) {
+        writeFile(
+            directory.file(QByteArray(".velmora-save-1-" + QByteArray::number(i)).constData()),
+            "stale");
+    }
+    QVERIFY(writeTree(directory.file("f.xml")));
+    QCOMPARE(filesIn(directory).size(), 2);
+    QVERIFY(writeTree(directory.file("f.xml")));
+    QCOMPARE(filesIn(directory), QStringList() << utf8("f.xml"));
 }
 
 void tst_ReplaceFile::write_leavesLiveFiles()
