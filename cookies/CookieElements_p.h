@@ -25,6 +25,12 @@ const int kMaxConverted = 20;
 const char kIniFileName[] = "cookie.ini";
 const char kIniGroup[] = "Cookie";
 const char kIniKey[] = "cookies";
+// Of the copy that stands beside the file while it is written.
+const char kIniCopySuffix[] = ".rollback";
+
+// Far above anything real. What is larger counts as unreadable.
+const int kMaxIniBytes = 16 * 1024 * 1024;
+const int kMaxIniCookies = 20000;
 } // namespace cookies
 } // namespace vlm
 

@@ -1,5 +1,7 @@
 #include "cookies/HarmlessIni_p.h"
 
+#include <QtCore/QString>
+
 #include <cctype>
 #include <cstring>
 
@@ -125,7 +127,100 @@ QByteArray unescaped(const QByteArray &file)
     }
     return bytes;
 }
+// Appends the character of a numeric escape and returns where it ends.
+int appendNumber(const QByteArray &text, int from, bool hex, QString *to)
+{
+    const char *const digits = hex ? "0123456789abcdefABCDEF" : "01234567";
+    uint number = 0;
+    int i = from;
+    for (; i < text.size() && isOneOf(text.at(i), digits); ++i) {
+        number = number * (hex ? 16 : 8) + QByteArray(1, text.at(i)).toUInt(nullptr, 16);
+    }
+    to->append(QChar(ushort(number)));
+    return i;
+}
+
+// Appends what stands behind a backslash and returns where it ends. What QSettings does not know,
+// such as a line's end, gives nothing.
+int appendEscaped(const QByteArray &text, int from, QString *to)
+{
+    static const char kCodes[] = "abfnrtv\"?'\\";
+    static const char kMeanings[] = "\a\b\f\n\r\t\v\"?'\\";
+    const char code = text.at(from);
+    if (isOneOf(code, kCodes)) {
+        to->append(QLatin1Char(kMeanings[strchr(kCodes, code) - kCodes]));
+        return from + 1;
+    }
+    if (code == 'x' && from + 1 < text.size()
+        && isxdigit(static_cast<unsigned char>(text.at(from + 1)))) {
+        return appendNumber(text, from + 1, true, to);
+    }
+    if (isOneOf(code, "01234567")) {
+        return appendNumber(text, from, false, to);
+    }
+    const QByteArray pair = text.mid(from, 2);
+    return from + (pair == "\r\n" || pair == "\n\r" ? 2 : 1);
+}
+
+QString decoded(const QByteArray &bytes)
+{
+#if QT_VERSION >= 0x060000
+    return QString::fromUtf8(bytes);
+#else
+    return QString::fromLatin1(bytes.constData(), bytes.size());
+#endif
+}
+
+// Of a value without the quotes around it.
+QString valueText(const QByteArray &value)
+{
+    QString text;
+    int i = 0;
+    while (i < value.size()) {
+        if (value.at(i) == '\\') {
+            i = i + 1 < value.size() ? appendEscaped(value, i + 1, &text) : i + 1;
+            continue;
+        }
+        const int end = int(value.indexOf('\\', i));
+        const int stop = end < 0 ? int(value.size()) : end;
+        text += decoded(value.mid(i, stop - i));
+        i = stop;
+    }
+    return text;
+}
+
+// Of a line that is a byte array and nothing else.
+QByteArray byteArrayOf(const QByteArray &line)
+{
+    QByteArray value = line.mid(line.indexOf('=') + 1).trimmed();
+    if (value.startsWith('"')) {
+        value = value.mid(1, value.size() - (value.endsWith('"') ? 2 : 1));
+    }
+    const QString text = valueText(value);
+    const int head = int(strlen("@ByteArray("));
+    return text.endsWith(QLatin1Char(')')) ? text.mid(head, text.size() - head - 1).toLatin1()
+                                           : QByteArray();
+}
 } // namespace
+
+QByteArray vlm::byteArrayOfIni(const QByteArray &file, const QByteArray &group,
+                               const QByteArray &key)
+{
+    QByteArray found;
+    bool counts = false;
+    int start = lineStart(file, 0);
+    while (start < file.size()) {
+        const int end = lineEnd(file, start);
+        const QByteArray line = file.mid(start, end - start);
+        if (line.startsWith('[')) {
+            counts = line.mid(1, line.indexOf(']') - 1).trimmed() == group;
+        } else if (counts && line.left(line.indexOf('=')).trimmed() == key) {
+            found = isByteArray(line) ? byteArrayOf(line) : QByteArray();
+        }
+        start = lineStart(file, end);
+    }
+    return found;
+}
 
 bool vlm::isHarmlessIni(const QByteArray &file, const QByteArray &group)
 {

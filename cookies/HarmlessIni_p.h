@@ -11,6 +11,10 @@ namespace vlm
 // array. With a group's name only that group counts, which is all that reading one of its values
 // looks at; without one the whole file counts, which is what writing looks at.
 bool isHarmlessIni(const QByteArray &file, const QByteArray &group = QByteArray());
+
+// The byte array under this key of this group, as QSettings would read it, and nothing else of the
+// file is built. Null where there is none, and where group or key are spelled with escapes.
+QByteArray byteArrayOfIni(const QByteArray &file, const QByteArray &group, const QByteArray &key);
 } // namespace vlm
 
 #endif

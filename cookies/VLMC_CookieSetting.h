@@ -26,7 +26,7 @@ struct VLMS_CookieInfo {
  *
  * In the XML file a cookie loses HttpOnly and SameSite, for which there is no element, and the time
  * zone of its expiry. A date is stored as the clock time that the cookie gives, UTC for one from a
- * server, and is read back as local time.
+ * server, and is read back as local time. A value with "]]>" comes back cut behind the "]]".
  *
  * Names and values of cookies never reach the log.
  */
@@ -52,20 +52,25 @@ public:
     /// Deletes the entry with this id, if there is one, and renumbers the others in any case.
     void deleteCookieInfo(int si_XMLNum);
 
-    /// All cookies of the file "cookie.ini" in the directory, as far as it can be read; none if it
-    /// is missing. The directory ends with "/". A null or empty one and a max below 1 are refused
-    /// with a warning in the log; otherwise max limits nothing.
+    /// All cookies of the file "cookie.ini" in the directory, as far as its data go; none if it is
+    /// missing, and none but a warning in the log if it exists and cannot be read, is larger than
+    /// 16 MiB, or gives more than 20,000 cookies. The directory ends with "/". A null or empty one
+    /// and a max below 1 are refused with a warning in the log; otherwise max limits nothing.
     QList<QNetworkCookie> loadCookieInfo(QString *dir, int max);
     /// Replaces everything in the directory's "cookie.ini" by the cookies. A new file is readable
-    /// by its owner alone. Refuses what loadCookieInfo refuses; otherwise max limits nothing.
+    /// by its owner alone. If it cannot be written, or the old one not be read, the old one stands
+    /// and the log has a warning. Refuses what loadCookieInfo refuses; otherwise max limits
+    /// nothing.
     void saveCookieInfo(QList<QNetworkCookie> cookies, QString *dir, int max);
     /// Brings the XML file in line with the directory's "cookie.ini". Of the file's first 20
     /// entries those that equal a cookie stay and the others go; cookies without an equal entry are
     /// put in front, in their order. Entries from the 21st on stay as they are. A new file is
-    /// readable by its owner alone. Null arguments are refused with an error in the log.
-    void convertCookieIniToXML(char *iniDir, char *xmlPath);
-    /// Replaces everything in the directory's "cookie.ini" by the first 20 entries of the XML file.
+    /// readable by its owner alone. A "cookie.ini" that loadCookieInfo cannot read changes nothing.
     /// Null arguments are refused with an error in the log.
+    void convertCookieIniToXML(char *iniDir, char *xmlPath);
+    /// Replaces everything in the directory's "cookie.ini" by the first 20 entries of the XML file;
+    /// by none if it is missing. One that exists, but gives not even a root, changes nothing and
+    /// leaves a warning in the log. Null arguments are refused with an error in the log.
     void convertCookieXMLToIni(char *xmlPath, char *iniDir);
 
 protected:

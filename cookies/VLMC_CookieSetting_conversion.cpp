@@ -3,26 +3,21 @@
 #include "cookies/VLMC_CookieSetting.h"
 
 #include "cookies/CookieElements_p.h"
-#include "cookies/HarmlessIni_p.h"
+#include "cookies/IniFile_p.h"
 #include "core/Entries_p.h"
 #include "core/QEXC_TextCodec.h"
 #include "core/QtCompat_p.h"
 #include "core/Refused_p.h"
 #include "core/VLMG_Debug.h"
-#include "files/FileDescriptor_p.h"
 #include "files/OwnerOnlyFiles_p.h"
-#include "files/RegularFile_p.h"
 #include "text/TimeText_p.h"
 
 #include <QtCore/QDataStream>
-#include <QtCore/QDir>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
-#include <QtCore/QScopedPointer>
-#include <QtCore/QSettings>
 #include <QtCore/QVector>
 
-#include <fcntl.h>
+#include <cerrno>
+#include <sys/stat.h>
 
 using namespace vlm;
 using namespace vlm::cookies;
@@ -34,73 +29,29 @@ QString iniPath(const QString &directory)
     return directory + QEXC_TextCodec::fromSJIS(kIniFileName);
 }
 
-// Of the group, or of the whole file.
-bool isHarmlessFile(const QString &path, const char *group = "")
-{
-    QFile file(path);
-    return !isFileOrFree(path) || !file.open(QIODevice::ReadOnly)
-           || isHarmlessIni(file.readAll(), group);
-}
-
-// Null for a pipe and the like, where QSettings would wait for the other end.
-QSettings *openIni(const QString &path)
-{
-    return isFileOrFree(path) ? new QSettings(path, QSettings::IniFormat) : nullptr;
-}
-
-QByteArray readIni(const QString &path)
-{
-    const QScopedPointer<QSettings> settings(isHarmlessFile(path, kIniGroup) ? openIni(path)
-                                                                             : nullptr);
-    if (!settings) {
-        return QByteArray();
-    }
-    settings->beginGroup(QEXC_TextCodec::fromSJIS(kIniGroup));
-    const QByteArray bytes = settings->value(QEXC_TextCodec::fromSJIS(kIniKey)).toByteArray();
-    settings->endGroup();
-    return bytes;
-}
-
-// QSettings creates its files with the mode that the umask leaves, but gives those that replace an
-// existing one the mode of that. So an empty file comes first, which holds no cookies either; and
-// its folder, which QSettings would create as well.
-void createForOwnerAlone(const QString &path)
-{
-    const QFileInfo file(path);
-    if (file.exists()) {
-        return;
-    }
-    QDir().mkpath(file.absolutePath());
-    const FileDescriptor created(open(QFile::encodeName(path).constData(),
-                                      O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
-                                      0600));
-}
-
-void writeIni(QSettings *settings, const QByteArray &bytes)
-{
-    if (!settings) {
-        return;
-    }
-    settings->clear();
-    settings->beginGroup(QEXC_TextCodec::fromSJIS(kIniGroup));
-    settings->setValue(QEXC_TextCodec::fromSJIS(kIniKey), bytes);
-    settings->endGroup();
-}
+// Whether this thread's last loadCookieInfo could read its file: its result has no place for that.
+thread_local bool iniWasRead = true;
 
 // Reads as far as the data goes, whatever the count promises, even a negative one. The stream takes
-// memory in steps as the bytes come in, whatever a length claims.
-QList<QNetworkCookie> cookiesOf(const QByteArray &bytes)
+// memory in steps as the bytes come in, whatever a length claims. False if there are too many.
+bool readCookies(const QByteArray &bytes, QList<QNetworkCookie> *cookies)
 {
-    QList<QNetworkCookie> cookies;
     QDataStream stream(bytes);
     quint32 count = 0;
     stream >> count;
     for (quint32 i = 0; i < count && !stream.atEnd(); ++i) {
         QByteArray rawForm;
         stream >> rawForm;
-        cookies += QNetworkCookie::parseCookies(rawForm);
+        // One raw form may give a cookie for each of its lines.
+        if (rawForm.count('\n') > kMaxIniCookies) {
+            return false;
+        }
+        *cookies += QNetworkCookie::parseCookies(rawForm);
+        if (cookies->size() > kMaxIniCookies) {
+            return false;
+        }
     }
-    return cookies;
+    return true;
 }
 
 QByteArray bytesOf(const QList<QNetworkCookie> &cookies)
@@ -124,6 +75,18 @@ QNetworkCookie cookieOf(const VLMS_CookieInfo &info)
     cookie.setExpirationDate(timeOfText(info.expires, ToSecond));
     cookie.setValue(info.contents.toUtf8());
     return cookie;
+}
+
+// A missing or empty file is a document without cookies; one that gives not even a root is none.
+bool isUnreadable(VLMC_XMLNode *root, const QString &path)
+{
+    struct stat status = {};
+    const QByteArray name = QFile::encodeName(QFile(path).fileName());
+    if (path.isEmpty() || (root && !root->getName().isEmpty())) {
+        return false;
+    }
+    return stat(name.constData(), &status) == 0 ? status.st_size > 0 || !S_ISREG(status.st_mode)
+                                                : errno != ENOENT && errno != ENOTDIR;
 }
 
 int consideredOf(const QList<VLMS_CookieInfo> &stored)
@@ -175,7 +138,12 @@ QList<QNetworkCookie> VLMC_CookieSetting::loadCookieInfo(QString *dir, int max)
         return QList<QNetworkCookie>();
     }
     loadMax = max;
-    const QList<QNetworkCookie> cookies = cookiesOf(readIni(iniPath(*dir)));
+    QByteArray bytes;
+    QList<QNetworkCookie> cookies;
+    iniWasRead = IniFile(iniPath(*dir)).read(&bytes) && readCookies(bytes, &cookies);
+    if (refused(!iniWasRead, "[VLMC_CookieSetting::loadCookieInfo] File cannot be read.")) {
+        return QList<QNetworkCookie>();
+    }
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::loadCookieInfo] end");
     return cookies;
 }
@@ -187,14 +155,10 @@ void VLMC_CookieSetting::saveCookieInfo(QList<QNetworkCookie> cookies, QString *
         || refused(max < 1, "[VLMC_CookieSetting::saveCookieInfo] Error save_max:%d", max)) {
         return;
     }
-    const QString path = iniPath(*dir);
-    if (!isHarmlessFile(path)) {
-        QFile::resize(path, 0);
+    if (refused(!IniFile(iniPath(*dir)).write(bytesOf(cookies)),
+                "[VLMC_CookieSetting::saveCookieInfo] File cannot be written.")) {
+        return;
     }
-    createForOwnerAlone(path);
-    // Their destructor writes the file.
-    const QScopedPointer<QSettings> settings(openIni(path));
-    writeIni(settings.data(), bytesOf(cookies));
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_CookieSetting::saveCookieInfo] end");
 }
 
@@ -208,7 +172,12 @@ void VLMC_CookieSetting::convertCookieIniToXML(char *iniDir, char *xmlPath)
     }
     QString directory = fromCString(iniDir);
     QString path = fromCString(xmlPath);
+    iniWasRead = true;
     QList<QNetworkCookie> cookies = getInstance()->loadCookieInfo(&directory, kMaxConverted);
+    if (!iniWasRead) {
+        deleteAllSetting();
+        return;
+    }
     load(path);
     merge(*this, cookies);
     nameRoot(*this, kRoot);
@@ -231,6 +200,11 @@ void VLMC_CookieSetting::convertCookieXMLToIni(char *xmlPath, char *iniDir)
     QString path = fromCString(xmlPath);
     QString directory = fromCString(iniDir);
     load(path);
+    if (refused(isUnreadable(getXMLRootNode(), path),
+                "[VLMC_CookieSetting::convertCookieXMLToIni] File cannot be read.")) {
+        deleteAllSetting();
+        return;
+    }
     const QList<VLMS_CookieInfo> stored = getAllCookieInfo();
     QList<QNetworkCookie> cookies;
     for (int i = 0; i < consideredOf(stored); ++i) {

@@ -94,6 +94,24 @@ private:
     uint m_state;
 };
 
+const char *const kPieces[] = {
+    "a",    "4",      "%41",      " ",      "\t",           ";",      ",",         "=",
+    ")",    "(",      "\xc3\xa9", "\x80",   "\\a",          "\\b",    "\\f",       "\\n",
+    "\\r",  "\\t",    "\\v",      "\\?",    "\\'",          "\\\\",   "\\\"",      "\\q",
+    "\\\n", "\\\r\n", "\\0",      "\\8",    "\\12",         "\\377x", "\\1234567", "\\x",
+    "\\xg", "\\x4",   "\\x1F",    "\\xfff", "\\x123456789", "@",      "'",         "[",
+    "]",    "#",
+};
+
+QByteArray pieces(Noise &noise)
+{
+    QByteArray text;
+    for (int i = noise.below(12); i > 0; --i) {
+        text += kPieces[noise.below(int(sizeof kPieces / sizeof *kPieces))];
+    }
+    return text;
+}
+
 bool isBuilt(const QVariant &value)
 {
     if (value.userType() == QMetaType::QVariantList) {
@@ -145,6 +163,7 @@ private slots:
     void isHarmless_data();
     void isHarmless();
     void isHarmless_letsNothingBeBuilt();
+    void byteArray_isWhatQSettingsReads();
 };
 
 void tst_HarmlessIni::isHarmless_data()
@@ -236,6 +255,36 @@ void tst_HarmlessIni::isHarmless_letsNothingBeBuilt()
         QVERIFY(QFile::remove(path));
     }
     QVERIFY2(harmless > rounds / 10, QByteArray::number(harmless).constData());
+}
+
+void tst_HarmlessIni::byteArray_isWhatQSettingsReads()
+{
+    const int rounds = 30000;
+    const char *const forms[] = {"@ByteArray(%)", "\"@ByteArray(%)\"", " \"@ByteArray(%)\" ",
+                                 "@ByteArray(%) \t"};
+    const TestDirectory directory;
+    Noise noise(2);
+    int found = 0;
+    for (int round = 0; round < rounds; ++round) {
+        QByteArray value(forms[noise.below(4)]);
+        value.replace('%', pieces(noise));
+        const QByteArray content = (noise.below(2) ? "[Use]\nx=1\n[Cookie]\n" : "[Cookie]\nx=1\n")
+                                   + QByteArray("cookies=") + value
+                                   + (noise.below(2) ? "\ny=2\n" : "");
+        const QByteArray read = byteArrayOfIni(content, kGroup, "cookies");
+        if (read.isNull()) {
+            continue;
+        }
+        ++found;
+        const QString path = directory.file((QByteArray::number(round) + ".ini").constData());
+        writeFile(path, content);
+        const QByteArray expected =
+            QSettings(path, QSettings::IniFormat).value(utf8("Cookie/cookies")).toByteArray();
+        QVERIFY2(read == expected,
+                 (content + "\n" + read.toHex() + "\n" + expected.toHex()).constData());
+        QVERIFY(QFile::remove(path));
+    }
+    QVERIFY2(found > rounds / 3, QByteArray::number(found).constData());
 }
 
 QTEST_GUILESS_MAIN(tst_HarmlessIni)

@@ -8,6 +8,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QRectF>
 
 #include <ctime>
 #include <sys/stat.h>
@@ -39,6 +40,11 @@ private slots:
     void loadCookieInfo_readsBesideOtherValues_data();
     void loadCookieInfo_readsBesideOtherValues();
     void loadCookieInfo_doesNotWaitAtAPipe();
+    void loadCookieInfo_boundsTheFile();
+    void loadCookieInfo_boundsTheCookies_data();
+    void loadCookieInfo_boundsTheCookies();
+    void loadCookieInfo_putsTheCopyBack_data();
+    void loadCookieInfo_putsTheCopyBack();
     void saveCookieInfo_writesTheFile();
     void saveCookieInfo_writesExactBytes();
     void saveCookieInfo_logsStartAndEnd();
@@ -48,6 +54,7 @@ private slots:
     void saveCookieInfo_keepsArbitraryBytes();
     void saveCookieInfo_doesNotWaitAtAPipe();
     void saveCookieInfo_writesNothingInPlaceOfAFolder();
+    void saveCookieInfo_keepsTheFileWithoutACopy();
 
     void convertIniToXml_refusesNull_data();
     void convertIniToXml_refusesNull();
@@ -68,6 +75,7 @@ private slots:
     void convertIniToXml_goesByLoadedIds();
     void convertIniToXml_renamesForeignRoot();
     void convertIniToXml_readsUnreadableFileAsEmpty();
+    void convertIniToXml_keepsDocumentForUnreadableCookies();
     void convertIniToXml_keepsDocumentForEmptyPath();
     void convertIniToXml_writesNothingWithoutDocument();
     void convertIniToXml_numbers999();
@@ -80,6 +88,8 @@ private slots:
     void convertXmlToIni_logsEachStep();
     void convertXmlToIni_callsVirtualOperationsInOrder();
     void convertXmlToIni_writesNoneForMissingFile();
+    void convertXmlToIni_keepsCookiesForUnreadableDocument_data();
+    void convertXmlToIni_keepsCookiesForUnreadableDocument();
     void convertXmlToIni_writesFirstTwenty_data();
     void convertXmlToIni_writesFirstTwenty();
     void convertXmlToIni_readsSecure_data();
@@ -514,6 +524,12 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_readsBesideOtherValues_da
     QTest::newRow("time in none") << utf8("lastUse") << time;
     QTest::newRow("time in a group before") << utf8("Access/lastUse") << time;
     QTest::newRow("time in a group behind") << utf8("Use/last") << time;
+    QTest::newRow("time in the group") << utf8("Cookie/lastUse") << time;
+    QTest::newRow("rectangle in the group")
+        << utf8("Cookie/window") << QVariant(QRectF(1, 2, 3, 4));
+    QTest::newRow("described in a text")
+        << utf8("Cookie/note") << QVariant(utf8("no @Variant( here"));
+    QTest::newRow("time in a group of two words") << utf8("My Group/lastUse") << time;
     QTest::newRow("list in a group behind")
         << utf8("Use/all") << QVariant(QVariantList() << 1 << time << utf8("a,\"b"));
 }
@@ -543,7 +559,84 @@ void tst_VLMC_CookieSetting_conversion::loadCookieInfo_doesNotWaitAtAPipe()
     QCOMPARE(mkfifo(directory.localFile(kIni), 0600), 0);
     QVERIFY(load(directory).isEmpty());
     COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::loadCookieInfo] start\n"
-                                "3 [VLMC_CookieSetting::loadCookieInfo] end\n");
+                                "2 [VLMC_CookieSetting::loadCookieInfo] File cannot be read.\n");
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_boundsTheFile()
+{
+    const int mebibytes16 = 16 * 1024 * 1024;
+    const TestDirectory directory;
+    QByteArray file = cookieIniOf(rawRange(1, 1));
+    file += ';' + QByteArray(mebibytes16 - int(file.size()) - 1, 'x');
+    writeFile(directory.file(kIni), file);
+    QCOMPARE(loadedPairs(directory), Bytes() << "c01=v");
+    takeLog();
+    writeFile(directory.file(kIni), file + 'x');
+    QVERIFY(load(directory).isEmpty());
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::loadCookieInfo] start\n"
+                                "2 [VLMC_CookieSetting::loadCookieInfo] File cannot be read.\n");
+    save(QList<QNetworkCookie>(), directory);
+    COMPARE_BYTES(readFile(directory.file(kIni)), file + 'x');
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_boundsTheCookies_data()
+{
+    QTest::addColumn<bool>("inOneForm");
+    QTest::newRow("many raw forms") << false;
+    QTest::newRow("one raw form of many lines") << true;
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_boundsTheCookies()
+{
+    QFETCH(bool, inOneForm);
+    const TestDirectory directory;
+    Bytes rawForms;
+    for (int i = 0; i < 20000; ++i) {
+        rawForms.append("a=1");
+    }
+    const QByteArray lines = QByteArray("a=1\n").repeated(19999) + "a=1";
+    writeIni(directory, inOneForm ? Bytes() << lines : rawForms);
+    QCOMPARE(int(load(directory).size()), 20000);
+    takeLog();
+    writeIni(directory, inOneForm ? Bytes() << lines + "\na=1" : rawForms << "a=1");
+    QVERIFY(load(directory).isEmpty());
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::loadCookieInfo] start\n"
+                                "2 [VLMC_CookieSetting::loadCookieInfo] File cannot be read.\n");
+}
+
+// What a save that died has left.
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_putsTheCopyBack_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("isPutBack");
+    const QByteArray whole = cookieIniOf(rawRange(2, 3));
+    QTest::newRow("empty") << QByteArray() << true;
+    QTest::newRow("no line end") << whole.left(whole.size() - 1) << false;
+    QTest::newRow("no end of the value") << whole.left(whole.size() - 3) << true;
+    QTest::newRow("cut behind a bracket")
+        << QByteArray("[Cookie]\ncookies=@ByteArray(\\0\\0\\0\\x1\\0\\0\\0\\x5x=)\n") << true;
+    QTest::newRow("more than it counts")
+        << cookieIniOfValue(cookieStream(1, rawRange(1, 2))) << true;
+    QTest::newRow("less than it counts")
+        << cookieIniOfValue(cookieStream(3, rawRange(1, 2))) << true;
+    QTest::newRow("lost block") << whole + QByteArray(512, '\0') << true;
+    QTest::newRow("whole") << whole << false;
+    QTest::newRow("whole, with other keys") << whole + "[Use]\nlast=@DateTime(x)\n" << false;
+    QTest::newRow("no cookies") << cookieIniOf(Bytes()) << false;
+}
+
+void tst_VLMC_CookieSetting_conversion::loadCookieInfo_putsTheCopyBack()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(bool, isPutBack);
+    const TestDirectory directory;
+    const QByteArray copy = cookieIniOf(rawRange(1, 1));
+    writeFile(directory.file("cookie.ini.rollback"), copy);
+    writeFile(directory.file(kIni), file);
+    const Bytes loaded = loadedPairs(directory);
+    QCOMPARE(loaded == Bytes() << "c01=v", isPutBack);
+    COMPARE_BYTES(readFile(directory.file(kIni)), isPutBack ? copy : file);
+    QVERIFY(!exists(directory.file("cookie.ini.rollback")));
 }
 
 void tst_VLMC_CookieSetting_conversion::saveCookieInfo_writesTheFile()
@@ -644,7 +737,7 @@ void tst_VLMC_CookieSetting_conversion::saveCookieInfo_doesNotWaitAtAPipe()
     QCOMPARE(mkfifo(directory.localFile(kIni), 0600), 0);
     save(QList<QNetworkCookie>(), directory);
     COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::saveCookieInfo] start\n"
-                                "3 [VLMC_CookieSetting::saveCookieInfo] end\n");
+                                "2 [VLMC_CookieSetting::saveCookieInfo] File cannot be written.\n");
     QVERIFY(exists(directory.file(kIni)));
 }
 
@@ -656,6 +749,17 @@ void tst_VLMC_CookieSetting_conversion::saveCookieInfo_writesNothingInPlaceOfAFo
     QVERIFY(load(directory).isEmpty());
     QVERIFY(exists(directory.file("cookie.ini/inner")));
     QCOMPARE(QDir(directory.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
+}
+
+void tst_VLMC_CookieSetting_conversion::saveCookieInfo_keepsTheFileWithoutACopy()
+{
+    const TestDirectory directory;
+    writeIni(directory, rawRange(1, 1));
+    QVERIFY(QDir().mkpath(directory.file("cookie.ini.rollback")));
+    save(QList<QNetworkCookie>(), directory);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::saveCookieInfo] start\n"
+                                "2 [VLMC_CookieSetting::saveCookieInfo] File cannot be written.\n");
+    COMPARE_BYTES(readFile(directory.file(kIni)), cookieIniOf(rawRange(1, 1)));
 }
 
 void tst_VLMC_CookieSetting_conversion::convertIniToXml_refusesNull_data()
@@ -971,6 +1075,20 @@ void tst_VLMC_CookieSetting_conversion::convertIniToXml_readsUnreadableFileAsEmp
     COMPARE_BYTES(readFile(directory.file(kXml)), documentOf(namesRange(1, 1)));
 }
 
+void tst_VLMC_CookieSetting_conversion::convertIniToXml_keepsDocumentForUnreadableCookies()
+{
+    TestDirectory directory;
+    const QByteArray document = documentOf(namesRange(1, 3));
+    writeFile(directory.file(kXml), document);
+    QVERIFY(QDir().mkpath(directory.file(kIni)));
+    VLMC_CookieSetting cookies;
+    cookies.convertCookieIniToXML(directory.localFile(), directory.localFile(kXml));
+    COMPARE_BYTES(readFile(directory.file(kXml)), document);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::loadCookieInfo] start\n"
+                                "2 [VLMC_CookieSetting::loadCookieInfo] File cannot be read.\n"
+                                "3 [VLMC_XMLSetting::deleteRootChildren] 0x0\n");
+}
+
 void tst_VLMC_CookieSetting_conversion::convertIniToXml_keepsDocumentForEmptyPath()
 {
     TestDirectory directory;
@@ -1122,6 +1240,29 @@ void tst_VLMC_CookieSetting_conversion::convertXmlToIni_writesNoneForMissingFile
     xmlToIni(directory);
     COMPARE_BYTES(readFile(directory.file(kIni)), "[Cookie]\ncookies=@ByteArray(\\0\\0\\0\\0)\n");
     QVERIFY(!exists(directory.file(kXml)));
+}
+
+void tst_VLMC_CookieSetting_conversion::convertXmlToIni_keepsCookiesForUnreadableDocument_data()
+{
+    QTest::addColumn<bool>("isFolder");
+    QTest::newRow("folder") << true;
+    QTest::newRow("no document") << false;
+}
+
+void tst_VLMC_CookieSetting_conversion::convertXmlToIni_keepsCookiesForUnreadableDocument()
+{
+    QFETCH(bool, isFolder);
+    TestDirectory directory;
+    writeIni(directory, rawRange(1, 3));
+    if (isFolder) {
+        QVERIFY(QDir().mkpath(directory.file(kXml)));
+    } else {
+        writeFile(directory.file(kXml), "no document");
+    }
+    xmlToIni(directory);
+    COMPARE_BYTES(readFile(directory.file(kIni)), cookieIniOf(rawRange(1, 3)));
+    QVERIFY(loggedText().contains(
+        "2 [VLMC_CookieSetting::convertCookieXMLToIni] File cannot be read.\n"));
 }
 
 void tst_VLMC_CookieSetting_conversion::convertXmlToIni_writesFirstTwenty_data()

@@ -9,10 +9,6 @@
  * The engine's "cookie.ini", read and written byte by byte without Qt's own settings and streams.
  */
 
-/// Whether QSettings empties an existing file and writes it in place, as that of Qt 4 does; later
-/// ones write a temporary file and rename it over the old one.
-const bool kIniWrittenInPlace = QT_VERSION < 0x050000;
-
 /// What a cookie.ini holds. Not valid when the file is anything but the one group with its one key,
 /// or when count and raw forms do not fill the value exactly.
 struct CookieIni {
