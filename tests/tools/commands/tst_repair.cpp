@@ -19,6 +19,8 @@ private slots:
     void repair_keepsADatedCopy();
     void repair_keepsCopiesOfSecretsPrivate_data();
     void repair_keepsCopiesOfSecretsPrivate();
+    void repair_leavesAloneWhatItCannotCopy_data();
+    void repair_leavesAloneWhatItCannotCopy();
     void repair_getsBackPreferences();
     void repair_keepsTheVersionOfSecurity();
     void repair_keepsWhatGettersHide();
@@ -161,7 +163,8 @@ void tst_repair::repair_keepsADatedCopy()
             || first.output.contains("  copy: " + copies.at(1).toUtf8() + "\n"));
     QVERIFY(readFile(directory.path() + copies.at(0)) == damaged
             || readFile(directory.path() + copies.at(1)) == damaged);
-    QVERIFY(!QFileInfo(directory.path() + copies.at(0)).permission(QFile::ReadOther));
+    QCOMPARE(QFileInfo(directory.path() + copies.at(0)).permissions(),
+             QFileInfo(directory.file("fontlist.xml")).permissions());
 }
 
 void tst_repair::repair_keepsCopiesOfSecretsPrivate_data()
@@ -198,6 +201,38 @@ void tst_repair::repair_keepsCopiesOfSecretsPrivate()
     COMPARE_BYTES(readFile(copy.filePath()), damaged);
     QVERIFY(!(copy.permissions()
               & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther)));
+}
+
+void tst_repair::repair_leavesAloneWhatItCannotCopy_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("damaged");
+    // The repaired file would fit where its copy does not.
+    const QByteArray lost(9000, 'x');
+    QTest::newRow("plain file") << QByteArray("fontlist.xml")
+                                << "<fontlist><font>A</font><font>" + lost;
+    QTest::newRow("secrets") << QByteArray("authinfo.xml")
+                             << "<authentication><authInfo><hostName>" + lost;
+    QTest::newRow("cookies of the engine")
+        << QByteArray("cookie.ini") << "[Cookie]\ncookies=" + lost;
+}
+
+void tst_repair::repair_leavesAloneWhatItCannotCopy()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, damaged);
+    const TestDirectory directory;
+    const QString path = directory.file(file.constData());
+    writeFile(path, damaged);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    const ToolRun run = runInBlocks(8, directory, "repair %");
+    COMPARE_BYTES(run.output, "");
+    QVERIFY2(isOneLine(run.errors), run.errors.constData());
+    QVERIFY2(run.errors.startsWith("velmora-profile: " + file + " cannot be copied to ")
+                 && run.errors.endsWith(".bak; nothing was changed; check the free space\n"),
+             run.errors.constData());
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(contentsOf(directory.path()), path.toUtf8() + '\n' + damaged);
 }
 
 void tst_repair::repair_getsBackPreferences()
@@ -412,7 +447,7 @@ void tst_repair::repair_tellsOfACookieFileThatCannotBeRead()
 {
     const TestDirectory directory;
     QVERIFY(QDir(directory.path()).mkdir(utf8("cookie.ini")));
-    COMPARE_RUN(runTool(directory, "repair %"), 2, "nothing to repair\n",
+    COMPARE_RUN(runTool(directory, "repair %"), 2, "",
                 "velmora-profile: cookie.ini cannot be read; check its owner and mode\n");
 }
 

@@ -230,6 +230,14 @@ QString reasonFor(const Document &document)
     return isNumbered(document) ? QString() : text("its entries are not numbered from 0");
 }
 
+// A file that could not be copied is as it was.
+void addWhatWasDone(const Repaired &repaired, bool dryRun, QList<Repaired> *all)
+{
+    if (dryRun || !repaired.copy.isEmpty()) {
+        all->append(repaired);
+    }
+}
+
 int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
 {
     if (document.state() == Document::Unreadable) {
@@ -243,7 +251,7 @@ int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
     }
     const int status = document.type().entryName ? repairEntries(document, dryRun, &repaired)
                                                  : repairPreferences(document, dryRun, &repaired);
-    all->append(repaired);
+    addWhatWasDone(repaired, dryRun, all);
     return status;
 }
 
@@ -270,7 +278,7 @@ int repairCookieFile(bool dryRun, QList<Repaired> *all)
         repaired.copy = keepCopy(text(kCookieIni));
         status = repaired.copy.isEmpty() ? int(Failed) : writeCookieFile(file.cookies);
     }
-    all->append(repaired);
+    addWhatWasDone(repaired, dryRun, all);
     return status;
 }
 
@@ -318,7 +326,7 @@ QJsonObject jsonOf(const Repaired &repaired)
 }
 
 // True when something was lost.
-bool sayAll(const Call &call, const QList<Repaired> &all)
+bool sayAll(const Call &call, const QList<Repaired> &all, int status)
 {
     bool lost = false;
     QJsonArray array;
@@ -331,7 +339,7 @@ bool sayAll(const Call &call, const QList<Repaired> &all)
     }
     if (call.has("json")) {
         sayJson(array);
-    } else if (all.isEmpty()) {
+    } else if (all.isEmpty() && status == Done) {
         say(text("nothing to repair"));
     } else if (call.has("dry-run")) {
         say(text("nothing was changed: this was a dry run"));
@@ -349,7 +357,7 @@ int repair(const Call &call)
     }
     status = qMax(status, repairCookieFile(dryRun, &all));
     status = qMax(status, repairModes(dryRun, &all));
-    const bool lost = sayAll(call, all);
+    const bool lost = sayAll(call, all, status);
     return qMax(status, int(lost ? Differs : Done));
 }
 } // namespace
