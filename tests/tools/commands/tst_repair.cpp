@@ -22,6 +22,7 @@ private slots:
     void repair_leavesAloneWhatItCannotCopy_data();
     void repair_leavesAloneWhatItCannotCopy();
     void repair_getsBackPreferences();
+    void repair_keepsTheLastOfTwoOfAPreference();
     void repair_keepsTheVersionOfSecurity();
     void repair_keepsWhatGettersHide();
     void repair_skipsEntriesInComments();
@@ -259,6 +260,18 @@ void tst_repair::repair_getsBackPreferences()
                         "        <home>http://h/</home>\n        <Zoom>1.5</Zoom>\n"
                         "    </pageInfo>\n    <font>\n        <fontName>Serif</fontName>\n"
                         "    </font>\n</repostry>\n");
+}
+
+void tst_repair::repair_keepsTheLastOfTwoOfAPreference()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("repostry_private.xml"),
+              "<repostry><pageInfo>&<home>http://a/</home><home>http://b/</home></pageInfo>");
+    QCOMPARE(runTool(directory, "repair %").status, 0);
+    COMPARE_BYTES(readFile(directory.file("repostry_private.xml")),
+                  QByteArray(kHead)
+                      + "<repostry docInfo=\"1.0\">\n    <pageInfo>\n"
+                        "        <home>http://b/</home>\n    </pageInfo>\n</repostry>\n");
 }
 
 // Without it the browser would switch SSL 3.0 off.
