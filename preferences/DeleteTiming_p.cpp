@@ -7,12 +7,6 @@
 
 namespace
 {
-const char kChangeUser[] = "changeUser";
-const char kNotDelete[] = "notDelete";
-// Written by older versions, read like "changeUser".
-const char kLogout[] = "logout";
-const char kTimeout[] = "timeout";
-
 bool holds(VLMC_XMLNode *element, const char *word)
 {
     return element->getText() == QEXC_TextCodec::fromSJIS(word);

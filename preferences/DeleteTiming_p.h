@@ -11,6 +11,12 @@ namespace vlm
 const char kNeverDelete = 0;
 const char kDeleteAtUserChange = 3;
 
+const char kChangeUser[] = "changeUser";
+const char kNotDelete[] = "notDelete";
+// Written by older versions, read like "changeUser".
+const char kLogout[] = "logout";
+const char kTimeout[] = "timeout";
+
 struct DeleteTimingEntry {
     const char *group;
     const char *element;

@@ -1,5 +1,5 @@
-#ifndef DEMO_H
-#define DEMO_H
+#ifndef EXAMPLES_DEMO_DEMO_H
+#define EXAMPLES_DEMO_DEMO_H
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>

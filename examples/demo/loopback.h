@@ -1,5 +1,5 @@
-#ifndef LOOPBACK_H
-#define LOOPBACK_H
+#ifndef EXAMPLES_DEMO_LOOPBACK_H
+#define EXAMPLES_DEMO_LOOPBACK_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

@@ -1,5 +1,5 @@
-#ifndef KIOSK_BOOKMARKS_H
-#define KIOSK_BOOKMARKS_H
+#ifndef EXAMPLES_KIOSK_BOOKMARKS_H
+#define EXAMPLES_KIOSK_BOOKMARKS_H
 
 #include <QtCore/QString>
 #include <QtCore/QUrl>

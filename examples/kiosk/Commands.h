@@ -1,5 +1,5 @@
-#ifndef KIOSK_COMMANDS_H
-#define KIOSK_COMMANDS_H
+#ifndef EXAMPLES_KIOSK_COMMANDS_H
+#define EXAMPLES_KIOSK_COMMANDS_H
 
 #include <QtCore/QObject>
 #include <QtCore/QStringList>

@@ -1,5 +1,5 @@
-#ifndef KIOSK_COOKIEJAR_H
-#define KIOSK_COOKIEJAR_H
+#ifndef EXAMPLES_KIOSK_COOKIEJAR_H
+#define EXAMPLES_KIOSK_COOKIEJAR_H
 
 #include <QtCore/QTimer>
 #include <QtNetwork/QNetworkCookieJar>

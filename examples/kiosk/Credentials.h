@@ -1,5 +1,5 @@
-#ifndef KIOSK_CREDENTIALS_H
-#define KIOSK_CREDENTIALS_H
+#ifndef EXAMPLES_KIOSK_CREDENTIALS_H
+#define EXAMPLES_KIOSK_CREDENTIALS_H
 
 #include "cookies/VLMC_AuthSetting.h"
 

@@ -1,5 +1,5 @@
-#ifndef KIOSK_NETWORK_H
-#define KIOSK_NETWORK_H
+#ifndef EXAMPLES_KIOSK_NETWORK_H
+#define EXAMPLES_KIOSK_NETWORK_H
 
 #include <QtNetwork/QNetworkAccessManager>
 

@@ -1,5 +1,5 @@
-#ifndef KIOSK_PREFERENCES_H
-#define KIOSK_PREFERENCES_H
+#ifndef EXAMPLES_KIOSK_PREFERENCES_H
+#define EXAMPLES_KIOSK_PREFERENCES_H
 
 #include <QtCore/QStringList>
 #include <QtCore/QUrl>

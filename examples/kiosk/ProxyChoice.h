@@ -1,5 +1,5 @@
-#ifndef KIOSK_PROXYCHOICE_H
-#define KIOSK_PROXYCHOICE_H
+#ifndef EXAMPLES_KIOSK_PROXYCHOICE_H
+#define EXAMPLES_KIOSK_PROXYCHOICE_H
 
 #include <QtNetwork/QNetworkProxyFactory>
 

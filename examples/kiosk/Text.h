@@ -1,5 +1,5 @@
-#ifndef KIOSK_TEXT_H
-#define KIOSK_TEXT_H
+#ifndef EXAMPLES_KIOSK_TEXT_H
+#define EXAMPLES_KIOSK_TEXT_H
 
 #include <QtCore/QString>
 

@@ -1,5 +1,5 @@
-#ifndef KIOSK_VISITS_H
-#define KIOSK_VISITS_H
+#ifndef EXAMPLES_KIOSK_VISITS_H
+#define EXAMPLES_KIOSK_VISITS_H
 
 #include "bookmarks/VLMC_HistorySetting.h"
 

@@ -1,5 +1,5 @@
-#ifndef KIOSK_WINDOW_H
-#define KIOSK_WINDOW_H
+#ifndef EXAMPLES_KIOSK_WINDOW_H
+#define EXAMPLES_KIOSK_WINDOW_H
 
 #include "examples/kiosk/Bookmarks.h"
 #include "examples/kiosk/CookieJar.h"

@@ -1,5 +1,5 @@
-#ifndef REFERENCE_H
-#define REFERENCE_H
+#ifndef EXAMPLES_REFERENCE_REFERENCE_H
+#define EXAMPLES_REFERENCE_REFERENCE_H
 
 // The examples of the reference: each is between two comments with its name, and is shown on the
 // pages of docs/reference/. The lines around it check its result.

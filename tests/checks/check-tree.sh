@@ -31,7 +31,7 @@ allowed() {
   core) echo "core $below platform" ;;
   fonts | preferences | bookmarks | cookies) echo "$1 core $below" ;;
   examples | benchmarks) echo "$1 $below core platform $stores" ;;
-  "$tool/output") echo "$1" ;;
+  "$tool/output") echo "$1 text" ;;
   "$tool/formats") echo "$1 $tool/output" ;;
   "$tool/profile") echo "$1 $tool/output $below core $stores" ;;
   "$tool/commands") echo "$1 $tool/profile $tool/formats $tool/output $below core $stores" ;;

@@ -112,6 +112,8 @@ private slots:
     void writingCommand_refusesDamage();
     void usage_isOneLine_data();
     void usage_isOneLine();
+    void usage_countsOperands_data();
+    void usage_countsOperands();
     void usage_takesTheActionBehindTheFolder();
     void usage_takesWhatLooksLikeAnOptionBehindTwoDashes();
     void usage_helpsAndTellsItsVersion();
@@ -416,10 +418,6 @@ void tst_Command::usage_isOneLine_data()
                                << QByteArray("'prefs' needs one of: list, get, set");
     QTest::newRow("unknown action")
         << QByteArray("prefs nope %") << QByteArray("'prefs' needs one of: list, get, set");
-    QTest::newRow("no folder") << QByteArray("show") << QByteArray("'show' takes: DIR");
-    QTest::newRow("too much") << QByteArray("show % x") << QByteArray("'show' takes: DIR");
-    QTest::newRow("too little") << QByteArray("prefs get %")
-                                << QByteArray("'prefs get' takes: DIR NAME");
     QTest::newRow("unknown option")
         << QByteArray("show % --nope") << QByteArray("'show' has no option --nope; see --help");
     QTest::newRow("another's option") << QByteArray("prefs set % pageInfo.Zoom 1.0 --json")
@@ -460,6 +458,75 @@ void tst_Command::usage_isOneLine()
     const TestDirectory directory;
     COMPARE_RUN(runTool(directory, command.constData()), 2, "",
                 "velmora-profile: " + message + "\n");
+    COMPARE_BYTES(contentsOf(directory.path()), "");
+}
+
+void tst_Command::usage_countsOperands_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<int>("given");
+    QTest::addColumn<QByteArray>("operands");
+    const struct {
+        const char *name;
+        int fewest;
+        int most;
+        const char *operands;
+    } commands[] = {
+        {"show", 0, 0, "DIR"},
+        {"check", 0, 0, "DIR"},
+        {"repair", 0, 0, "DIR"},
+        {"diff", 1, 1, "DIR DIR2"},
+        {"report", 0, 0, "DIR"},
+        {"prefs list", 0, 0, "DIR"},
+        {"prefs get", 1, 1, "DIR NAME"},
+        {"prefs set", 1, 2, "DIR NAME [VALUE]"},
+        {"bookmarks list", 0, 0, "DIR"},
+        {"bookmarks add", 1, 2, "DIR URL [TITLE]"},
+        {"bookmarks remove", 1, 999, "DIR ID..."},
+        {"bookmarks import", 1, 1, "DIR FILE"},
+        {"bookmarks export", 1, 1, "DIR FILE"},
+        {"history list", 0, 0, "DIR"},
+        {"history find", 1, 1, "DIR URL"},
+        {"history add", 1, 2, "DIR URL [TITLE]"},
+        {"history remove", 1, 999, "DIR ID..."},
+        {"history clear", 0, 0, "DIR"},
+        {"history export", 1, 1, "DIR FILE"},
+        {"fonts list", 0, 0, "DIR"},
+        {"fonts add", 1, 999, "DIR NAME..."},
+        {"fonts sync", 0, 0, "DIR"},
+        {"auth list", 0, 0, "DIR"},
+        {"auth add", 4, 4, "DIR HOST PORT SCHEME USER"},
+        {"auth remove", 1, 999, "DIR ID..."},
+        {"cookies list", 0, 0, "DIR"},
+        {"cookies to-xml", 0, 1, "DIR [FILE]"},
+        {"cookies to-ini", 0, 1, "DIR [FILE]"},
+        {"cookies import", 1, 1, "DIR FILE"},
+        {"cookies export", 1, 1, "DIR FILE"},
+        {"thumbnails list", 0, 0, "DIR"},
+        {"thumbnails pack", 1, 1, "DIR FILE"},
+        {"thumbnails unpack", 1, 1, "DIR FILE"},
+        {"thumbnails clean", 0, 0, "DIR"},
+    };
+    for (const auto &command : commands) {
+        for (int given : {-1, command.fewest - 1, command.most + 1}) {
+            const QByteArray row =
+                QByteArray(command.name) + ' ' + QByteArray::number(given) + " operands";
+            QTest::newRow(row.constData())
+                << QByteArray(command.name) << given << QByteArray(command.operands);
+        }
+    }
+}
+
+// The folder is the first of them.
+void tst_Command::usage_countsOperands()
+{
+    QFETCH(QByteArray, command);
+    QFETCH(int, given);
+    QFETCH(QByteArray, operands);
+    const TestDirectory directory;
+    const QByteArray all = given < 0 ? command : command + " %" + QByteArray(" x").repeated(given);
+    COMPARE_RUN(runTool(directory, all.constData()), 2, "",
+                "velmora-profile: '" + command + "' takes: " + operands + "\n");
     COMPARE_BYTES(contentsOf(directory.path()), "");
 }
 

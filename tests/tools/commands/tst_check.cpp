@@ -5,6 +5,8 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 
+#include <sys/stat.h>
+
 class tst_check : public QObject
 {
     Q_OBJECT
@@ -17,10 +19,13 @@ private slots:
     void check_findsNothingIn();
     void check_findsFilesThatOthersCanRead_data();
     void check_findsFilesThatOthersCanRead();
+    void check_looksAtEveryBitOfTheMode_data();
+    void check_looksAtEveryBitOfTheMode();
     void check_findsWhatAnInterruptedSaveLeft_data();
     void check_findsWhatAnInterruptedSaveLeft();
     void check_leavesCopiesAlone_data();
     void check_leavesCopiesAlone();
+    void check_findsADamagedCookieFile_data();
     void check_findsADamagedCookieFile();
     void check_failsOnWhatCannotBeRead();
     void check_printsJson();
@@ -288,6 +293,34 @@ void tst_check::check_findsFilesThatOthersCanRead()
     COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
+void tst_check::check_looksAtEveryBitOfTheMode_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<bool>("isOpen");
+    for (const int open : {0640, 0620, 0604, 0602}) {
+        QTest::newRow(QByteArray::number(open, 8).constData()) << open << true;
+    }
+    for (const int closed : {0600, 0700, 0610, 0601}) {
+        QTest::newRow(QByteArray::number(closed, 8).constData()) << closed << false;
+    }
+}
+
+void tst_check::check_looksAtEveryBitOfTheMode()
+{
+    QFETCH(int, mode);
+    QFETCH(bool, isOpen);
+    const TestDirectory directory;
+    const QString path = directory.file("cookie.xml");
+    writeFile(path, "<cookie/>");
+    QCOMPARE(chmod(QFile::encodeName(path).constData(), mode_t(mode)), 0);
+    QCOMPARE(runTool(directory, "check %").status, isOpen ? 1 : 0);
+    COMPARE_RUN(runTool(directory, "repair %"), 0,
+                isOpen ? "cookie.xml: users other than its owner could read or write it: its mode "
+                         "is now 0600\n"
+                       : "nothing to repair\n",
+                "");
+}
+
 void tst_check::check_findsWhatAnInterruptedSaveLeft_data()
 {
     QTest::addColumn<QByteArray>("file");
@@ -335,15 +368,25 @@ void tst_check::check_leavesCopiesAlone()
     COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
 }
 
+void tst_check::check_findsADamagedCookieFile_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("damage");
+    QTest::newRow("two of three missing") << QByteArray("\\0\\0\\0\\x3\\0\\0\\0\\x3z=b")
+                                          << QByteArray("it promises 3 cookies and holds 1");
+    QTest::newRow("negative count")
+        << QByteArray("\\xff\\xff\\xff\\xff") << QByteArray("it promises -1 cookies and holds 0");
+}
+
 void tst_check::check_findsADamagedCookieFile()
 {
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, damage);
     const TestDirectory directory;
-    const QByteArray content("[Cookie]\ncookies=@ByteArray(\\0\\0\\0\\x3\\0\\0\\0\\x3"
-                             "z=b)\n");
-    writeFile(directory.file("cookie.ini"), content);
+    writeFile(directory.file("cookie.ini"), "[Cookie]\ncookies=@ByteArray(" + bytes + ")\n");
     QFile::setPermissions(directory.file("cookie.ini"), QFile::ReadOwner | QFile::WriteOwner);
     COMPARE_RUN(runTool(directory, "check %"), 1,
-                finding("cookie.ini", "it is damaged: it promises 3 cookies and holds 1",
+                finding("cookie.ini", "it is damaged: " + damage,
                         "the browser reads what is whole and loses the rest",
                         "run 'velmora-profile repair'")
                     + "1 finding\n",

@@ -19,7 +19,10 @@ private slots:
     void repair_keepsADatedCopy();
     void repair_keepsCopiesOfSecretsPrivate_data();
     void repair_keepsCopiesOfSecretsPrivate();
+    void repair_leavesAloneWhatItCannotCopy_data();
+    void repair_leavesAloneWhatItCannotCopy();
     void repair_getsBackPreferences();
+    void repair_keepsTheLastOfTwoOfAPreference();
     void repair_keepsTheVersionOfSecurity();
     void repair_keepsWhatGettersHide();
     void repair_skipsEntriesInComments();
@@ -161,7 +164,8 @@ void tst_repair::repair_keepsADatedCopy()
             || first.output.contains("  copy: " + copies.at(1).toUtf8() + "\n"));
     QVERIFY(readFile(directory.path() + copies.at(0)) == damaged
             || readFile(directory.path() + copies.at(1)) == damaged);
-    QVERIFY(!QFileInfo(directory.path() + copies.at(0)).permission(QFile::ReadOther));
+    QCOMPARE(QFileInfo(directory.path() + copies.at(0)).permissions(),
+             QFileInfo(directory.file("fontlist.xml")).permissions());
 }
 
 void tst_repair::repair_keepsCopiesOfSecretsPrivate_data()
@@ -200,6 +204,38 @@ void tst_repair::repair_keepsCopiesOfSecretsPrivate()
               & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther)));
 }
 
+void tst_repair::repair_leavesAloneWhatItCannotCopy_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("damaged");
+    // The repaired file would fit where its copy does not.
+    const QByteArray lost(9000, 'x');
+    QTest::newRow("plain file") << QByteArray("fontlist.xml")
+                                << "<fontlist><font>A</font><font>" + lost;
+    QTest::newRow("secrets") << QByteArray("authinfo.xml")
+                             << "<authentication><authInfo><hostName>" + lost;
+    QTest::newRow("cookies of the engine")
+        << QByteArray("cookie.ini") << "[Cookie]\ncookies=" + lost;
+}
+
+void tst_repair::repair_leavesAloneWhatItCannotCopy()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, damaged);
+    const TestDirectory directory;
+    const QString path = directory.file(file.constData());
+    writeFile(path, damaged);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    const ToolRun run = runInBlocks(8, directory, "repair %");
+    COMPARE_BYTES(run.output, "");
+    QVERIFY2(isOneLine(run.errors), run.errors.constData());
+    QVERIFY2(run.errors.startsWith("velmora-profile: " + file + " cannot be copied to ")
+                 && run.errors.endsWith(".bak; nothing was changed; check the free space\n"),
+             run.errors.constData());
+    QCOMPARE(run.status, 2);
+    COMPARE_BYTES(contentsOf(directory.path()), path.toUtf8() + '\n' + damaged);
+}
+
 void tst_repair::repair_getsBackPreferences()
 {
     const TestDirectory directory;
@@ -224,6 +260,18 @@ void tst_repair::repair_getsBackPreferences()
                         "        <home>http://h/</home>\n        <Zoom>1.5</Zoom>\n"
                         "    </pageInfo>\n    <font>\n        <fontName>Serif</fontName>\n"
                         "    </font>\n</repostry>\n");
+}
+
+void tst_repair::repair_keepsTheLastOfTwoOfAPreference()
+{
+    const TestDirectory directory;
+    writeFile(directory.file("repostry_private.xml"),
+              "<repostry><pageInfo>&<home>http://a/</home><home>http://b/</home></pageInfo>");
+    QCOMPARE(runTool(directory, "repair %").status, 0);
+    COMPARE_BYTES(readFile(directory.file("repostry_private.xml")),
+                  QByteArray(kHead)
+                      + "<repostry docInfo=\"1.0\">\n    <pageInfo>\n"
+                        "        <home>http://b/</home>\n    </pageInfo>\n</repostry>\n");
 }
 
 // Without it the browser would switch SSL 3.0 off.
@@ -412,7 +460,7 @@ void tst_repair::repair_tellsOfACookieFileThatCannotBeRead()
 {
     const TestDirectory directory;
     QVERIFY(QDir(directory.path()).mkdir(utf8("cookie.ini")));
-    COMPARE_RUN(runTool(directory, "repair %"), 2, "nothing to repair\n",
+    COMPARE_RUN(runTool(directory, "repair %"), 2, "",
                 "velmora-profile: cookie.ini cannot be read; check its owner and mode\n");
 }
 

@@ -5,12 +5,15 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonObject>
 
+#include <sys/stat.h>
+
 class tst_show : public QObject
 {
     Q_OBJECT
 
 private slots:
     void show_listsEveryFile();
+    void show_tellsEveryBitOfTheMode();
     void show_tellsDamage();
     void show_readsNoMoreThanTheLibrary_data();
     void show_readsNoMoreThanTheLibrary();
@@ -55,6 +58,22 @@ void tst_show::show_listsEveryFile()
                       "  means: the browser starts without what it should hold\n"
                       "  to do: restore it, or remove it to start afresh\n",
                 "");
+}
+
+// Of a folder, since everybody can see its mode.
+void tst_show::show_tellsEveryBitOfTheMode()
+{
+    const TestDirectory directory;
+    QVERIFY(QDir(directory.path()).mkdir(utf8("thumbnail")));
+    const QByteArray path = QFile::encodeName(directory.file("thumbnail"));
+    for (int bit = 0400; bit > 0; bit /= 2) {
+        QCOMPARE(chmod(path.constData(), mode_t(bit)), 0);
+        const QByteArray mode = QByteArray::number(bit, 8).rightJustified(4, '0');
+        const ToolRun run = runTool(directory, "show %");
+        QVERIFY2(run.output.contains("folder   0        -      " + mode + "  "),
+                 run.output.constData());
+    }
+    QCOMPARE(chmod(path.constData(), 0700), 0);
 }
 
 void tst_show::show_tellsDamage()

@@ -12,6 +12,7 @@ class tst_thumbnails : public QObject
 
 private slots:
     void thumbnails_areListed();
+    void thumbnails_areNoLinks();
     void thumbnails_areFilesAlone_data();
     void thumbnails_areFilesAlone();
     void thumbnails_arePackedAndUnpacked();
@@ -34,6 +35,19 @@ void tst_thumbnails::thumbnails_areListed()
                 "000002.PNG  missing   \xe6\x97\xa5\xe6\x9c\xac <b>\n"
                 "000009.PNG  no image\n",
                 "");
+}
+
+// The library does not pack them.
+void tst_thumbnails::thumbnails_areNoLinks()
+{
+    const TestDirectory directory;
+    writeGoodProfile(directory);
+    const ToolRun before = runTool(directory, "thumbnails list %");
+    QVERIFY(QFile::link(directory.file("thumbnail/000001.PNG"),
+                        directory.file("thumbnail/000009.PNG")));
+    COMPARE_RUN(runTool(directory, "thumbnails list %"), 0, before.output, "");
+    COMPARE_RUN(runTool(directory, "check %"), 0, "nothing is wrong\n", "");
+    COMPARE_RUN(runTool(directory, "thumbnails clean %"), 0, "", "");
 }
 
 void tst_thumbnails::thumbnails_areFilesAlone_data()

@@ -37,7 +37,15 @@ void tst_Text::printable_showsWhatSteersATerminal_data()
     QTest::newRow("ends of lines") << text("a\r\nb\tc") << text("a␍␊b␉c");
     QTest::newRow("delete") << text("a\x7f") << text("a\xef\xbf\xbd");
     QTest::newRow("control sequence introducer") << text("\xc2\x9b") << text("\xef\xbf\xbd");
-    QTest::newRow("turned around") << text("\xe2\x80\xae") << text("\xef\xbf\xbd");
+    // Overrides are U+202A to U+202E, isolates U+2066 to U+2069.
+    for (const int code : {0x202a, 0x202e, 0x2066, 0x2069}) {
+        QTest::newRow(QByteArray::number(code, 16).constData())
+            << QString(QChar(ushort(code))) << text("\xef\xbf\xbd");
+    }
+    for (const int code : {0x2027, 0x202f, 0x2065, 0x206a}) {
+        QTest::newRow(QByteArray::number(code, 16).constData())
+            << QString(QChar(ushort(code))) << QString(QChar(ushort(code)));
+    }
 }
 
 void tst_Text::printable_showsWhatSteersATerminal()

@@ -1,5 +1,5 @@
-#ifndef COMMANDS_LOSSES_H
-#define COMMANDS_LOSSES_H
+#ifndef TOOLS_VELMORA_PROFILE_COMMANDS_LOSSES_H
+#define TOOLS_VELMORA_PROFILE_COMMANDS_LOSSES_H
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/formats/Formats.h"

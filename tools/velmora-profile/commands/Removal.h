@@ -1,5 +1,5 @@
-#ifndef COMMANDS_REMOVAL_H
-#define COMMANDS_REMOVAL_H
+#ifndef TOOLS_VELMORA_PROFILE_COMMANDS_REMOVAL_H
+#define TOOLS_VELMORA_PROFILE_COMMANDS_REMOVAL_H
 
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/profile/DocumentType.h"

@@ -1,5 +1,6 @@
 // auth: authinfo.xml. Passwords come from standard input and are shown on request only.
 
+#include "cookies/AuthElements_p.h"
 #include "cookies/VLMC_AuthSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Removal.h"
@@ -14,18 +15,14 @@ namespace
 {
 using namespace profile;
 
-const char *const kSchemes[] = {"basic", "digest", "NTLM"};
-
-const int kMaxHostBytes = 256;
-const int kMaxPortBytes = 5;
-const int kMaxSecretBytes = 272;
+using namespace vlm::auth;
 
 VLMC_AuthSetting &store() { return *VLMC_AuthSetting::getInstance(); }
 
 int schemeCode(const QString &scheme)
 {
-    for (int code = 0; code < 3; ++code) {
-        if (scheme == text(kSchemes[code])) {
+    for (int code = 0; code < kAuthTypeCount; ++code) {
+        if (scheme == text(kAuthTypes[code])) {
             return code;
         }
     }
@@ -60,7 +57,7 @@ QString refusalOf(const VLMS_AuthInfo &info)
 
 int listCredentials(const Call &call)
 {
-    const Document document(Credentials, text(kHere));
+    const Document document(Credentials, text(kProfileFolder));
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
@@ -71,10 +68,9 @@ int listCredentials(const Call &call)
                      {"user", "User"},
                      {"password", "Password"}});
     for (VLMC_XMLNode *const entry : document.children()) {
-        listing.add({listing.json().size(), fieldText(entry, "hostName"),
-                     fieldText(entry, "portNum"), fieldText(entry, "authType"),
-                     decodedText(entry, "user"),
-                     masked(decodedText(entry, "passwd"), call.has("show-secrets"))});
+        listing.add({listing.json().size(), fieldText(entry, kHostName), fieldText(entry, kPortNum),
+                     fieldText(entry, kAuthType), decodedText(entry, kUser),
+                     masked(decodedText(entry, kPasswd), call.has("show-secrets"))});
     }
     return listing.say(call.has("json"));
 }
@@ -121,7 +117,7 @@ QList<Command> authCommands()
          listCredentials},
         {"auth", "add", "DIR HOST PORT SCHEME USER", 4, 4, "",
          "add credentials, the password from standard input", Writes, addCredentials},
-        {"auth", "remove", "DIR ID...", 1, 999, "", "remove credentials", Writes,
+        {"auth", "remove", "DIR ID...", 1, kMaxEntries, "", "remove credentials", Writes,
          removeCredentials},
     };
 }

@@ -16,8 +16,7 @@ namespace
 {
 using namespace profile;
 
-const int kMaxUrlBytes = 256;
-const int kMaxTitleBytes = 100;
+using namespace vlm::bookmarks;
 
 VLMC_BookmarksSetting &store() { return *VLMC_BookmarksSetting::getInstance(); }
 
@@ -67,7 +66,7 @@ QList<BookmarkRecord> recordsOf(const Document &document)
 {
     QList<BookmarkRecord> records;
     for (VLMC_XMLNode *const entry : document.children()) {
-        records.append({fieldText(entry, "title"), fieldText(entry, "href"), QStringList()});
+        records.append({fieldText(entry, kTitle), fieldText(entry, kUrl), QStringList()});
     }
     return records;
 }
@@ -112,14 +111,14 @@ int addAll(const QList<BookmarkRecord> &bookmarks, QList<Loss> *losses)
 
 int listBookmarks(const Call &call)
 {
-    const Document document(Bookmarks, text(kHere));
+    const Document document(Bookmarks, text(kProfileFolder));
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
     Listing listing({{"id", "Id"}, {"title", "Title"}, {"url", "URL"}, {"thumbnail", "Thumbnail"}});
     for (VLMC_XMLNode *const entry : document.children()) {
-        listing.add({listing.json().size(), fieldText(entry, "title"), fieldText(entry, "href"),
-                     thumbnailName(fieldText(entry, "thumbnail"))});
+        listing.add({listing.json().size(), fieldText(entry, kTitle), fieldText(entry, kUrl),
+                     thumbnailName(fieldText(entry, kThumbnail))});
     }
     return listing.say(call.has("json"));
 }
@@ -173,7 +172,7 @@ int importBookmarks(const Call &call)
 
 int exportBookmarks(const Call &call)
 {
-    const Document document(Bookmarks, text(kHere));
+    const Document document(Bookmarks, text(kProfileFolder));
     const QString format = call.has("format") ? call.option("format") : text("netscape");
     if (format != text("netscape") && format != text("xbel")) {
         return fail(text("--format takes netscape or xbel, not '%1'").arg(format));
@@ -199,7 +198,7 @@ QList<Command> bookmarksCommands()
         {"bookmarks", "list", "DIR", 0, 0, "json", "all bookmarks", Reads, listBookmarks},
         {"bookmarks", "add", "DIR URL [TITLE]", 1, 2, "front strict", "add a bookmark", Writes,
          addBookmark},
-        {"bookmarks", "remove", "DIR ID...", 1, 999, "", "remove bookmarks", Writes,
+        {"bookmarks", "remove", "DIR ID...", 1, kMaxEntries, "", "remove bookmarks", Writes,
          removeBookmark},
         {"bookmarks", "import", "DIR FILE", 1, 1, "strict dry-run json",
          "add the bookmarks of a Netscape HTML or XBEL file", Writes, importBookmarks},

@@ -13,16 +13,16 @@ using namespace profile;
 bool isReadable()
 {
     for (const DocumentType &type : documentTypes()) {
-        if (Document(type.kind, text(kHere)).state() == Document::Unreadable) {
+        if (Document(type.kind, text(kProfileFolder)).state() == Document::Unreadable) {
             return false;
         }
     }
-    return readCookieFile(text(kHere)).state != Document::Unreadable;
+    return readCookieFile(text(kProfileFolder)).state != Document::Unreadable;
 }
 
 int check(const Call &call)
 {
-    const QList<Finding> findings = findingsOf(text(kHere));
+    const QList<Finding> findings = findingsOf(text(kProfileFolder));
     if (call.has("json")) {
         sayJson(toJson(findings));
     } else {

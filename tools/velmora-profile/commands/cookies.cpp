@@ -20,9 +20,6 @@ namespace
 {
 using namespace profile;
 
-// Entries of a cookie document that a conversion looks at.
-const int kConverted = 20;
-
 VLMC_CookieSetting &store() { return *VLMC_CookieSetting::getInstance(); }
 
 QString nameOf(const QNetworkCookie &cookie)
@@ -39,7 +36,7 @@ QString expiryOf(const QNetworkCookie &cookie)
 int refuseToUse(const CookieFile &file)
 {
     if (file.state == Document::Unreadable) {
-        return failUnreadable(text(kCookieIni));
+        return failUnreadable(text(kIniFileName));
     }
     if (file.state == Document::Damaged) {
         return fail(text("cookie.ini is damaged: %1; nothing was changed; run 'velmora-profile "
@@ -76,8 +73,9 @@ private:
 
 QString documentPath(const Call &call)
 {
-    return call.operands.isEmpty() ? text(kHere) + text(documentType(CookieDocument).fileName)
-                                   : call.path(call.operands.at(0));
+    return call.operands.isEmpty()
+               ? text(kProfileFolder) + text(documentType(CookieDocument).fileName)
+               : call.path(call.operands.at(0));
 }
 
 int failWithoutSpace()
@@ -143,12 +141,13 @@ QList<Loss> lossesOfIni(const Document &document)
     QList<Loss> losses;
     const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
-        const QString name =
-            text("%1 of %2")
-                .arg(fieldText(entries.at(i), "name"), fieldText(entries.at(i), "website"));
-        const QString expires = fieldText(entries.at(i), "expires");
-        if (i >= kConverted) {
-            losses.append({name, text("only the first %1 are converted").arg(kConverted)});
+        const QString name = text("%1 of %2")
+                                 .arg(fieldText(entries.at(i), vlm::cookies::kName),
+                                      fieldText(entries.at(i), vlm::cookies::kWebsite));
+        const QString expires = fieldText(entries.at(i), vlm::cookies::kExpires);
+        if (i >= vlm::cookies::kMaxConverted) {
+            losses.append(
+                {name, text("only the first %1 are converted").arg(vlm::cookies::kMaxConverted)});
         } else if (!expires.isEmpty() && !vlm::timeOfText(expires, vlm::ToSecond).isValid()) {
             losses.append(
                 {name,
@@ -218,9 +217,9 @@ int sayImported(const Call &call, int added, const QList<Loss> &losses)
 
 int listCookies(const Call &call)
 {
-    const CookieFile file = readCookieFile(text(kHere));
+    const CookieFile file = readCookieFile(text(kProfileFolder));
     if (file.state == Document::Unreadable) {
-        return failUnreadable(text(kCookieIni));
+        return failUnreadable(text(kIniFileName));
     }
     if (file.state == Document::Damaged) {
         warn(text("cookie.ini is %1; run 'velmora-profile check'").arg(stateName(file.state)));
@@ -242,7 +241,7 @@ int listCookies(const Call &call)
 
 int cookiesToXml(const Call &call)
 {
-    const CookieFile file = readCookieFile(text(kHere));
+    const CookieFile file = readCookieFile(text(kProfileFolder));
     const ScratchFolder scratch;
     if (refuseToUse(file) != Done || fetch(documentPath(call), Target, scratch) != Done) {
         return Failed;
@@ -254,7 +253,7 @@ int cookiesToXml(const Call &call)
     if (tellLosses(call, lossesOfXml(file.cookies)) != Done) {
         return Failed;
     }
-    QByteArray directory(kHere);
+    QByteArray directory(kProfileFolder);
     QByteArray document = scratch.localDocument();
     store().convertCookieIniToXML(directory.data(), document.data());
     QByteArray content;
@@ -267,7 +266,7 @@ int cookiesToXml(const Call &call)
 int cookiesToIni(const Call &call)
 {
     const ScratchFolder scratch;
-    if (refuseToUse(readCookieFile(text(kHere))) != Done
+    if (refuseToUse(readCookieFile(text(kProfileFolder))) != Done
         || fetch(documentPath(call), Source, scratch) != Done) {
         return Failed;
     }
@@ -296,7 +295,7 @@ int importCookies(const Call &call)
     if (!import.error.isEmpty()) {
         return fail(text("'%1': %2; nothing was changed").arg(call.operands.at(0), import.error));
     }
-    const CookieFile file = readCookieFile(text(kHere));
+    const CookieFile file = readCookieFile(text(kProfileFolder));
     if (refuseToUse(file) != Done) {
         return Failed;
     }
@@ -310,7 +309,7 @@ int importCookies(const Call &call)
 
 int exportCookies(const Call &call)
 {
-    const CookieFile file = readCookieFile(text(kHere));
+    const CookieFile file = readCookieFile(text(kProfileFolder));
     if (refuseToUse(file) != Done) {
         return Failed;
     }

@@ -44,7 +44,7 @@ Field secret(const char *name, const QString &value) { return {text(name), value
 
 QString pictureOf(const QString &directory, VLMC_XMLNode *bookmark)
 {
-    const QString name = thumbnailName(fieldText(bookmark, "thumbnail"));
+    const QString name = thumbnailName(fieldText(bookmark, vlm::bookmarks::kThumbnail));
     QFile file(directory + text(kThumbnailFolder) + name);
     if (!isPictureFile(file.fileName()) || !file.open(QIODevice::ReadOnly)) {
         return text(name.isEmpty() ? "none" : "missing");
@@ -89,7 +89,7 @@ QList<Record> recordsOf(const Document &document, const QString &directory)
     for (const Preference &preference : preferences()) {
         if (preference.document == document.type().kind) {
             const bool isSecret = preference.kind == Preference::Base64Secret;
-            records.append({text(preference.name),
+            records.append({preference.name(),
                             {{text("value"), valueOf(preference, document).value, isSecret}}});
         }
     }
@@ -226,7 +226,7 @@ void sayDifferences(const Call &call, const QList<Difference> &differences)
 // Both sides of one document; false when one cannot be read.
 bool compareDocument(DocumentKind kind, const QString &other, QList<Difference> *differences)
 {
-    const QString here = text(kHere);
+    const QString here = text(kProfileFolder);
     const Document one(kind, here);
     const Document two(kind, other);
     warnOfDamage(one);
@@ -247,10 +247,10 @@ int diff(const Call &call)
     for (const DocumentType &type : documentTypes()) {
         readable = compareDocument(type.kind, other, &differences) && readable;
     }
-    const CookieFile one = readCookieFile(text(kHere));
+    const CookieFile one = readCookieFile(text(kProfileFolder));
     const CookieFile two = readCookieFile(other);
     readable = readable && one.state != Document::Unreadable && two.state != Document::Unreadable;
-    differences += compare(text(kCookieIni), recordsOf(one), recordsOf(two));
+    differences += compare(text(kIniFileName), recordsOf(one), recordsOf(two));
     sayDifferences(call, differences);
     if (!readable) {
         return fail(text("not everything can be read; check owners and modes"));

@@ -1,5 +1,6 @@
 // fonts: fontlist.xml, and the families that fontconfig knows.
 
+#include "fonts/FontElements_p.h"
 #include "fonts/VLMC_FontListSetting.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/commands/Losses.h"
@@ -13,7 +14,7 @@ namespace
 {
 using namespace profile;
 
-const int kMaxNameBytes = 256;
+using vlm::fonts::kMaxNameBytes;
 
 VLMC_FontListSetting &store() { return *VLMC_FontListSetting::getInstance(); }
 
@@ -78,7 +79,7 @@ void sayChanges(const QStringList &before, const QStringList &after)
 
 int listFonts(const Call &call)
 {
-    const Document document(Fonts, text(kHere));
+    const Document document(Fonts, text(kProfileFolder));
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
@@ -134,7 +135,7 @@ QList<Command> fontsCommands()
     return {
         {"fonts", "list", "DIR", 0, 0, "json", "the fonts that the browser offers", Reads,
          listFonts},
-        {"fonts", "add", "DIR NAME...", 1, 999, "", "add fonts", Writes, addFont},
+        {"fonts", "add", "DIR NAME...", 1, kMaxEntries, "", "add fonts", Writes, addFont},
         {"fonts", "sync", "DIR", 0, 0, "dry-run", "make the list match what fontconfig knows",
          Writes, syncFonts},
     };

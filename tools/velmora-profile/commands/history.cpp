@@ -1,5 +1,6 @@
 // history: visit.xml. Listed and exported as the file has it, written through the store.
 
+#include "bookmarks/HistoryElements_p.h"
 #include "bookmarks/VLMC_HistorySetting.h"
 #include "text/TimeText_p.h"
 #include "tools/velmora-profile/commands/Command.h"
@@ -23,9 +24,9 @@ QList<Loss> lossesOfLoading(const Document &document)
 {
     QList<Loss> losses;
     for (VLMC_XMLNode *const entry : document.children()) {
-        const QString time = fieldText(entry, "dateTime");
+        const QString time = fieldText(entry, vlm::history::kDateTime);
         if (!time.isEmpty() && !vlm::timeOfText(time, vlm::ToMinute).isValid()) {
-            losses.append({fieldText(entry, "url"),
+            losses.append({fieldText(entry, vlm::history::kUrl),
                            text("its date '%1' does not parse and is written empty").arg(time)});
         }
     }
@@ -36,7 +37,7 @@ QList<Loss> lossesOfLoading(const Document &document)
 int load(const Call &call)
 {
     return loadStore(History) == Done
-               ? tellLosses(call, lossesOfLoading(Document(History, text(kHere))))
+               ? tellLosses(call, lossesOfLoading(Document(History, text(kProfileFolder))))
                : int(Failed);
 }
 
@@ -55,7 +56,7 @@ QList<VLMC_XMLNode *> sorted(const Document &document)
     vlm::ClockOrder clock;
     QList<Visit> visits;
     for (VLMC_XMLNode *const entry : document.children()) {
-        visits.append({entry, clock.of(fieldText(entry, "dateTime"))});
+        visits.append({entry, clock.of(fieldText(entry, vlm::history::kDateTime))});
     }
     std::stable_sort(visits.begin(), visits.end(), isLater);
     QList<VLMC_XMLNode *> entries;
@@ -68,7 +69,7 @@ QList<VLMC_XMLNode *> sorted(const Document &document)
 // The visits, or those of one page when a URL is given.
 int sayVisits(const Call &call, const QString *url)
 {
-    const Document document(History, text(kHere));
+    const Document document(History, text(kProfileFolder));
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
@@ -76,9 +77,10 @@ int sayVisits(const Call &call, const QString *url)
     Listing listing({{"id", "Id"}, {"visited", "Visited"}, {"title", "Title"}, {"url", "URL"}});
     for (int i = 0; i < entries.size(); ++i) {
         VLMC_XMLNode *const entry = entries.at(i);
-        if (!url || fieldText(entry, "url") == *url) {
-            listing.add({i, fieldText(entry, "dateTime"), fieldText(entry, "title"),
-                         fieldText(entry, "url")});
+        if (!url || fieldText(entry, vlm::history::kUrl) == *url) {
+            listing.add({i, fieldText(entry, vlm::history::kDateTime),
+                         fieldText(entry, vlm::history::kTitle),
+                         fieldText(entry, vlm::history::kUrl)});
         }
     }
     const bool isFound = !url || !listing.isEmpty();
@@ -136,10 +138,10 @@ int removeHistory(const Call &call)
 int clearHistory(const Call &)
 {
     // What stands behind a damage, a repair can still get back.
-    if (refuseToRead(Document(History, text(kHere))) != Done) {
+    if (refuseToRead(Document(History, text(kProfileFolder))) != Done) {
         return Failed;
     }
-    QString directory = text(kHere);
+    QString directory = text(kProfileFolder);
     store().loadHistory(&directory, kMaxEntries);
     store().deleteAllSetting();
     return saveStore(History);
@@ -147,7 +149,7 @@ int clearHistory(const Call &)
 
 int exportHistory(const Call &call)
 {
-    const Document document(History, text(kHere));
+    const Document document(History, text(kProfileFolder));
     const QString format = call.has("format") ? call.option("format") : text("csv");
     if (format != text("csv") && format != text("json")) {
         return fail(text("--format takes csv or json, not '%1'").arg(format));
@@ -158,8 +160,8 @@ int exportHistory(const Call &call)
     QList<VisitRecord> visits;
     const QList<VLMC_XMLNode *> entries = sorted(document);
     for (VLMC_XMLNode *const entry : entries) {
-        visits.append(
-            {fieldText(entry, "title"), fieldText(entry, "url"), fieldText(entry, "dateTime")});
+        visits.append({fieldText(entry, vlm::history::kTitle), fieldText(entry, vlm::history::kUrl),
+                       fieldText(entry, vlm::history::kDateTime)});
     }
     const QByteArray content =
         format == text("json") ? writeHistoryJson(visits) : writeHistoryCsv(visits);
@@ -176,7 +178,7 @@ QList<Command> historyCommands()
         {"history", "find", "DIR URL", 1, 1, "json", "the visits of one page", Reads, findHistory},
         {"history", "add", "DIR URL [TITLE]", 1, 2, "time strict", "add a visit", Writes,
          addHistory},
-        {"history", "remove", "DIR ID...", 1, 999, "strict", "remove visits", Writes,
+        {"history", "remove", "DIR ID...", 1, kMaxEntries, "strict", "remove visits", Writes,
          removeHistory},
         {"history", "clear", "DIR", 0, 0, "", "remove all visits", Writes, clearHistory},
         {"history", "export", "DIR FILE", 1, 1, "format", "write the visits (--format csv or json)",

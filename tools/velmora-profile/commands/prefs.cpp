@@ -35,8 +35,8 @@ Listing listingOf(const QList<Preference> &wanted, const Document &common, const
     for (const Preference &preference : wanted) {
         const Document &document = preference.document == CommonPreferences ? common : user;
         const PreferenceValue value = valueOf(preference, document);
-        listing.add({text(preference.name), shown(preference, value.value, showSecrets),
-                     text(preference.fallback), noteOn(value), value.inFile, value.hidden,
+        listing.add({preference.name(), shown(preference, value.value, showSecrets),
+                     preference.fallback, noteOn(value), value.inFile, value.hidden,
                      text(document.type().fileName)});
     }
     return listing;
@@ -51,17 +51,16 @@ int failRefused(const Preference &preference, const QString &value)
 {
     if (preference.kind == Preference::Word) {
         return fail(
-            text("%1 takes %2, not '%3'").arg(text(preference.name), limitOf(preference), value));
+            text("%1 takes %2, not '%3'").arg(preference.name(), limitOf(preference), value));
     }
     return fail(text("%1 takes %2; the value has %3")
-                    .arg(text(preference.name), limitOf(preference))
+                    .arg(preference.name(), limitOf(preference))
                     .arg(utf8Bytes(value)));
 }
 
 bool isKnownWord(const Preference &preference, const QString &value)
 {
-    return preference.kind != Preference::Word
-           || text(preference.words).split(QLatin1Char(' ')).contains(value);
+    return preference.kind != Preference::Word || preference.words.contains(value);
 }
 
 // Encoded values keep every character.
@@ -70,7 +69,7 @@ QList<Loss> lossesOf(const Preference &preference, const QString &value)
     if (preference.kind != Preference::Text || isKept(value)) {
         return QList<Loss>();
     }
-    return {{text(preference.name), text("it has characters that the file cannot hold")}};
+    return {{preference.name(), text("it has characters that the file cannot hold")}};
 }
 
 // A value, from the command line or, for a password, from standard input alone.
@@ -81,7 +80,7 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
         if (given) {
             return fail(text("%1 is read from standard input, where others cannot see it; do not "
                              "put it on the command line")
-                            .arg(text(preference.name)));
+                            .arg(preference.name()));
         }
         QByteArray secret;
         if (!readSecret("Password", &secret)) {
@@ -91,8 +90,7 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
         return Done;
     }
     if (!given) {
-        return fail(
-            text("%1 takes %2; name a value").arg(text(preference.name), limitOf(preference)));
+        return fail(text("%1 takes %2; name a value").arg(preference.name(), limitOf(preference)));
     }
     *value = call.operands.at(1);
     return Done;
@@ -100,8 +98,8 @@ int valueFrom(const Call &call, const Preference &preference, QString *value)
 
 int listPreferences(const Call &call)
 {
-    const Document common(CommonPreferences, text(kHere));
-    const Document user(UserPreferences, text(kHere));
+    const Document common(CommonPreferences, text(kProfileFolder));
+    const Document user(UserPreferences, text(kProfileFolder));
     if (warnOfDamage(common) != Done || warnOfDamage(user) != Done) {
         return Failed;
     }
@@ -114,7 +112,7 @@ int getPreference(const Call &call)
     if (!preference) {
         return failUnknown(call.operands.at(0));
     }
-    const Document document(preference->document, text(kHere));
+    const Document document(preference->document, text(kProfileFolder));
     if (warnOfDamage(document) != Done) {
         return Failed;
     }
@@ -128,7 +126,7 @@ int getPreference(const Call &call)
     say(printable(shown(*preference, value.value, call.has("show-secrets"))));
     if (!value.hidden.isEmpty()) {
         warn(text("%1: %2: the browser uses the default '%3'")
-                 .arg(text(preference->name), value.hidden, text(preference->fallback)));
+                 .arg(preference->name(), value.hidden, preference->fallback));
     }
     return Done;
 }

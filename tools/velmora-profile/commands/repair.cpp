@@ -1,5 +1,7 @@
 // repair: gets back what damaged files still hold. Each file that is changed is copied first.
 
+#include "core/DocumentRoot_p.h"
+#include "preferences/CommonRows_p.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
 #include "tools/velmora-profile/profile/Backup.h"
@@ -45,7 +47,7 @@ int write(const DocumentType &type, const QList<VLMC_XMLNode *> &entries)
 {
     VLMC_XMLSetting *const store = type.store();
     store->createXMLRootNode();
-    nameRoot(type);
+    vlm::nameRoot(*store->getXMLRootNode(), type.rootName);
     char atEnd = 0;
     for (VLMC_XMLNode *const entry : entries) {
         store->getXMLRootNode()->addXMLNode(entry, atEnd);
@@ -110,7 +112,7 @@ int repairEntries(const Document &document, bool dryRun, Repaired *repaired)
 void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &content,
          VLMC_XMLNode *made, QList<VLMC_XMLNode *> *groups)
 {
-    QString name = text(preference.name).section(QLatin1Char('.'), 0, 0);
+    QString name = preference.group;
     VLMC_XMLNode *group = nullptr;
     for (VLMC_XMLNode *const other : qAsConst(*groups)) {
         group = other->getName() == name ? other : group;
@@ -121,9 +123,11 @@ void put(const Preference &preference, VLMC_XMLNode *element, const QByteArray &
         group->setName(name);
         groups->append(group);
         // Without its version the group would be taken for one of old, and SSL 3.0 switched off.
-        if (name == text("security") && content.contains("<security version=")) {
+        if (name == text(vlm::commonPreferences::kSecurity)
+            && content.contains("<security version=")) {
             QXmlStreamAttributes attributes;
-            attributes.append(text("version"), text("2.0"));
+            attributes.append(text(vlm::commonPreferences::kVersion),
+                              text(vlm::commonPreferences::kSecurityVersion));
             group->setAttribute(attributes);
         }
     }
@@ -152,7 +156,7 @@ QStringList namesIn(const Document &document)
     QStringList names;
     for (const Preference &preference : preferences()) {
         if (preference.document == document.type().kind && valueOf(preference, document).inFile) {
-            names.append(text(preference.name));
+            names.append(preference.name());
         }
     }
     return names;
@@ -166,11 +170,11 @@ int repairPreferences(const Document &document, bool dryRun, Repaired *repaired)
     const QStringList whole = namesIn(document);
     repaired->kept = whole;
     for (const Preference &preference : preferences()) {
-        const QString name = text(preference.name);
+        const QString name = preference.name();
         if (preference.document != document.type().kind || whole.contains(name)) {
             continue;
         }
-        const Recovery recovery(document.content(), name.section(QLatin1Char('.'), 1));
+        const Recovery recovery(document.content(), preference.element);
         if (!recovery.kept().isEmpty()) {
             put(preference, recovery.kept().last(), document.content(), &made, &groups);
             repaired->kept.append(name);
@@ -230,6 +234,14 @@ QString reasonFor(const Document &document)
     return isNumbered(document) ? QString() : text("its entries are not numbered from 0");
 }
 
+// A file that could not be copied is as it was.
+void addWhatWasDone(const Repaired &repaired, bool dryRun, QList<Repaired> *all)
+{
+    if (dryRun || !repaired.copy.isEmpty()) {
+        all->append(repaired);
+    }
+}
+
 int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
 {
     if (document.state() == Document::Unreadable) {
@@ -243,20 +255,20 @@ int repairDocument(const Document &document, bool dryRun, QList<Repaired> *all)
     }
     const int status = document.type().entryName ? repairEntries(document, dryRun, &repaired)
                                                  : repairPreferences(document, dryRun, &repaired);
-    all->append(repaired);
+    addWhatWasDone(repaired, dryRun, all);
     return status;
 }
 
 int repairCookieFile(bool dryRun, QList<Repaired> *all)
 {
-    const CookieFile file = readCookieFile(text(kHere));
+    const CookieFile file = readCookieFile(text(kProfileFolder));
     if (file.state == Document::Unreadable) {
-        return fail(text("%1 cannot be read; check its owner and mode").arg(text(kCookieIni)));
+        return fail(text("%1 cannot be read; check its owner and mode").arg(text(kIniFileName)));
     }
     if (file.state != Document::Damaged) {
         return Done;
     }
-    Repaired repaired = {text(kCookieIni),
+    Repaired repaired = {text(kIniFileName),
                          text("damaged: %1").arg(file.damage),
                          QStringList(),
                          {text("what follows the damage or cannot be read")},
@@ -267,23 +279,24 @@ int repairCookieFile(bool dryRun, QList<Repaired> *all)
     }
     int status = Done;
     if (!dryRun) {
-        repaired.copy = keepCopy(text(kCookieIni));
+        repaired.copy = keepCopy(text(kIniFileName));
         status = repaired.copy.isEmpty() ? int(Failed) : writeCookieFile(file.cookies);
     }
-    all->append(repaired);
+    addWhatWasDone(repaired, dryRun, all);
     return status;
 }
 
 // Passwords and sessions are their owner's alone.
 int repairModes(bool dryRun, QList<Repaired> *all)
 {
-    const QStringList files = secretFiles(text(kHere));
+    const QStringList files = secretFiles(text(kProfileFolder));
     for (const QString &file : files) {
-        if (!isOpenToOthers(text(kHere) + file)) {
+        if (!isOpenToOthers(text(kProfileFolder) + file)) {
             continue;
         }
         if (!dryRun
-            && !QFile::setPermissions(text(kHere) + file, QFile::ReadOwner | QFile::WriteOwner)) {
+            && !QFile::setPermissions(text(kProfileFolder) + file,
+                                      QFile::ReadOwner | QFile::WriteOwner)) {
             return fail(
                 text("the mode of %1 cannot be changed; it belongs to someone else").arg(file));
         }
@@ -318,7 +331,7 @@ QJsonObject jsonOf(const Repaired &repaired)
 }
 
 // True when something was lost.
-bool sayAll(const Call &call, const QList<Repaired> &all)
+bool sayAll(const Call &call, const QList<Repaired> &all, int status)
 {
     bool lost = false;
     QJsonArray array;
@@ -331,7 +344,7 @@ bool sayAll(const Call &call, const QList<Repaired> &all)
     }
     if (call.has("json")) {
         sayJson(array);
-    } else if (all.isEmpty()) {
+    } else if (all.isEmpty() && status == Done) {
         say(text("nothing to repair"));
     } else if (call.has("dry-run")) {
         say(text("nothing was changed: this was a dry run"));
@@ -345,11 +358,12 @@ int repair(const Call &call)
     QList<Repaired> all;
     int status = Done;
     for (const DocumentType &type : documentTypes()) {
-        status = qMax(status, repairDocument(Document(type.kind, text(kHere)), dryRun, &all));
+        status =
+            qMax(status, repairDocument(Document(type.kind, text(kProfileFolder)), dryRun, &all));
     }
     status = qMax(status, repairCookieFile(dryRun, &all));
     status = qMax(status, repairModes(dryRun, &all));
-    const bool lost = sayAll(call, all);
+    const bool lost = sayAll(call, all, status);
     return qMax(status, int(lost ? Differs : Done));
 }
 } // namespace

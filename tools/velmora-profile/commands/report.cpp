@@ -1,5 +1,7 @@
 // report: the profile as one page that needs nothing else.
 
+#include "bookmarks/HistoryElements_p.h"
+#include "cookies/AuthElements_p.h"
 #include "text/TimeText_p.h"
 #include "tools/velmora-profile/commands/Command.h"
 #include "tools/velmora-profile/output/Console.h"
@@ -26,7 +28,7 @@ const int kVisitsShown = 200;
 
 QString findingsSection()
 {
-    const QList<Finding> findings = findingsOf(text(kHere));
+    const QList<Finding> findings = findingsOf(text(kProfileFolder));
     QString body;
     for (const Finding &finding : findings) {
         body += text("<div class=\"finding\"><p><strong>") + escaped(finding.file)
@@ -41,7 +43,7 @@ QString findingsSection()
 // The file as it is, when it is an image that browsers draw.
 QString picture(const QString &name)
 {
-    const QString path = text(kHere) + text(kThumbnailFolder) + name;
+    const QString path = text(kProfileFolder) + text(kThumbnailFolder) + name;
     QFile file(path);
     if (!isPictureFile(path) || QImageReader(path).format() != "png"
         || !file.open(QIODevice::ReadOnly)) {
@@ -53,13 +55,15 @@ QString picture(const QString &name)
 
 QString bookmarksSection()
 {
-    const Document document(Bookmarks, text(kHere));
+    const Document document(Bookmarks, text(kProfileFolder));
     const QList<VLMC_XMLNode *> &bookmarks = document.children();
     Progress progress("bookmark", bookmarks.size());
     QString body = bookmarks.isEmpty() ? QString() : text("<ul class=\"marks\">\n");
     for (VLMC_XMLNode *const bookmark : bookmarks) {
-        body += text("<li>") + picture(thumbnailName(fieldText(bookmark, "thumbnail")))
-                + linked(fieldText(bookmark, "href"), fieldText(bookmark, "title"))
+        body += text("<li>")
+                + picture(thumbnailName(fieldText(bookmark, vlm::bookmarks::kThumbnail)))
+                + linked(fieldText(bookmark, vlm::bookmarks::kUrl),
+                         fieldText(bookmark, vlm::bookmarks::kTitle))
                 + text("</li>\n");
         progress.step();
     }
@@ -71,7 +75,8 @@ QList<QDateTime> timesOf(const QList<VLMC_XMLNode *> &visits)
 {
     QList<QDateTime> times;
     for (VLMC_XMLNode *const visit : visits) {
-        const QDateTime time = vlm::timeOfText(fieldText(visit, "dateTime"), vlm::ToMinute);
+        const QDateTime time =
+            vlm::timeOfText(fieldText(visit, vlm::history::kDateTime), vlm::ToMinute);
         if (time.isValid()) {
             times.append(time);
         }
@@ -121,14 +126,15 @@ QString hoursChart(const QList<QDateTime> &times)
 
 QString historySection()
 {
-    const Document document(History, text(kHere));
+    const Document document(History, text(kProfileFolder));
     const QList<VLMC_XMLNode *> &visits = document.children();
     const QList<QDateTime> times = timesOf(visits);
     QString body = times.isEmpty() ? QString() : daysChart(times) + hoursChart(times);
     QList<QStringList> rows;
     for (VLMC_XMLNode *const visit : visits.mid(0, kVisitsShown)) {
-        rows.append({escaped(fieldText(visit, "dateTime")),
-                     linked(fieldText(visit, "url"), fieldText(visit, "title"))});
+        rows.append(
+            {escaped(fieldText(visit, vlm::history::kDateTime)),
+             linked(fieldText(visit, vlm::history::kUrl), fieldText(visit, vlm::history::kTitle))});
     }
     if (!rows.isEmpty()) {
         body += htmlTable({text("Visited"), text("Page")}, rows);
@@ -142,8 +148,8 @@ QString historySection()
 
 QString preferencesSection()
 {
-    const Document common(CommonPreferences, text(kHere));
-    const Document user(UserPreferences, text(kHere));
+    const Document common(CommonPreferences, text(kProfileFolder));
+    const Document user(UserPreferences, text(kProfileFolder));
     QList<QStringList> rows;
     for (const Preference &preference : preferences()) {
         const PreferenceValue value =
@@ -152,11 +158,11 @@ QString preferencesSection()
         const bool isSecret =
             preference.kind == Preference::Base64 || preference.kind == Preference::Base64Secret;
         const QString shownValue = isSecret ? masked(value.value) : value.value;
-        const bool isChanged = value.value != text(preference.fallback);
+        const bool isChanged = value.value != preference.fallback;
         rows.append(
-            {escaped(text(preference.name)),
+            {escaped(preference.name()),
              text(isChanged ? "<span class=\"changed\">%1</span>" : "%1").arg(escaped(shownValue)),
-             escaped(text(preference.fallback)),
+             escaped(preference.fallback),
              value.inFile ? escaped(value.hidden) : text("not in the file")});
     }
     return section("preferences", "Preferences", rows.size(),
@@ -165,7 +171,7 @@ QString preferencesSection()
 
 QString fontsSection()
 {
-    const Document document(Fonts, text(kHere));
+    const Document document(Fonts, text(kProfileFolder));
     const QList<VLMC_XMLNode *> &fonts = document.children();
     QString body = fonts.isEmpty() ? QString() : text("<ul class=\"fonts\">\n");
     for (VLMC_XMLNode *const font : fonts) {
@@ -188,7 +194,7 @@ QString expiryOf(const QNetworkCookie &cookie)
 // By site, in a site by expiry. Their values are sessions, and stay out of the page.
 QString cookiesSection()
 {
-    const CookieFile file = readCookieFile(text(kHere));
+    const CookieFile file = readCookieFile(text(kProfileFolder));
     QMap<QString, QMultiMap<QDateTime, QNetworkCookie>> sites;
     for (const QNetworkCookie &cookie : file.cookies) {
         sites[cookie.domain()].insert(cookie.expirationDate(), cookie);
@@ -212,11 +218,13 @@ QString cookiesSection()
 
 QString credentialsSection()
 {
-    const Document document(profile::Credentials, text(kHere));
+    const Document document(profile::Credentials, text(kProfileFolder));
     QList<QStringList> rows;
     for (VLMC_XMLNode *const entry : document.children()) {
-        rows.append({escaped(fieldText(entry, "hostName")), escaped(fieldText(entry, "portNum")),
-                     escaped(fieldText(entry, "authType")), text("********"), text("********")});
+        rows.append({escaped(fieldText(entry, vlm::auth::kHostName)),
+                     escaped(fieldText(entry, vlm::auth::kPortNum)),
+                     escaped(fieldText(entry, vlm::auth::kAuthType)), text("********"),
+                     text("********")});
     }
     return section("credentials", "Credentials", rows.size(),
                    rows.isEmpty() ? QString()

@@ -58,7 +58,7 @@ Row rowOf(const Document &document)
 
 Row rowOf(const CookieFile &file)
 {
-    Row row = {text(kCookieIni), stateName(file.state), int(file.cookies.size()), QString(),
+    Row row = {text(kIniFileName), stateName(file.state), int(file.cookies.size()), QString(),
                QJsonObject()};
     if (file.state == Document::Damaged) {
         row.damage = text("damaged: %1").arg(file.damage);
@@ -71,7 +71,7 @@ Row rowOf(const CookieFile &file)
 Row rowOfThumbnails()
 {
     int files = 0;
-    const QList<Thumbnail> thumbnails = thumbnailsOf(text(kHere));
+    const QList<Thumbnail> thumbnails = thumbnailsOf(text(kProfileFolder));
     for (const Thumbnail &thumbnail : thumbnails) {
         files += thumbnail.exists ? 1 : 0;
     }
@@ -84,16 +84,16 @@ QList<Row> rows()
 {
     QList<Row> all;
     for (const DocumentType &type : documentTypes()) {
-        all.append(rowOf(Document(type.kind, text(kHere))));
+        all.append(rowOf(Document(type.kind, text(kProfileFolder))));
     }
-    all.append(rowOf(readCookieFile(text(kHere))));
+    all.append(rowOf(readCookieFile(text(kProfileFolder))));
     all.append(rowOfThumbnails());
     return all;
 }
 
 void add(Table *table, const Row &row)
 {
-    const QFileInfo file(text(kHere) + row.file);
+    const QFileInfo file(text(kProfileFolder) + row.file);
     if (!file.exists()) {
         table->add({row.file, row.state, text("-"), text("-"), text("-"), text("-")});
         return;
@@ -105,7 +105,7 @@ void add(Table *table, const Row &row)
 
 QJsonObject jsonOf(const Row &row)
 {
-    const QFileInfo file(text(kHere) + row.file);
+    const QFileInfo file(text(kProfileFolder) + row.file);
     QJsonObject object = {{text("file"), row.file}, {text("state"), row.state}};
     if (!row.damage.isEmpty()) {
         object.insert(text("damage"), row.json);
@@ -125,7 +125,7 @@ int statusOf(const QList<Row> &all)
     int status = Done;
     for (const Row &row : all) {
         if (row.state == stateName(Document::Unreadable)) {
-            status = failUnreadable(text(kHere) + row.file);
+            status = failUnreadable(text(kProfileFolder) + row.file);
         }
     }
     return status;
@@ -139,7 +139,7 @@ void showAsJson(const Call &call, const QList<Row> &all)
     }
     sayJson(QJsonObject{{text("directory"), call.directory},
                         {text("files"), files},
-                        {text("findings"), toJson(findingsOf(text(kHere)))}});
+                        {text("findings"), toJson(findingsOf(text(kProfileFolder)))}});
 }
 
 int show(const Call &call)
@@ -162,7 +162,7 @@ int show(const Call &call)
     if (!damages.isEmpty()) {
         sayBytes('\n' + damages.toUtf8());
     }
-    const QList<Finding> findings = findingsOf(text(kHere));
+    const QList<Finding> findings = findingsOf(text(kProfileFolder));
     say(text("\n%1").arg(counted(findings.size(), "finding", "findings")));
     sayBytes(toText(findings).toUtf8());
     return statusOf(all);

@@ -20,7 +20,7 @@ using namespace profile;
 
 VLMC_ThumbnailConverter &converter() { return *VLMC_ThumbnailConverter::getInstance(); }
 
-QString folder() { return text(kHere) + text(kThumbnailFolder); }
+QString folder() { return text(kProfileFolder) + text(kThumbnailFolder); }
 
 QString sizeOf(const Thumbnail &thumbnail)
 {
@@ -86,12 +86,12 @@ bool pack(QByteArray *content)
 
 int listThumbnails(const Call &call)
 {
-    if (warnOfDamage(Document(Bookmarks, text(kHere))) != Done) {
+    if (warnOfDamage(Document(Bookmarks, text(kProfileFolder))) != Done) {
         return Failed;
     }
     Listing listing(
         {{"file", "File"}, {"exists", nullptr}, {"size", "Size"}, {"bookmarks", "Bookmark"}});
-    const QList<Thumbnail> thumbnails = thumbnailsOf(text(kHere));
+    const QList<Thumbnail> thumbnails = thumbnailsOf(text(kProfileFolder));
     for (const Thumbnail &thumbnail : thumbnails) {
         listing.add({thumbnail.name, thumbnail.exists, sizeOf(thumbnail),
                      QJsonArray::fromStringList(thumbnail.bookmarks)});
@@ -142,7 +142,7 @@ int unpackThumbnails(const Call &call)
 
 int cleanThumbnails(const Call &call)
 {
-    const Document document(Bookmarks, text(kHere));
+    const Document document(Bookmarks, text(kProfileFolder));
     // Without all bookmarks nothing says which files are in use.
     if (document.state() != Document::Whole) {
         return refuseToRead(document) == Done
@@ -151,7 +151,7 @@ int cleanThumbnails(const Call &call)
                               .arg(stateName(document.state())))
                    : int(Failed);
     }
-    const QList<Thumbnail> thumbnails = thumbnailsOf(text(kHere));
+    const QList<Thumbnail> thumbnails = thumbnailsOf(text(kProfileFolder));
     for (const Thumbnail &thumbnail : thumbnails) {
         if (!thumbnail.bookmarks.isEmpty()) {
             continue;

@@ -1,5 +1,5 @@
-#ifndef FORMATS_FORMATS_H
-#define FORMATS_FORMATS_H
+#ifndef TOOLS_VELMORA_PROFILE_FORMATS_FORMATS_H
+#define TOOLS_VELMORA_PROFILE_FORMATS_FORMATS_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QList>

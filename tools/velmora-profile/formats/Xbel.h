@@ -1,5 +1,5 @@
-#ifndef FORMATS_XBEL_H
-#define FORMATS_XBEL_H
+#ifndef TOOLS_VELMORA_PROFILE_FORMATS_XBEL_H
+#define TOOLS_VELMORA_PROFILE_FORMATS_XBEL_H
 
 #include "tools/velmora-profile/formats/Formats.h"
 

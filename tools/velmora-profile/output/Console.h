@@ -1,5 +1,5 @@
-#ifndef OUTPUT_CONSOLE_H
-#define OUTPUT_CONSOLE_H
+#ifndef TOOLS_VELMORA_PROFILE_OUTPUT_CONSOLE_H
+#define TOOLS_VELMORA_PROFILE_OUTPUT_CONSOLE_H
 
 #include "tools/velmora-profile/output/Text.h"
 

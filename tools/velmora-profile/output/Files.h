@@ -1,5 +1,5 @@
-#ifndef OUTPUT_FILES_H
-#define OUTPUT_FILES_H
+#ifndef TOOLS_VELMORA_PROFILE_OUTPUT_FILES_H
+#define TOOLS_VELMORA_PROFILE_OUTPUT_FILES_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>

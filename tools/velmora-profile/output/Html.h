@@ -1,5 +1,5 @@
-#ifndef OUTPUT_HTML_H
-#define OUTPUT_HTML_H
+#ifndef TOOLS_VELMORA_PROFILE_OUTPUT_HTML_H
+#define TOOLS_VELMORA_PROFILE_OUTPUT_HTML_H
 
 #include <QtCore/QStringList>
 

@@ -1,5 +1,5 @@
-#ifndef OUTPUT_LISTING_H
-#define OUTPUT_LISTING_H
+#ifndef TOOLS_VELMORA_PROFILE_OUTPUT_LISTING_H
+#define TOOLS_VELMORA_PROFILE_OUTPUT_LISTING_H
 
 #include "tools/velmora-profile/output/Table.h"
 

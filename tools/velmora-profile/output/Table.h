@@ -1,5 +1,5 @@
-#ifndef OUTPUT_TABLE_H
-#define OUTPUT_TABLE_H
+#ifndef TOOLS_VELMORA_PROFILE_OUTPUT_TABLE_H
+#define TOOLS_VELMORA_PROFILE_OUTPUT_TABLE_H
 
 #include <QtCore/QList>
 #include <QtCore/QStringList>

@@ -1,5 +1,7 @@
 #include "tools/velmora-profile/output/Text.h"
 
+#include "text/XmlText_p.h"
+
 #include <QtCore/QRegularExpression>
 
 namespace
@@ -17,13 +19,6 @@ bool isControl(QChar character)
 {
     const ushort code = character.unicode();
     return code < 0x20 || (code >= 0x7f && code < 0xa0) || code == 0x2028 || code == 0x2029;
-}
-
-// Characters that XML cannot carry.
-bool isUnwritable(ushort code)
-{
-    return (code < 0x20 && code != 0x09 && code != 0x0a) || (code & 0xfffe) == 0xfffe
-           || (code >= 0xfdd0 && code <= 0xfdef);
 }
 } // namespace
 
@@ -76,22 +71,9 @@ QString profile::withoutUserInfo(const QString &address)
 
 int profile::utf8Bytes(const QString &text) { return int(text.toUtf8().size()); }
 
+// A carriage return reads as the end of a line, and nothing but blanks as nothing.
 bool profile::isKept(const QString &text)
 {
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar character = text.at(i);
-        const bool isPair =
-            character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (isPair) {
-            const uint code = QChar::surrogateToUcs4(character, text.at(i + 1));
-            if ((code & 0xfffe) == 0xfffe) {
-                return false;
-            }
-            ++i;
-        } else if (character.isSurrogate() || isUnwritable(character.unicode())) {
-            return false;
-        }
-    }
-    // A document's text that is nothing but blanks reads as empty.
-    return text.isEmpty() || !text.trimmed().isEmpty();
+    return vlm::isXmlText(text) && !text.contains(QLatin1Char('\r'))
+           && (text.isEmpty() || !text.trimmed().isEmpty());
 }

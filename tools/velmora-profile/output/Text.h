@@ -1,5 +1,5 @@
-#ifndef OUTPUT_TEXT_H
-#define OUTPUT_TEXT_H
+#ifndef TOOLS_VELMORA_PROFILE_OUTPUT_TEXT_H
+#define TOOLS_VELMORA_PROFILE_OUTPUT_TEXT_H
 
 #include <QtCore/QString>
 

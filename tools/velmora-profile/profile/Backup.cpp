@@ -12,20 +12,24 @@ namespace
 {
 using namespace profile;
 
-// A file of mode 0600 from its first byte on: a copy with the mode of the file would leave to
-// others what its repair takes from them.
-bool copyForOwner(const QString &from, const QString &to)
+// A file of mode 0600 from its first byte on: a copy of secrets with the mode of the file would
+// leave to others what its repair takes from them. Without a buffer, which would drop what a full
+// disk does not take, and nobody would know.
+bool copyFile(const QString &from, const QString &to)
 {
     const OwnerOnly ownerOnly;
     QFile source(from);
     QSaveFile target(to);
-    return source.open(QIODevice::ReadOnly) && target.open(QIODevice::WriteOnly)
-           && target.write(source.readAll()) == source.size() && target.commit();
-}
-
-bool copyFile(const QString &from, const QString &to)
-{
-    return mayHoldSecrets(from) ? copyForOwner(from, to) : QFile::copy(from, to);
+    if (!source.open(QIODevice::ReadOnly)
+        || !target.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        return false;
+    }
+    if (!mayHoldSecrets(from)) {
+        target.setPermissions(source.permissions());
+    }
+    const QByteArray content = source.readAll();
+    return content.size() == source.size() && target.write(content) == content.size()
+           && target.commit();
 }
 } // namespace
 

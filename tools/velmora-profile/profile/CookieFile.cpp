@@ -60,7 +60,10 @@ QString damageOf(const QString &path)
     }
     const QSettings settings(path, QSettings::IniFormat);
     return settings.status() == QSettings::NoError
-               ? damageOfBytes(settings.value(text("Cookie/cookies")).toByteArray())
+               ? damageOfBytes(settings
+                                   .value(text("%1/%2").arg(text(vlm::cookies::kIniGroup),
+                                                            text(vlm::cookies::kIniKey)))
+                                   .toByteArray())
                : text("it is not an INI file");
 }
 
@@ -84,7 +87,7 @@ bool holds(const QString &directory, const QList<QNetworkCookie> &cookies)
 profile::CookieFile profile::readCookieFile(const QString &directory)
 {
     CookieFile cookieFile = {Document::Missing, QString(), QList<QNetworkCookie>()};
-    const QFileInfo file(directory + text(kCookieIni));
+    const QFileInfo file(directory + text(kIniFileName));
     if (!file.exists()) {
         return cookieFile;
     }
@@ -113,12 +116,13 @@ int profile::writeCookieFile(const QList<QNetworkCookie> &cookies)
     VLMC_CookieSetting::getInstance()->saveCookieInfo(cookies, &folder, kMaxEntries);
     // QSettings keeps in mind what it wrote under a name, whatever has reached the file.
     const QString directory = checked.path() + QLatin1Char('/');
-    const QString path = directory + text(kCookieIni);
+    const QString path = directory + text(kIniFileName);
     QByteArray content;
-    if (!QFile::rename(folder + text(kCookieIni), path) || !holds(directory, cookies)) {
+    if (!QFile::rename(folder + text(kIniFileName), path) || !holds(directory, cookies)) {
         return fail(text("cookie.ini could not be written; nothing was changed; check the free "
                          "space for temporary files"));
     }
-    return readFile(path, &content) && replaceFile(text(kCookieIni), content, OwnerAlone) ? Done
-                                                                                          : Failed;
+    return readFile(path, &content) && replaceFile(text(kIniFileName), content, OwnerAlone)
+               ? Done
+               : Failed;
 }

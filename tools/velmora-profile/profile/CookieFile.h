@@ -1,13 +1,14 @@
-#ifndef PROFILE_COOKIEFILE_H
-#define PROFILE_COOKIEFILE_H
+#ifndef TOOLS_VELMORA_PROFILE_PROFILE_COOKIEFILE_H
+#define TOOLS_VELMORA_PROFILE_PROFILE_COOKIEFILE_H
 
+#include "cookies/CookieElements_p.h"
 #include "tools/velmora-profile/profile/Document.h"
 
 #include <QtNetwork/QNetworkCookie>
 
 namespace profile
 {
-const char kCookieIni[] = "cookie.ini";
+using vlm::cookies::kIniFileName;
 
 // The engine's cookie.ini.
 struct CookieFile {

@@ -12,9 +12,6 @@ namespace
 {
 using namespace profile;
 
-// The library's bound for the attributes that a document declares for elements without them.
-const int kMaxDefaulted = 4096;
-
 // What one pass over the tokens tells: the error, and how much was whole before it.
 struct Outline {
     QXmlStreamReader::Error error;
@@ -35,25 +32,6 @@ void count(const QXmlStreamReader &reader, const DocumentType &type, int depth, 
     }
 }
 
-bool isUtf8(const QXmlStreamReader &reader)
-{
-    const QString encoding = reader.documentEncoding().toString();
-    return encoding.isEmpty() || encoding.compare(text("UTF-8"), Qt::CaseInsensitive) == 0;
-}
-
-// Characters that a start tag has only from a declaration.
-int defaultedIn(const QXmlStreamReader &reader)
-{
-    int defaulted = 0;
-    const QXmlStreamAttributes attributes = reader.attributes();
-    for (const QXmlStreamAttribute &attribute : attributes) {
-        if (attribute.isDefault()) {
-            defaulted += int(attribute.qualifiedName().size() + attribute.value().size());
-        }
-    }
-    return defaulted;
-}
-
 // Reads with the library's bounds: a few declared entities can come to more than memory holds, and
 // what the library does not read is not there for the browser either.
 void readOutline(QXmlStreamReader &reader, vlm::DocumentSource &source, const DocumentType &type,
@@ -66,14 +44,14 @@ void readOutline(QXmlStreamReader &reader, vlm::DocumentSource &source, const Do
         const QXmlStreamReader::TokenType token = reader.readNext();
         if (token == QXmlStreamReader::StartDocument) {
             // The encoding is known only from this token on.
-            utf8 = isUtf8(reader);
+            utf8 = vlm::isUtf8(reader);
         } else if (token == QXmlStreamReader::DTD) {
             source.declare(reader.entityDeclarations(), utf8);
         } else if (token == QXmlStreamReader::StartElement) {
             source.endProlog();
             // The library reads the root's attributes whatever they come to.
-            defaulted += depth++ > 0 ? defaultedIn(reader) : 0;
-            if (defaulted > kMaxDefaulted) {
+            defaulted += depth++ > 0 ? vlm::defaultedSize(reader.attributes()) : 0;
+            if (defaulted > vlm::kMaxDefaulted) {
                 reader.raiseError(text("Too many attributes out of declarations."));
             }
         } else if (token == QXmlStreamReader::EndElement) {

@@ -1,5 +1,5 @@
-#ifndef PROFILE_DOCUMENT_H
-#define PROFILE_DOCUMENT_H
+#ifndef TOOLS_VELMORA_PROFILE_PROFILE_DOCUMENT_H
+#define TOOLS_VELMORA_PROFILE_PROFILE_DOCUMENT_H
 
 #include "core/VLMC_XMLNode.h"
 #include "tools/velmora-profile/profile/DocumentType.h"

@@ -1,10 +1,16 @@
 #include "tools/velmora-profile/profile/DocumentType.h"
 
+#include "bookmarks/HistoryElements_p.h"
 #include "bookmarks/VLMC_BookmarksSetting.h"
 #include "bookmarks/VLMC_HistorySetting.h"
+#include "cookies/AuthElements_p.h"
+#include "cookies/CookieElements_p.h"
 #include "cookies/VLMC_AuthSetting.h"
 #include "cookies/VLMC_CookieSetting.h"
+#include "fonts/FontElements_p.h"
 #include "fonts/VLMC_FontListSetting.h"
+#include "preferences/CommonRows_p.h"
+#include "preferences/UserRows_p.h"
 #include "preferences/VLMC_BrowserCommonSetting.h"
 #include "preferences/VLMC_BrowserUserSetting.h"
 #include "tools/velmora-profile/output/Text.h"
@@ -37,20 +43,20 @@ void loadBookmarks(QString *folder)
 void saveBookmarks(QString *folder) { bookmarks().saveBookmark(folder, kMaxEntries); }
 // It leaves the folder in front of every path.
 void prepareBookmarks() { bookmarks().removeThumbnailFilePath(); }
-QString hrefOf(VLMC_XMLNode *bookmark) { return fieldText(bookmark, "href"); }
+QString hrefOf(VLMC_XMLNode *bookmark) { return fieldText(bookmark, vlm::bookmarks::kUrl); }
 
 VLMC_HistorySetting &history() { return *VLMC_HistorySetting::getInstance(); }
 void loadHistory(QString *folder) { history().loadHistory(folder, kMaxEntries); }
 void saveHistory(QString *folder) { history().saveHistory(folder, kMaxEntries); }
-QString urlOf(VLMC_XMLNode *visit) { return fieldText(visit, "url"); }
+QString urlOf(VLMC_XMLNode *visit) { return fieldText(visit, vlm::history::kUrl); }
 
 VLMC_AuthSetting &credentials() { return *VLMC_AuthSetting::getInstance(); }
 void loadCredentials(QString *folder) { credentials().loadAuthInfo(folder, kMaxEntries); }
 void saveCredentials(QString *folder) { credentials().saveAuthInfo(folder, kMaxEntries); }
-QString hostOf(VLMC_XMLNode *entry) { return fieldText(entry, "hostName"); }
+QString hostOf(VLMC_XMLNode *entry) { return fieldText(entry, vlm::auth::kHostName); }
 QString hostAndPortOf(VLMC_XMLNode *entry)
 {
-    return text("%1:%2").arg(hostOf(entry), fieldText(entry, "portNum"));
+    return text("%1:%2").arg(hostOf(entry), fieldText(entry, vlm::auth::kPortNum));
 }
 
 VLMC_FontListSetting &fonts() { return *VLMC_FontListSetting::getInstance(); }
@@ -65,43 +71,50 @@ void saveCookies(QString *folder)
 }
 QString cookieAndSiteOf(VLMC_XMLNode *cookie)
 {
-    return text("%1 of %2").arg(fieldText(cookie, "name"), fieldText(cookie, "website"));
+    return text("%1 of %2")
+        .arg(fieldText(cookie, vlm::cookies::kName), fieldText(cookie, vlm::cookies::kWebsite));
 }
 QString cookieAndPlaceOf(VLMC_XMLNode *cookie)
 {
-    return cookieAndSiteOf(cookie) + fieldText(cookie, "path");
+    return cookieAndSiteOf(cookie) + fieldText(cookie, vlm::cookies::kPath);
 }
 } // namespace
 
 const QList<profile::DocumentType> &profile::documentTypes()
 {
     typedef ComparedField Field;
-    const QList<Field> none = {};
-    const QList<Field> ofBookmarks = {{"title", "title", Field::Plain, false},
-                                      {"thumbnail", "thumbnail", Field::Picture, false}};
-    const QList<Field> ofVisits = {{"title", "title", Field::Plain, false},
-                                   {"visited", "dateTime", Field::Plain, false}};
-    const QList<Field> ofCredentials = {{"scheme", "authType", Field::Plain, false},
-                                        {"user", "user", Field::Encoded, false},
-                                        {"password", "passwd", Field::Encoded, true}};
-    const QList<Field> ofCookies = {{"secure", "secure", Field::Plain, false},
-                                    {"expires", "expires", Field::Plain, false},
-                                    {"value", "contents", Field::Plain, true}};
+    const QList<Field> ofBookmarks = {
+        {"title", vlm::bookmarks::kTitle, Field::Plain, false},
+        {"thumbnail", vlm::bookmarks::kThumbnail, Field::Picture, false}};
+    const QList<Field> ofVisits = {{"title", vlm::history::kTitle, Field::Plain, false},
+                                   {"visited", vlm::history::kDateTime, Field::Plain, false}};
+    const QList<Field> ofCredentials = {{"scheme", vlm::auth::kAuthType, Field::Plain, false},
+                                        {"user", vlm::auth::kUser, Field::Encoded, false},
+                                        {"password", vlm::auth::kPasswd, Field::Encoded, true}};
+    const QList<Field> ofCookies = {{"secure", vlm::cookies::kSecure, Field::Plain, false},
+                                    {"expires", vlm::cookies::kExpires, Field::Plain, false},
+                                    {"value", vlm::cookies::kContents, Field::Plain, true}};
     static const QList<DocumentType> types = {
-        {CommonPreferences, "repostry.xml", "repostry_common", nullptr,
-         store<VLMC_BrowserCommonSetting>, loadCommon, saveCommon, nullptr, nullptr, nullptr, none},
-        {UserPreferences, "repostry_private.xml", "repostry", nullptr,
-         store<VLMC_BrowserUserSetting>, loadUser, saveUser, nullptr, nullptr, nullptr, none},
-        {Bookmarks, "bookmark.xml", "bookmarks", "bookmark", store<VLMC_BookmarksSetting>,
-         loadBookmarks, saveBookmarks, prepareBookmarks, titleOf, hrefOf, ofBookmarks},
-        {History, "visit.xml", "history", "pageInfo", store<VLMC_HistorySetting>, loadHistory,
-         saveHistory, nullptr, urlOf, urlOf, ofVisits},
-        {Credentials, "authinfo.xml", "authentication", "authInfo", store<VLMC_AuthSetting>,
-         loadCredentials, saveCredentials, nullptr, hostOf, hostAndPortOf, ofCredentials},
-        {Fonts, "fontlist.xml", "fontlist", "font", store<VLMC_FontListSetting>, loadFonts,
-         saveFonts, nullptr, ownText, ownText, none},
-        {CookieDocument, "cookie.xml", "cookie", "webSiteInfo", store<VLMC_CookieSetting>, nullptr,
-         saveCookies, nullptr, cookieAndSiteOf, cookieAndPlaceOf, ofCookies},
+        {CommonPreferences, vlm::commonPreferences::kFileName, vlm::commonPreferences::kRoot,
+         nullptr, store<VLMC_BrowserCommonSetting>, loadCommon, saveCommon, nullptr, nullptr,
+         nullptr, QList<Field>()},
+        {UserPreferences, vlm::userPreferences::kFileName, vlm::userPreferences::kRoot, nullptr,
+         store<VLMC_BrowserUserSetting>, loadUser, saveUser, nullptr, nullptr, nullptr,
+         QList<Field>()},
+        {Bookmarks, vlm::bookmarks::kFileName, vlm::bookmarks::kRoot, vlm::bookmarks::kEntry,
+         store<VLMC_BookmarksSetting>, loadBookmarks, saveBookmarks, prepareBookmarks, titleOf,
+         hrefOf, ofBookmarks},
+        {History, vlm::history::kFileName, vlm::history::kRoot, vlm::history::kEntry,
+         store<VLMC_HistorySetting>, loadHistory, saveHistory, nullptr, urlOf, urlOf, ofVisits},
+        {Credentials, vlm::auth::kFileName, vlm::auth::kRoot, vlm::auth::kEntry,
+         store<VLMC_AuthSetting>, loadCredentials, saveCredentials, nullptr, hostOf, hostAndPortOf,
+         ofCredentials},
+        {Fonts, vlm::fonts::kFileName, vlm::fonts::kRoot, vlm::fonts::kEntry,
+         store<VLMC_FontListSetting>, loadFonts, saveFonts, nullptr, ownText, ownText,
+         QList<Field>()},
+        {CookieDocument, kCookieXml, vlm::cookies::kRoot, vlm::cookies::kEntry,
+         store<VLMC_CookieSetting>, nullptr, saveCookies, nullptr, cookieAndSiteOf,
+         cookieAndPlaceOf, ofCookies},
     };
     return types;
 }

@@ -1,6 +1,8 @@
-#ifndef PROFILE_DOCUMENTTYPE_H
-#define PROFILE_DOCUMENTTYPE_H
+#ifndef TOOLS_VELMORA_PROFILE_PROFILE_DOCUMENTTYPE_H
+#define TOOLS_VELMORA_PROFILE_PROFILE_DOCUMENTTYPE_H
 
+#include "bookmarks/BookmarkElements_p.h"
+#include "core/Numbering_p.h"
 #include "core/VLMC_XMLSetting.h"
 
 #include <QtCore/QList>
@@ -9,11 +11,13 @@
 namespace profile
 {
 // Entries that the library numbers; it cannot reach those behind them.
-const int kMaxEntries = 999;
+const int kMaxEntries = vlm::kMaxNumbered;
 
 // The folder of the running command, for the stores.
-const char kHere[] = "./";
-const char kThumbnailFolder[] = "thumbnail/";
+const char kProfileFolder[] = "./";
+using vlm::bookmarks::kThumbnailFolder;
+// The library is told its path.
+const char kCookieXml[] = "cookie.xml";
 
 enum DocumentKind {
     CommonPreferences,

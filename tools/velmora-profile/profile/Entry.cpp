@@ -1,5 +1,8 @@
 #include "tools/velmora-profile/profile/Entry.h"
 
+#include "bookmarks/BookmarkElements_p.h"
+#include "cookies/AuthElements_p.h"
+#include "cookies/CookieElements_p.h"
 #include "tools/velmora-profile/output/Text.h"
 
 VLMC_XMLNode *profile::fieldOf(VLMC_XMLNode *entry, const char *name)
@@ -26,16 +29,17 @@ QString profile::idOf(VLMC_XMLNode *entry)
 
 QString profile::titleOf(VLMC_XMLNode *bookmark)
 {
-    const QString title = fieldText(bookmark, "title");
-    return title.isEmpty() ? fieldText(bookmark, "href") : title;
+    const QString title = fieldText(bookmark, vlm::bookmarks::kTitle);
+    return title.isEmpty() ? fieldText(bookmark, vlm::bookmarks::kUrl) : title;
 }
 
 // Names and passwords are encoded, and a cookie's value is a session.
 bool profile::isLabel(VLMC_XMLNode *field)
 {
     const QString name = field->getName();
-    return field->getTextType() == 0 && !field->getText().isEmpty() && name != text("user")
-           && name != text("passwd") && name != text("contents");
+    return field->getTextType() == 0 && !field->getText().isEmpty()
+           && name != text(vlm::auth::kUser) && name != text(vlm::auth::kPasswd)
+           && name != text(vlm::cookies::kContents);
 }
 
 // A path without a name comes from an entry that was added without a thumbnail: a load puts the

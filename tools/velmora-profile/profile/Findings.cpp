@@ -1,5 +1,9 @@
 #include "tools/velmora-profile/profile/Findings.h"
 
+#include "bookmarks/HistoryElements_p.h"
+#include "cookies/AuthElements_p.h"
+#include "fonts/FontElements_p.h"
+#include "preferences/CommonRows_p.h"
 #include "text/TimeText_p.h"
 #include "tools/velmora-profile/output/Text.h"
 #include "tools/velmora-profile/profile/CookieFile.h"
@@ -25,9 +29,6 @@ const char kTemporaryName[] = "\\A(\\.velmora-save-[0-9]+-[0-9]+"
                               "|(cookie\\.ini|cookie\\.xml|[^/]*\\.(?i:png))\\."
                               "(?=[a-z]*[A-Z])(?=[A-Z]*[a-z])[A-Za-z]{6})\\z";
 
-// Entries of the cookie document that a conversion looks at.
-const int kConvertedCookies = 20;
-
 // A field of an entry that a getter of its store hides when it is over the limit.
 struct Limit {
     DocumentKind kind;
@@ -38,14 +39,21 @@ struct Limit {
 };
 
 const Limit kLimits[] = {
-    {Bookmarks, "href", 256, false, "the browser opens about:blank instead"},
-    {Bookmarks, "title", 100, false, "the browser shows no title"},
-    {Bookmarks, "thumbnail", 256, false, "the browser shows no thumbnail"},
-    {Credentials, "hostName", 256, false, "the browser never uses these credentials"},
-    {Credentials, "portNum", 5, false, "the browser never uses these credentials"},
-    {Credentials, "user", 272, true, "the browser sends no user name"},
-    {Credentials, "passwd", 272, true, "the browser sends no password"},
-    {Fonts, nullptr, 256, false, "the browser offers a font without a name"},
+    {Bookmarks, vlm::bookmarks::kUrl, vlm::bookmarks::kMaxUrlBytes, false,
+     "the browser opens about:blank instead"},
+    {Bookmarks, vlm::bookmarks::kTitle, vlm::bookmarks::kMaxTitleBytes, false,
+     "the browser shows no title"},
+    {Bookmarks, vlm::bookmarks::kThumbnail, vlm::bookmarks::kMaxThumbnailPathBytes, false,
+     "the browser shows no thumbnail"},
+    {Credentials, vlm::auth::kHostName, vlm::auth::kMaxHostBytes, false,
+     "the browser never uses these credentials"},
+    {Credentials, vlm::auth::kPortNum, vlm::auth::kMaxPortBytes, false,
+     "the browser never uses these credentials"},
+    {Credentials, vlm::auth::kUser, vlm::auth::kMaxSecretBytes, true,
+     "the browser sends no user name"},
+    {Credentials, vlm::auth::kPasswd, vlm::auth::kMaxSecretBytes, true,
+     "the browser sends no password"},
+    {Fonts, nullptr, vlm::fonts::kMaxNameBytes, false, "the browser offers a font without a name"},
 };
 
 // A field with a date.
@@ -58,9 +66,9 @@ struct Date {
 };
 
 const Date kDates[] = {
-    {History, "dateTime", vlm::ToMinute, "yyyy/MM/dd hh:mm",
+    {History, vlm::history::kDateTime, vlm::ToMinute, "yyyy/MM/dd hh:mm",
      "the browser puts the visit last, and its next save erases the date"},
-    {CookieDocument, "expires", vlm::ToSecond, "yyyy/MM/dd hh:mm:ss",
+    {CookieDocument, vlm::cookies::kExpires, vlm::ToSecond, "yyyy/MM/dd hh:mm:ss",
      "converted to cookie.ini, it ends with the session"},
 };
 
@@ -194,8 +202,11 @@ void Search::lookAtCount(const Document &document)
                 .arg(text(kRepair))
                 .arg(kMaxEntries));
     }
-    if (document.type().kind == CookieDocument && count > kConvertedCookies) {
-        add(name, text("it holds %1 cookies, %2 are converted").arg(count).arg(kConvertedCookies),
+    if (document.type().kind == CookieDocument && count > vlm::cookies::kMaxConverted) {
+        add(name,
+            text("it holds %1 cookies, %2 are converted")
+                .arg(count)
+                .arg(vlm::cookies::kMaxConverted),
             text("the others never come back to the browser, and may pile up"),
             text("remove the file and run 'velmora-profile cookies to-xml' for a fresh one"));
     }
@@ -301,10 +312,10 @@ void Search::lookAtPreferences(const Document &document)
         const bool isWord = preference.kind == Preference::Word;
         add(text(document.type().fileName),
             text("%1: %2").arg(
-                text(preference.name),
+                preference.name(),
                 isWord ? text("'%1' is not a value that the browser knows").arg(value.value)
                        : value.hidden),
-            text("the browser uses its default '%1'").arg(text(preference.fallback)),
+            text("the browser uses its default '%1'").arg(preference.fallback),
             text("run 'velmora-profile prefs set' with %1").arg(limitOf(preference)));
     }
 }
@@ -312,8 +323,9 @@ void Search::lookAtPreferences(const Document &document)
 void Search::lookAtSecurity(const Document &document)
 {
     for (VLMC_XMLNode *const group : document.children()) {
-        if (document.type().kind == CommonPreferences && group->getName() == text("security")
-            && !group->isAttribute(text("version"))) {
+        if (document.type().kind == CommonPreferences
+            && group->getName() == text(vlm::commonPreferences::kSecurity)
+            && !group->isAttribute(text(vlm::commonPreferences::kVersion))) {
             add(text(document.type().fileName), text("security has no version"),
                 text("the browser's next load switches SSL 3.0 off, whatever the file says"),
                 text("nothing; to keep SSL 3.0 on, set security.enableSSL30 once"));
@@ -325,9 +337,9 @@ void Search::lookAtThumbnailFields(const Document &document)
 {
     const QList<VLMC_XMLNode *> &entries = document.children();
     for (int i = 0; i < entries.size(); ++i) {
-        const QString name = thumbnailName(fieldText(entries.at(i), "thumbnail"));
+        const QString name = thumbnailName(fieldText(entries.at(i), vlm::bookmarks::kThumbnail));
         const QString file = text(document.type().fileName);
-        if (!fieldOf(entries.at(i), "thumbnail")) {
+        if (!fieldOf(entries.at(i), vlm::bookmarks::kThumbnail)) {
             add(file, text("%1 has no thumbnail element").arg(entryName(document, i)),
                 text("the browser shows no thumbnail for it or any bookmark after it"),
                 text("remove the bookmark and add it again"));
@@ -359,10 +371,10 @@ void Search::lookAtCookieFile()
 {
     const CookieFile file = readCookieFile(m_directory);
     if (file.state == Document::Unreadable) {
-        add(text(kCookieIni), text("it cannot be read"), text("the browser starts without cookies"),
-            text("check its owner and mode"));
+        add(text(kIniFileName), text("it cannot be read"),
+            text("the browser starts without cookies"), text("check its owner and mode"));
     } else if (file.state == Document::Damaged) {
-        add(text(kCookieIni), text("it is damaged: %1").arg(file.damage),
+        add(text(kIniFileName), text("it is damaged: %1").arg(file.damage),
             text("the browser reads what is whole and loses the rest"), text(kRepair));
     }
 }

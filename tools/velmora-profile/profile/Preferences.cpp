@@ -1,90 +1,149 @@
 #include "tools/velmora-profile/profile/Preferences.h"
 
+#include "preferences/CommonRows_p.h"
+#include "preferences/UserRows_p.h"
 #include "preferences/VLMC_BrowserCommonSetting.h"
 #include "preferences/VLMC_BrowserUserSetting.h"
 #include "tools/velmora-profile/output/Text.h"
-#include "tools/velmora-profile/profile/Entry.h"
+
+#include <type_traits>
 
 namespace
 {
 using namespace profile;
 
-const char kSwitch[] = "true false";
-const char kTiming[] = "changeUser notDelete";
-const char kOldTiming[] = "logout timeout";
-const char kZooms[] = "0.5 0.6 0.7 0.8 0.9 1.0 1.1 1.2 1.3 1.4 1.5";
-
-VLMC_BrowserCommonSetting &common() { return *VLMC_BrowserCommonSetting::getInstance(); }
-VLMC_BrowserUserSetting &user() { return *VLMC_BrowserUserSetting::getInstance(); }
-
-QStringList words(const char *list) { return text(list).split(QLatin1Char(' ')); }
-
-// The code of the setters: 1 for the word that stands for it, 0 for the other.
-char code(const QString &value, const char *one) { return value == text(one) ? 1 : 0; }
-
-short zoomCode(const QString &value) { return short(words(kZooms).indexOf(value) + 1); }
-
 typedef const QString &Value;
+typedef VLMC_BrowserCommonSetting Common;
+typedef VLMC_BrowserUserSetting User;
 
-const Preference kPreferences[] = {
-    {CommonPreferences, "cookie.acceptCookie", Preference::Word, "accept refuse", "", 0, "accept",
-     [](Value value) { return common().setRcvCookieInfo(code(value, "accept")), true; }},
-    {CommonPreferences, "cache.enableCache", Preference::Word, kSwitch, "", 0, "true",
-     [](Value value) { return common().setUseCacheInfo(code(value, "true")), true; }},
-    {CommonPreferences, "cache.cacheDeleteTiming", Preference::Word, kTiming, kOldTiming, 0,
-     "notDelete",
-     [](Value value) { return common().setCacheDeleteTiming(code(value, "changeUser")), true; }},
-    {CommonPreferences, "keyboard.priority", Preference::Word, "soft usb", "", 0, "soft",
-     [](Value value) { return common().setSWKeyBoardTypeInfo(code(value, "soft")), true; }},
-    {CommonPreferences, "javascript.enableJavascript", Preference::Word, kSwitch, "", 0, "true",
-     [](Value value) { return common().setUseJavaScriptInfo(code(value, "true")), true; }},
-    {CommonPreferences, "plugin.enableFlashPlugin", Preference::Word, kSwitch, "", 0, "true",
-     [](Value value) { return common().setPlayFlashInfo(code(value, "true")), true; }},
-    {CommonPreferences, "proxy.enableProxy", Preference::Word, kSwitch, "", 0, "false",
-     [](Value value) { return common().setUseProxyInfo(code(value, "true")), true; }},
-    {CommonPreferences, "proxy.hostName", Preference::Text, "", "", 253, "",
-     [](Value value) { return bool(common().setProxyServerStr(value)); }},
-    {CommonPreferences, "proxy.portHTTP", Preference::Text, "", "", 5, "8080",
-     [](Value value) { return bool(common().setProxyHttpPortStr(value)); }},
-    {CommonPreferences, "proxy.portHTTPS", Preference::Text, "", "", 5, "8080",
-     [](Value value) { return bool(common().setProxyHttpsPortStr(value)); }},
-    {CommonPreferences, "proxy.enableHTTP11", Preference::Word, kSwitch, "", 0, "true",
-     [](Value value) { return common().setUseProxyHttpInfo(code(value, "true")), true; }},
-    {CommonPreferences, "proxy.unusedDomain", Preference::Text, "", "", 253, "",
-     [](Value value) { return bool(common().setNoProxyDomainStr(value)); }},
-    {CommonPreferences, "proxy.enableProxyAuth", Preference::Word, kSwitch, "", 0, "false",
-     [](Value value) { return common().setUseProxyCertificationInfo(code(value, "true")), true; }},
-    {CommonPreferences, "proxy.proxyUserName", Preference::Base64, "", "", 80, "",
-     [](Value value) { return bool(common().setProxyAccountStr(value.toUtf8())); }},
-    {CommonPreferences, "proxy.proxyUserPass", Preference::Base64Secret, "", "", 80, "",
-     [](Value value) { return bool(common().setProxyPasswordStr(value.toUtf8())); }},
-    {CommonPreferences, "security.enableSSL30", Preference::Word, kSwitch, "", 0, "false",
-     [](Value value) { return common().setUseSSL30(code(value, "true")), true; }},
-    {CommonPreferences, "security.enableTLS10", Preference::Word, kSwitch, "", 0, "true",
-     [](Value value) { return common().setUseTLS10(code(value, "true")), true; }},
-    {CommonPreferences, "security.enableTLS11", Preference::Word, kSwitch, "", 0, "true",
-     [](Value value) { return common().setUseTLS11(code(value, "true")), true; }},
-    {CommonPreferences, "security.enableTLS12", Preference::Word, kSwitch, "", 0, "true",
-     [](Value value) { return common().setUseTLS12(code(value, "true")), true; }},
-    {UserPreferences, "pageInfo.home", Preference::Text, "", "", 256, "about:blank",
-     [](Value value) { return bool(user().setHomePage(value)); }},
-    {UserPreferences, "pageInfo.startup", Preference::Word, "lastpage homepage", "", 0, "homepage",
-     [](Value value) { return user().setStartUp(code(value, "lastpage")), true; }},
-    {UserPreferences, "pageInfo.lastPageURL", Preference::Text, "", "", 256, "about:blank",
-     [](Value value) { return bool(user().setLastPage(value)); }},
-    {UserPreferences, "pageInfo.Zoom", Preference::Word, kZooms, "", 0, "1.0",
-     [](Value value) { return bool(user().setZoomInfo(zoomCode(value))); }},
-    {UserPreferences, "cookie.cookieDeleteTiming", Preference::Word, kTiming, kOldTiming, 0,
-     "notDelete",
-     [](Value value) { return user().setCookieDeleteTiming(code(value, "changeUser")), true; }},
-    {UserPreferences, "authInfo.authInfoDeleteTiming", Preference::Word, kTiming, kOldTiming, 0,
-     "notDelete",
-     [](Value value) {
-         return user().setCertificationDeleteTiming(code(value, "changeUser")), true;
-     }},
-    {UserPreferences, "font.fontName", Preference::Text, "", "", 256, "",
-     [](Value value) { return bool(user().setFontName(value)); }},
-};
+template <typename Store>
+DocumentKind kindOf()
+{
+    return std::is_same<Store, Common>::value ? CommonPreferences : UserPreferences;
+}
+
+template <typename Store>
+Store &store()
+{
+    return *Store::getInstance();
+}
+
+template <typename Store>
+Preference of(const vlm::FlagEntry &row, void (Store::*set)(char))
+{
+    const QStringList words = {text(row.onWord), text(row.offWord)};
+    return {kindOf<Store>(),
+            text(row.group),
+            text(row.element),
+            Preference::Word,
+            words,
+            {},
+            0,
+            words.at(row.fallback ? 0 : 1),
+            false,
+            [=](Value value) { return (store<Store>().*set)(value == words.at(0) ? 1 : 0), true; }};
+}
+
+template <typename Store>
+Preference of(const vlm::DeleteTimingEntry &row, void (Store::*set)(char))
+{
+    const vlm::FlagEntry words = {row.group,       row.element,       vlm::kChangeUser,
+                                  vlm::kNotDelete, vlm::kNeverDelete, vlm::NonZeroIsOn};
+    Preference preference = of(words, set);
+    preference.oldWords = QStringList{text(vlm::kLogout), text(vlm::kTimeout)};
+    return preference;
+}
+
+template <typename Store>
+Preference of(const vlm::TextEntry &row, int (Store::*set)(QString))
+{
+    return {kindOf<Store>(),
+            text(row.group),
+            text(row.element),
+            Preference::Text,
+            {},
+            {},
+            row.maxUtf8Bytes,
+            text(row.fallback),
+            row.emptyText == vlm::EmptyIsFallback,
+            [=](Value value) { return (store<Store>().*set)(value) != 0; }};
+}
+
+template <typename Store>
+Preference of(const vlm::BytesEntry &row, int (Store::*set)(QByteArray), Preference::Kind kind)
+{
+    return {kindOf<Store>(),
+            text(row.group),
+            text(row.element),
+            kind,
+            {},
+            {},
+            row.maxBytes,
+            QString(),
+            false,
+            [=](Value value) { return (store<Store>().*set)(value.toUtf8()) != 0; }};
+}
+
+Preference zoom()
+{
+    using namespace vlm::userPreferences;
+    QStringList words;
+    for (const char *const word : kZoomTexts) {
+        words.append(text(word));
+    }
+    return {UserPreferences,
+            text(kPageInfo),
+            text(kZoom),
+            Preference::Word,
+            words,
+            {},
+            0,
+            words.at(kFullSize - 1),
+            false,
+            [words](Value value) {
+                return store<User>().setZoomInfo(short(words.indexOf(value) + 1)) != 0;
+            }};
+}
+
+QList<Preference> ofCommon()
+{
+    using namespace vlm::commonPreferences;
+    return {
+        of(kAcceptCookie, &Common::setRcvCookieInfo),
+        of(kEnableCache, &Common::setUseCacheInfo),
+        of(kCacheDeleteTiming, &Common::setCacheDeleteTiming),
+        of(kKeyboardPriority, &Common::setSWKeyBoardTypeInfo),
+        of(kJavascript, &Common::setUseJavaScriptInfo),
+        of(kFlashPlugin, &Common::setPlayFlashInfo),
+        of(kEnableProxy, &Common::setUseProxyInfo),
+        of(kHostName, &Common::setProxyServerStr),
+        of(kPortHttp, &Common::setProxyHttpPortStr),
+        of(kPortHttps, &Common::setProxyHttpsPortStr),
+        of(kEnableHttp11, &Common::setUseProxyHttpInfo),
+        of(kUnusedDomain, &Common::setNoProxyDomainStr),
+        of(kEnableProxyAuth, &Common::setUseProxyCertificationInfo),
+        of(kProxyUserName, &Common::setProxyAccountStr, Preference::Base64),
+        of(kProxyUserPass, &Common::setProxyPasswordStr, Preference::Base64Secret),
+        of(kEnableSsl30, &Common::setUseSSL30),
+        of(kEnableTls10, &Common::setUseTLS10),
+        of(kEnableTls11, &Common::setUseTLS11),
+        of(kEnableTls12, &Common::setUseTLS12),
+    };
+}
+
+QList<Preference> ofUser()
+{
+    using namespace vlm::userPreferences;
+    return {
+        of(kHome, &User::setHomePage),
+        of(kStartup, &User::setStartUp),
+        of(kLastPage, &User::setLastPage),
+        zoom(),
+        of(kCookieDeleteTiming, &User::setCookieDeleteTiming),
+        of(kAuthInfoDeleteTiming, &User::setCertificationDeleteTiming),
+        of(kFontName, &User::setFontName),
+    };
+}
 
 bool isEncoded(const Preference &preference)
 {
@@ -93,10 +152,10 @@ bool isEncoded(const Preference &preference)
 
 VLMC_XMLNode *elementOf(const Preference &preference, const Document &document)
 {
-    const QString name = text(preference.name);
     for (VLMC_XMLNode *const group : document.children()) {
-        if (group->getName() == name.section(QLatin1Char('.'), 0, 0)) {
-            return fieldOf(group, name.section(QLatin1Char('.'), 1).toUtf8().constData());
+        if (group->getName() == preference.group) {
+            QString element = preference.element;
+            return group->getXMLNodeChildByName(element);
         }
     }
     return nullptr;
@@ -105,7 +164,7 @@ VLMC_XMLNode *elementOf(const Preference &preference, const Document &document)
 QString hiddenBecause(const Preference &preference, const QByteArray &value)
 {
     if (preference.kind == Preference::Word) {
-        const QStringList known = words(preference.words) + words(preference.oldWords);
+        const QStringList known = preference.words + preference.oldWords;
         return known.contains(QString::fromUtf8(value))
                    ? QString()
                    : text("the browser does not know this value");
@@ -113,23 +172,22 @@ QString hiddenBecause(const Preference &preference, const QByteArray &value)
     if (value.size() > preference.maxBytes) {
         return text("%1 bytes, over the limit of %2").arg(value.size()).arg(preference.maxBytes);
     }
-    // Empty pages read as their default.
-    return value.isEmpty() && preference.document == UserPreferences && *preference.fallback != 0
-               ? text("empty")
-               : QString();
+    return value.isEmpty() && preference.emptyIsFallback ? text("empty") : QString();
 }
 } // namespace
 
+QString profile::Preference::name() const { return group + QLatin1Char('.') + element; }
+
 const QList<profile::Preference> &profile::preferences()
 {
-    static const QList<Preference> all(std::begin(kPreferences), std::end(kPreferences));
+    static const QList<Preference> all = ofCommon() + ofUser();
     return all;
 }
 
 const profile::Preference *profile::preferenceNamed(const QString &name)
 {
-    for (const Preference &preference : kPreferences) {
-        if (name == text(preference.name)) {
+    for (const Preference &preference : preferences()) {
+        if (name == preference.name()) {
             return &preference;
         }
     }
@@ -138,7 +196,7 @@ const profile::Preference *profile::preferenceNamed(const QString &name)
 
 profile::PreferenceValue profile::valueOf(const Preference &preference, const Document &document)
 {
-    PreferenceValue value = {false, text(preference.fallback), QString()};
+    PreferenceValue value = {false, preference.fallback, QString()};
     VLMC_XMLNode *const element = elementOf(preference, document);
     // The one that a damaged document breaks off in is not whole.
     if (!element || !document.entries().contains(element)) {
@@ -161,7 +219,7 @@ QString profile::shown(const Preference &preference, const QString &value, bool 
 QString profile::limitOf(const Preference &preference)
 {
     if (preference.kind == Preference::Word) {
-        QStringList all = words(preference.words);
+        QStringList all = preference.words;
         const QString last = all.takeLast();
         return text("%1 or %2").arg(all.join(text(", ")), last);
     }

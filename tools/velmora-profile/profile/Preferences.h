@@ -1,7 +1,11 @@
-#ifndef PROFILE_PREFERENCES_H
-#define PROFILE_PREFERENCES_H
+#ifndef TOOLS_VELMORA_PROFILE_PROFILE_PREFERENCES_H
+#define TOOLS_VELMORA_PROFILE_PROFILE_PREFERENCES_H
 
 #include "tools/velmora-profile/profile/Document.h"
+
+#include <QtCore/QStringList>
+
+#include <functional>
 
 namespace profile
 {
@@ -11,13 +15,17 @@ struct Preference {
     enum Kind { Word, Text, Base64, Base64Secret };
 
     DocumentKind document;
-    const char *name;
+    QString group;
+    QString element;
     Kind kind;
-    const char *words;    // of a Word: those that can be set, separated by blanks
-    const char *oldWords; // those that are read besides
+    QStringList words;    // of a Word: those that can be set
+    QStringList oldWords; // those that are read besides
     int maxBytes;         // of the others, before encoding
-    const char *fallback; // what the browser uses without one
-    bool (*store)(const QString &value);
+    QString fallback;     // what the browser uses without one
+    bool emptyIsFallback; // and with an empty one
+    std::function<bool(const QString &value)> store;
+
+    QString name() const;
 };
 
 const QList<Preference> &preferences();

@@ -1,5 +1,5 @@
-#ifndef PROFILE_RECOVERY_H
-#define PROFILE_RECOVERY_H
+#ifndef TOOLS_VELMORA_PROFILE_PROFILE_RECOVERY_H
+#define TOOLS_VELMORA_PROFILE_PROFILE_RECOVERY_H
 
 #include "tools/velmora-profile/profile/Document.h"
 

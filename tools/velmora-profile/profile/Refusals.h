@@ -1,5 +1,5 @@
-#ifndef PROFILE_REFUSALS_H
-#define PROFILE_REFUSALS_H
+#ifndef TOOLS_VELMORA_PROFILE_PROFILE_REFUSALS_H
+#define TOOLS_VELMORA_PROFILE_PROFILE_REFUSALS_H
 
 #include "tools/velmora-profile/profile/Document.h"
 

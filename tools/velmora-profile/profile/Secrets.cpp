@@ -1,6 +1,9 @@
 #include "tools/velmora-profile/profile/Secrets.h"
 
+#include "cookies/AuthElements_p.h"
+#include "preferences/CommonRows_p.h"
 #include "tools/velmora-profile/output/Text.h"
+#include "tools/velmora-profile/profile/CookieFile.h"
 #include "tools/velmora-profile/profile/Preferences.h"
 
 #include <QtCore/QFileInfo>
@@ -9,7 +12,13 @@ namespace
 {
 using namespace profile;
 
-const char *const kSecretFiles[] = {"authinfo.xml", "cookie.ini", "cookie.xml"};
+const char *const kSecretFiles[] = {vlm::auth::kFileName, kIniFileName, kCookieXml};
+
+QString proxyPassword()
+{
+    using namespace vlm::commonPreferences;
+    return text("%1.%2").arg(text(kProxyUserPass.group), text(kProxyUserPass.element));
+}
 } // namespace
 
 QStringList profile::secretFiles(const QString &directory)
@@ -19,7 +28,7 @@ QStringList profile::secretFiles(const QString &directory)
         files.append(text(file));
     }
     const Document common(CommonPreferences, directory);
-    const PreferenceValue password = valueOf(*preferenceNamed(text("proxy.proxyUserPass")), common);
+    const PreferenceValue password = valueOf(*preferenceNamed(proxyPassword()), common);
     if (password.inFile && !password.value.isEmpty()) {
         files.append(text(common.type().fileName));
     }

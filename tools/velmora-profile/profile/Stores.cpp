@@ -1,5 +1,6 @@
 #include "tools/velmora-profile/profile/Stores.h"
 
+#include "core/DocumentRoot_p.h"
 #include "core/VLMC_XMLWriter.h"
 #include "files/DocumentSink_p.h"
 #include "tools/velmora-profile/output/Console.h"
@@ -25,22 +26,12 @@ QByteArray contentOf(VLMC_XMLSetting *store)
 
 int profile::loadStore(DocumentKind kind)
 {
-    QString folder = text(kHere);
+    QString folder = text(kProfileFolder);
     if (refuseToRewrite(Document(kind, folder)) != Done) {
         return Failed;
     }
     documentType(kind).load(&folder);
     return Done;
-}
-
-void profile::nameRoot(const DocumentType &type)
-{
-    VLMC_XMLNode *const root = type.store()->getXMLRootNode();
-    QString name = text(type.rootName);
-    QXmlStreamAttributes attributes;
-    attributes.append(text("docInfo"), text("1.0"));
-    root->setName(name);
-    root->setAttribute(attributes);
 }
 
 int profile::saveStore(DocumentKind kind)
@@ -51,13 +42,13 @@ int profile::saveStore(DocumentKind kind)
                                                                                    : nullptr);
     // As its save does.
     if (type.entryName) {
-        nameRoot(type);
+        vlm::nameRoot(*type.store()->getXMLRootNode(), type.rootName);
     }
     if (type.prepare) {
         type.prepare();
     }
     const QByteArray content = contentOf(type.store());
-    QString folder = text(kHere);
+    QString folder = text(kProfileFolder);
     type.save(&folder);
     if (!content.isEmpty() && Document(kind, folder).content() == content) {
         return Done;

@@ -29,7 +29,7 @@ QList<profile::Thumbnail> profile::thumbnailsOf(const QString &directory)
     const Document document(Bookmarks, directory);
     const QList<VLMC_XMLNode *> &bookmarks = document.children();
     for (VLMC_XMLNode *const bookmark : bookmarks) {
-        const QString name = thumbnailName(fieldText(bookmark, "thumbnail"));
+        const QString name = thumbnailName(fieldText(bookmark, vlm::bookmarks::kThumbnail));
         if (name.isEmpty()) {
             continue;
         }
