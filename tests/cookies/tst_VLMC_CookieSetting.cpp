@@ -15,42 +15,26 @@ private slots:
     void init();
     void cleanup() { runDeferredDeletes(); }
 
-    void constructor_startsWithoutMaximum();
     void addCookieInfo_writesAllTexts();
-    void addCookieInfo_writesSessionCookieWithoutExpiry();
-    void addCookieInfo_logsOneLineWithoutTheCookie();
-    void addCookieInfo_addsElementsInOrder();
     void addCookieInfo_stopsWhenThereIsNoEntry();
     void addCookieInfo_keepsNothingWithoutDocument();
-    void addCookieInfo_putsEntryInFront();
-    void addCookieInfo_keepsEqualCookies();
     void addCookieInfo_givesNoId();
     void addCookieInfo_hasNoLimit();
     void addCookieInfo_decodesUtf8_data();
     void addCookieInfo_decodesUtf8();
     void addCookieInfo_takesTheCookiesOwnClock();
-    void getAllCookieInfo_isEmptyBeforeLoad();
+    void getAllCookieInfo_readsAllTexts_data();
     void getAllCookieInfo_readsAllTexts();
-    void getAllCookieInfo_acceptsOtherOrder();
-    void getAllCookieInfo_leavesMissingTextsEmpty();
-    void getAllCookieInfo_takesFirstOfEqualElements();
     void getAllCookieInfo_goesById_data();
     void getAllCookieInfo_goesById();
-    void getAllCookieInfo_takesAnyElement();
     void getAllCookieInfo_passesOverNullEntries();
-    void getAllCookieInfo_givesExpiredCookies();
     void getAllCookieInfo_takesLinearTime();
     void isMuchCookieInfo_comparesFiveTexts_data();
     void isMuchCookieInfo_comparesFiveTexts();
-    void isMuchCookieInfo_ignoresExpiry();
-    void isMuchCookieInfo_missesNonAsciiEntry();
-    void isMuchCookieInfo_endsAtZeroByte();
-    void isMuchCookieInfo_logsNothing();
+    void isMuchCookieInfo_decodesLatin1_data();
+    void isMuchCookieInfo_decodesLatin1();
     void deleteCookieInfo_renumbers_data();
     void deleteCookieInfo_renumbers();
-    void deleteCookieInfo_deletesThenNumbers();
-    void deleteCookieInfo_deletesFirstOfEqualIds();
-    void deleteCookieInfo_onlyLogsWithoutDocument();
 };
 
 namespace
@@ -89,6 +73,14 @@ VLMS_CookieInfo fullInfo()
     info.expires = utf8("2031/02/03 04:05:06");
     info.contents = utf8("value");
     return info;
+}
+
+// In the order of the file.
+QByteArray described(const VLMS_CookieInfo &info)
+{
+    const QStringList texts = QStringList() << info.website << info.name << info.path << info.secure
+                                            << info.expires << info.contents;
+    return texts.join(utf8("|")).toUtf8();
 }
 
 void add(VLMC_CookieSetting &store, const char *name)
@@ -150,50 +142,31 @@ void tst_VLMC_CookieSetting::init()
     takeLog();
 }
 
-void tst_VLMC_CookieSetting::constructor_startsWithoutMaximum()
-{
-    const WatchedStore<VLMC_CookieSetting> cookies;
-    QCOMPARE(cookies.max(), 0);
-    QCOMPARE(loggedText(), QByteArray());
-}
-
 void tst_VLMC_CookieSetting::addCookieInfo_writesAllTexts()
 {
     const ForeignDocuments withoutDocInfo;
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
+    WatchedStore<VLMC_CookieSetting> cookies;
+    QCOMPARE(cookies.max(), 0);
     QString rootName = utf8("cookie");
-    cookies.getXMLRootNode()->setName(rootName);
+    cookies.createXMLRootNode()->setName(rootName);
     QNetworkCookie cookie = fullCookie();
     cookie.setPath(utf8("/a&b<c>"));
     cookie.setValue("x&<y>\"z\"");
+    const QNetworkCookie before = cookie;
 
     cookies.addCookieInfo(cookie);
 
-    number(cookies);
-    COMPARE_BYTES(saved(cookies), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                  "<cookie>\n"
-                                  "    <webSiteInfo id=\"000\">\n"
-                                  "        <website>.example.com</website>\n"
-                                  "        <name>sid</name>\n"
-                                  "        <path>/a&amp;b&lt;c&gt;</path>\n"
-                                  "        <secure>true</secure>\n"
-                                  "        <expires>2031/02/03 04:05:06</expires>\n"
-                                  "        <contents><![CDATA[x&<y>\"z\"]]></contents>\n"
-                                  "    </webSiteInfo>\n"
-                                  "</cookie>\n");
-}
-
-void tst_VLMC_CookieSetting::addCookieInfo_writesSessionCookieWithoutExpiry()
-{
-    const ForeignDocuments withoutDocInfo;
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
-    QString rootName = utf8("cookie");
-    cookies.getXMLRootNode()->setName(rootName);
-
+    QCOMPARE(cookie, before);
+    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::addCookieInfo]\n");
+    COMPARE_BYTES(cookies.takeCalls(),
+                  "addXMLChild cookie webSiteInfo '' 0 0 1\n"
+                  "addXMLChild webSiteInfo website '.example.com' 0 0 0\n"
+                  "addXMLChild webSiteInfo name 'sid' 0 0 0\n"
+                  "addXMLChild webSiteInfo path '/a&b<c>' 0 0 0\n"
+                  "addXMLChild webSiteInfo secure 'true' 0 0 0\n"
+                  "addXMLChild webSiteInfo expires '2031/02/03 04:05:06' 0 0 0\n"
+                  "addXMLChild webSiteInfo contents 'x&<y>\"z\"' 1 0 0\n");
     add(cookies, "a");
-
     COMPARE_BYTES(saved(cookies), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                                   "<cookie>\n"
                                   "    <webSiteInfo>\n"
@@ -204,38 +177,15 @@ void tst_VLMC_CookieSetting::addCookieInfo_writesSessionCookieWithoutExpiry()
                                   "        <expires/>\n"
                                   "        <contents><![CDATA[v]]></contents>\n"
                                   "    </webSiteInfo>\n"
+                                  "    <webSiteInfo>\n"
+                                  "        <website>.example.com</website>\n"
+                                  "        <name>sid</name>\n"
+                                  "        <path>/a&amp;b&lt;c&gt;</path>\n"
+                                  "        <secure>true</secure>\n"
+                                  "        <expires>2031/02/03 04:05:06</expires>\n"
+                                  "        <contents><![CDATA[x&<y>\"z\"]]></contents>\n"
+                                  "    </webSiteInfo>\n"
                                   "</cookie>\n");
-}
-
-void tst_VLMC_CookieSetting::addCookieInfo_logsOneLineWithoutTheCookie()
-{
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
-    QNetworkCookie cookie = fullCookie();
-
-    cookies.addCookieInfo(cookie);
-
-    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::addCookieInfo]\n");
-    QCOMPARE(cookie, fullCookie());
-}
-
-void tst_VLMC_CookieSetting::addCookieInfo_addsElementsInOrder()
-{
-    WatchedStore<VLMC_CookieSetting> cookies;
-    QString rootName = utf8("cookie");
-    cookies.createXMLRootNode()->setName(rootName);
-    QNetworkCookie cookie = fullCookie();
-
-    cookies.addCookieInfo(cookie);
-
-    COMPARE_BYTES(cookies.takeCalls(),
-                  "addXMLChild cookie webSiteInfo '' 0 0 1\n"
-                  "addXMLChild webSiteInfo website '.example.com' 0 0 0\n"
-                  "addXMLChild webSiteInfo name 'sid' 0 0 0\n"
-                  "addXMLChild webSiteInfo path '/shop' 0 0 0\n"
-                  "addXMLChild webSiteInfo secure 'true' 0 0 0\n"
-                  "addXMLChild webSiteInfo expires '2031/02/03 04:05:06' 0 0 0\n"
-                  "addXMLChild webSiteInfo contents 'value' 1 0 0\n");
 }
 
 void tst_VLMC_CookieSetting::addCookieInfo_stopsWhenThereIsNoEntry()
@@ -262,28 +212,7 @@ void tst_VLMC_CookieSetting::addCookieInfo_keepsNothingWithoutDocument()
     COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::addCookieInfo]\n");
 }
 
-void tst_VLMC_CookieSetting::addCookieInfo_putsEntryInFront()
-{
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
-    add(cookies, "a");
-    add(cookies, "b");
-    add(cookies, "c");
-    number(cookies);
-    QCOMPARE(entries(cookies), QByteArray("000=c 001=b 002=a "));
-    QCOMPARE(names(cookies), QByteArray("c b a "));
-}
-
-void tst_VLMC_CookieSetting::addCookieInfo_keepsEqualCookies()
-{
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
-    add(cookies, "a");
-    add(cookies, "a");
-    number(cookies);
-    QCOMPARE(entries(cookies), QByteArray("000=a 001=a "));
-}
-
+// At the front, also beside an equal one.
 void tst_VLMC_CookieSetting::addCookieInfo_givesNoId()
 {
     VLMC_CookieSetting cookies;
@@ -291,13 +220,11 @@ void tst_VLMC_CookieSetting::addCookieInfo_givesNoId()
     add(cookies, "a");
     add(cookies, "b");
     number(cookies);
-
-    add(cookies, "c");
-
-    QCOMPARE(entries(cookies), QByteArray("=c 000=b 001=a "));
+    add(cookies, "b");
+    QCOMPARE(entries(cookies), QByteArray("=b 000=b 001=a "));
     QCOMPARE(names(cookies), QByteArray("b a "));
     number(cookies);
-    QCOMPARE(names(cookies), QByteArray("c b a "));
+    QCOMPARE(names(cookies), QByteArray("b b a "));
 }
 
 void tst_VLMC_CookieSetting::addCookieInfo_hasNoLimit()
@@ -365,73 +292,42 @@ void tst_VLMC_CookieSetting::addCookieInfo_takesTheCookiesOwnClock()
     QCOMPARE(infos.at(1).expires, utf8("2031/02/03 04:05:06"));
 }
 
-void tst_VLMC_CookieSetting::getAllCookieInfo_isEmptyBeforeLoad()
+void tst_VLMC_CookieSetting::getAllCookieInfo_readsAllTexts_data()
 {
-    VLMC_CookieSetting cookies;
-    QVERIFY(cookies.getAllCookieInfo().isEmpty());
-    QVERIFY(!cookies.getXMLRootNode());
-    QCOMPARE(loggedText(), QByteArray());
+    QTest::addColumn<QByteArray>("entries");
+    QTest::addColumn<QByteArray>("read");
+    const QByteArray sid("<website>.x.com</website><name>sid</name><path>/</path>"
+                         "<secure>true</secure><expires>1999/01/01 00:00:00</expires>"
+                         "<contents><![CDATA[v]]></contents>");
+    QTest::newRow("expired") << "<webSiteInfo id=\"0\">" + sid + "</webSiteInfo>"
+                             << QByteArray(".x.com|sid|/|true|1999/01/01 00:00:00|v");
+    QTest::newRow("other element") << "<other id=\"0\">" + sid + "</other>"
+                                   << QByteArray(".x.com|sid|/|true|1999/01/01 00:00:00|v");
+    QTest::newRow("other order") << QByteArray(
+        "<webSiteInfo id=\"0\"><contents>v</contents><other>o</other>"
+        "<secure>S</secure><path>p</path><name>n</name><expires>e</expires>"
+        "<website>w</website></webSiteInfo>")
+                                 << QByteArray("w|n|p|S|e|v");
+    QTest::newRow("no texts") << QByteArray("<webSiteInfo id=\"0\"/>") << QByteArray("|||||");
+    QTest::newRow("equal elements")
+        << QByteArray("<c id=\"0\"><name>first</name><name>second</name></c>")
+        << QByteArray("|first||||");
 }
 
 void tst_VLMC_CookieSetting::getAllCookieInfo_readsAllTexts()
 {
+    QFETCH(QByteArray, entries);
+    QFETCH(QByteArray, read);
     WatchedStore<VLMC_CookieSetting> cookies;
-    cookies.createXMLRootNode();
-    QNetworkCookie cookie = fullCookie();
-    cookies.addCookieInfo(cookie);
-    number(cookies);
+    QVERIFY(cookies.getAllCookieInfo().isEmpty());
+    QVERIFY(!cookies.getXMLRootNode());
+    loadText(cookies, "<c>" + entries + "</c>");
     cookies.takeCalls();
-    takeLog();
-
     const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
-
     QCOMPARE(int(infos.size()), 1);
-    QCOMPARE(infos.first().website, utf8(".example.com"));
-    QCOMPARE(infos.first().name, utf8("sid"));
-    QCOMPARE(infos.first().path, utf8("/shop"));
-    QCOMPARE(infos.first().secure, utf8("true"));
-    QCOMPARE(infos.first().expires, utf8("2031/02/03 04:05:06"));
-    QCOMPARE(infos.first().contents, utf8("value"));
+    COMPARE_BYTES(described(infos.first()), read);
     QCOMPARE(loggedText(), QByteArray());
     QCOMPARE(cookies.takeCalls(), QByteArray());
-}
-
-void tst_VLMC_CookieSetting::getAllCookieInfo_acceptsOtherOrder()
-{
-    VLMC_CookieSetting cookies;
-    loadText(cookies, "<c><webSiteInfo id=\"0\"><contents>v</contents><other>o</other>"
-                      "<secure>S</secure><path>p</path><name>n</name><expires>e</expires>"
-                      "<website>w</website></webSiteInfo></c>");
-    const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
-    QCOMPARE(int(infos.size()), 1);
-    QCOMPARE(infos.first().website, utf8("w"));
-    QCOMPARE(infos.first().name, utf8("n"));
-    QCOMPARE(infos.first().path, utf8("p"));
-    QCOMPARE(infos.first().secure, utf8("S"));
-    QCOMPARE(infos.first().expires, utf8("e"));
-    QCOMPARE(infos.first().contents, utf8("v"));
-}
-
-void tst_VLMC_CookieSetting::getAllCookieInfo_leavesMissingTextsEmpty()
-{
-    VLMC_CookieSetting cookies;
-    loadText(cookies, "<c><webSiteInfo id=\"0\"/></c>");
-    const QList<VLMS_CookieInfo> infos = cookies.getAllCookieInfo();
-    QCOMPARE(int(infos.size()), 1);
-    QCOMPARE(infos.first().website, QString());
-    QCOMPARE(infos.first().name, QString());
-    QCOMPARE(infos.first().path, QString());
-    QCOMPARE(infos.first().secure, QString());
-    QCOMPARE(infos.first().expires, QString());
-    QCOMPARE(infos.first().contents, QString());
-}
-
-void tst_VLMC_CookieSetting::getAllCookieInfo_takesFirstOfEqualElements()
-{
-    VLMC_CookieSetting cookies;
-    loadText(cookies, "<c><webSiteInfo id=\"0\"><name>first</name><name>second</name>"
-                      "</webSiteInfo></c>");
-    QCOMPARE(names(cookies), QByteArray("first "));
 }
 
 void tst_VLMC_CookieSetting::getAllCookieInfo_goesById_data()
@@ -468,13 +364,6 @@ void tst_VLMC_CookieSetting::getAllCookieInfo_goesById()
     QCOMPARE(names(cookies), found);
 }
 
-void tst_VLMC_CookieSetting::getAllCookieInfo_takesAnyElement()
-{
-    VLMC_CookieSetting cookies;
-    loadText(cookies, "<c><other id=\"0\"><name>a</name></other></c>");
-    QCOMPARE(names(cookies), QByteArray("a "));
-}
-
 void tst_VLMC_CookieSetting::getAllCookieInfo_passesOverNullEntries()
 {
     VLMC_CookieSetting cookies;
@@ -483,17 +372,6 @@ void tst_VLMC_CookieSetting::getAllCookieInfo_passesOverNullEntries()
     number(cookies);
     cookies.getXMLRootNode()->getXMLNodeChildren().prepend(nullptr);
     QCOMPARE(names(cookies), QByteArray("a "));
-}
-
-void tst_VLMC_CookieSetting::getAllCookieInfo_givesExpiredCookies()
-{
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
-    QNetworkCookie cookie = cookieNamed("old");
-    cookie.setExpirationDate(QDateTime(QDate(1999, 1, 1), QTime(0, 0, 0), Qt::UTC));
-    cookies.addCookieInfo(cookie);
-    number(cookies);
-    QCOMPARE(names(cookies), QByteArray("old "));
 }
 
 // A search per id would need 200 million steps here.
@@ -549,63 +427,36 @@ void tst_VLMC_CookieSetting::isMuchCookieInfo_comparesFiveTexts()
                               &info.secure,  &info.expires, &info.contents};
     *texts[field] = text;
     QCOMPARE(cookies.isMuchCookieInfo(cookie, info), equal);
-}
-
-void tst_VLMC_CookieSetting::isMuchCookieInfo_ignoresExpiry()
-{
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
-    QNetworkCookie cookie = fullCookie();
-    cookie.setSecure(false);
-    cookies.addCookieInfo(cookie);
-    number(cookies);
-    VLMS_CookieInfo info = cookies.getAllCookieInfo().first();
-
-    cookie.setExpirationDate(QDateTime());
-    QVERIFY(cookies.isMuchCookieInfo(cookie, info));
-    cookie.setValue("other");
-    QVERIFY(!cookies.isMuchCookieInfo(cookie, info));
-}
-
-void tst_VLMC_CookieSetting::isMuchCookieInfo_missesNonAsciiEntry()
-{
-    VLMC_CookieSetting cookies;
-    for (const bool inName : {true, false}) {
-        QNetworkCookie cookie = fullCookie();
-        VLMS_CookieInfo info = fullInfo();
-        const QByteArray bytes("b\xc3\xbc");
-        if (inName) {
-            cookie.setName(bytes);
-        } else {
-            cookie.setValue(bytes);
-        }
-        QString &text = inName ? info.name : info.contents;
-        text = QString::fromUtf8(bytes.constData());
-        QVERIFY(!cookies.isMuchCookieInfo(cookie, info));
-        text = QString::fromLatin1(bytes.constData());
-        QVERIFY(cookies.isMuchCookieInfo(cookie, info));
-    }
-}
-
-void tst_VLMC_CookieSetting::isMuchCookieInfo_endsAtZeroByte()
-{
-    VLMC_CookieSetting cookies;
-    QNetworkCookie cookie = fullCookie();
-    VLMS_CookieInfo info = fullInfo();
-    cookie.setName(QByteArray("sid\0x", 5));
-    cookie.setValue(QByteArray("value\0x", 7));
-    QVERIFY(cookies.isMuchCookieInfo(cookie, info));
-}
-
-void tst_VLMC_CookieSetting::isMuchCookieInfo_logsNothing()
-{
-    VLMC_CookieSetting cookies;
-    QNetworkCookie cookie = fullCookie();
-    VLMS_CookieInfo info = fullInfo();
-    QVERIFY(cookies.isMuchCookieInfo(cookie, info));
-    info.name.clear();
-    QVERIFY(!cookies.isMuchCookieInfo(cookie, info));
     QCOMPARE(loggedText(), QByteArray());
+}
+
+// The bytes are read as Latin-1, so that they miss the text that addCookieInfo has made of them,
+// and end at a zero byte.
+void tst_VLMC_CookieSetting::isMuchCookieInfo_decodesLatin1_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("equal");
+    QTest::newRow("UTF-8") << QByteArray("b\xc3\xbc") << utf8("b\xc3\xbc") << false;
+    QTest::newRow("Latin-1") << QByteArray("b\xc3\xbc") << utf8("b\xc3\x83\xc2\xbc") << true;
+    QTest::newRow("zero byte") << QByteArray("b\0c", 3) << utf8("b") << true;
+}
+
+void tst_VLMC_CookieSetting::isMuchCookieInfo_decodesLatin1()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, text);
+    QFETCH(bool, equal);
+    VLMC_CookieSetting cookies;
+    QNetworkCookie named = fullCookie();
+    QNetworkCookie valued = fullCookie();
+    VLMS_CookieInfo name = fullInfo();
+    VLMS_CookieInfo value = fullInfo();
+    named.setName(bytes);
+    valued.setValue(bytes);
+    name.name = value.contents = text;
+    QCOMPARE(cookies.isMuchCookieInfo(named, name), equal);
+    QCOMPARE(cookies.isMuchCookieInfo(valued, value), equal);
 }
 
 void tst_VLMC_CookieSetting::deleteCookieInfo_renumbers_data()
@@ -613,57 +464,30 @@ void tst_VLMC_CookieSetting::deleteCookieInfo_renumbers_data()
     QTest::addColumn<int>("id");
     QTest::addColumn<QByteArray>("left");
     QTest::newRow("first") << 0 << QByteArray("000=n 001=b 002=a ");
-    QTest::newRow("middle") << 1 << QByteArray("000=n 001=c 002=a ");
-    QTest::newRow("last") << 2 << QByteArray("000=n 001=c 002=b ");
+    QTest::newRow("first of two") << 1 << QByteArray("000=n 001=c 002=a ");
     QTest::newRow("-1") << -1 << QByteArray("000=n 001=c 002=b 003=a ");
-    QTest::newRow("beyond the last") << 3 << QByteArray("000=n 001=c 002=b 003=a ");
+    QTest::newRow("beyond the last") << 2 << QByteArray("000=n 001=c 002=b 003=a ");
 }
 
 void tst_VLMC_CookieSetting::deleteCookieInfo_renumbers()
 {
     QFETCH(int, id);
     QFETCH(QByteArray, left);
-    VLMC_CookieSetting cookies;
-    cookies.createXMLRootNode();
-    add(cookies, "a");
-    add(cookies, "b");
-    add(cookies, "c");
-    number(cookies);
-    add(cookies, "n");
-    takeLog();
+    WatchedStore<VLMC_CookieSetting> cookies;
+    const QByteArray number = QByteArray::number(id);
+    cookies.deleteCookieInfo(id);
+    COMPARE_BYTES(loggedText(),
+                  "3 [VLMC_CookieSetting::deleteCookieInfo] si_XMLNum:" + number + '\n');
+    QVERIFY(!cookies.getXMLRootNode());
+    loadText(cookies, "<c><w><name>n</name></w><w id=\"0\"><name>c</name></w>"
+                      "<w id=\"1\"><name>b</name></w><w id=\"1\"><name>a</name></w></c>");
+    cookies.takeCalls();
 
     cookies.deleteCookieInfo(id);
 
-    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::deleteCookieInfo] si_XMLNum:"
-                                    + QByteArray::number(id) + '\n');
+    COMPARE_BYTES(cookies.takeCalls(),
+                  "deleteXMLNodeByID " + number + " id\nsetIDforChildren id\n");
     QCOMPARE(entries(cookies), left);
-}
-
-void tst_VLMC_CookieSetting::deleteCookieInfo_deletesThenNumbers()
-{
-    WatchedStore<VLMC_CookieSetting> cookies;
-    cookies.createXMLRootNode();
-
-    cookies.deleteCookieInfo(7);
-
-    COMPARE_BYTES(cookies.takeCalls(), "deleteXMLNodeByID 7 id\nsetIDforChildren id\n");
-}
-
-void tst_VLMC_CookieSetting::deleteCookieInfo_deletesFirstOfEqualIds()
-{
-    VLMC_CookieSetting cookies;
-    loadText(cookies, "<c><webSiteInfo id=\"1\"><name>a</name></webSiteInfo>"
-                      "<webSiteInfo id=\"1\"><name>b</name></webSiteInfo></c>");
-    cookies.deleteCookieInfo(1);
-    QCOMPARE(entries(cookies), QByteArray("000=b "));
-}
-
-void tst_VLMC_CookieSetting::deleteCookieInfo_onlyLogsWithoutDocument()
-{
-    VLMC_CookieSetting cookies;
-    cookies.deleteCookieInfo(0);
-    COMPARE_BYTES(loggedText(), "3 [VLMC_CookieSetting::deleteCookieInfo] si_XMLNum:0\n");
-    QVERIFY(!cookies.getXMLRootNode());
 }
 
 QTEST_GUILESS_MAIN(tst_VLMC_CookieSetting)
