@@ -121,8 +121,6 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
     VLMC_XMLNode *const element = nodeOfStartTag(*this, first, parent, shared);
     VLMC_XMLNode *open = element;
     int defaulted = 0;
-    int depth = 1;
-    int prefixes = int(namespaceDeclarations().size());
     while (!atEnd()) {
         const TokenType token = readNext();
         if (token == EndElement) {
@@ -130,7 +128,6 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
                 break;
             }
             open = open->getXMLNodeParent();
-            --depth;
             continue;
         }
         if (token == Characters) {
@@ -139,9 +136,7 @@ VLMC_XMLNode *VLMC_XMLReader::readXMLNode(VLMC_XMLNode *parent)
         if (token == StartElement) {
             QXmlStreamAttributes attributes = this->attributes();
             defaulted += vlm::defaultedSize(attributes);
-            prefixes += int(namespaceDeclarations().size());
-            if (defaulted > vlm::kMaxDefaulted || prefixes > vlm::kMaxPrefixes
-                || ++depth > vlm::kMaxDepth) {
+            if (defaulted > vlm::kMaxDefaulted) {
                 raiseError();
                 break;
             }

@@ -21,10 +21,10 @@ public:
 
     /// Replaces the content of the file at path by the document under root; true on success. A
     /// crash, a power cut or a full disk at any moment leaves the old content or the new one, never
-    /// a part. A document of more than 64 MiB is refused and the file left alone: no settings are
+    /// a part. A document of more than 256 MiB is refused and the file left alone: no settings are
     /// that large, but elements nested thousands deep are, by their indentation. Only a file that
     /// cannot be replaced (a device, one with several names, one in a folder that takes no new
-    /// files) is written in place; errors on the way then leave a part. A null root gives false
+    /// files) is written in place, and errors on the way are not noticed. A null root gives false
     /// and leaves the file alone; with a null node among the children the part before it is
     /// written, and the result is false.
     bool write(QString &path, VLMC_XMLNode *root);

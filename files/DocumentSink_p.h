@@ -7,9 +7,9 @@
 namespace vlm
 {
 // More than any settings document needs, and little enough to hold in memory. Indentation makes a
-// document grow with the square of its depth. No more is read either, so that what is saved can be
-// loaded again.
-const qint64 kMaxDocumentBytes = qint64(64) * 1024 * 1024;
+// document grow with the square of its depth: without a limit a file of 175 KB, read and saved
+// again, would take all memory.
+const qint64 kMaxDocumentBytes = qint64(256) * 1024 * 1024;
 
 // A document on its way to a file. Takes the writer's many small pieces faster than a QBuffer.
 class DocumentSink : public QIODevice

@@ -1,7 +1,5 @@
 #include "files/DocumentSource_p.h"
 
-#include "files/DocumentSink_p.h"
-
 #include <cstring>
 
 namespace
@@ -94,9 +92,7 @@ bool vlm::isUtf8(const QXmlStreamReader &reader)
 vlm::DocumentSource::DocumentSource(QIODevice *device)
     : QIODevice(device),
       m_device(device),
-      m_left(device->isSequential()
-                 ? kMaxDocumentBytes
-                 : qBound(qint64(0), device->size() - device->pos(), kMaxDocumentBytes)),
+      m_left(device->isSequential() ? -1 : qMax(device->size() - device->pos(), qint64(0))),
       m_largest(0),
       m_expanded(0),
       m_declarationBytes(0),
@@ -147,27 +143,17 @@ qint64 vlm::DocumentSource::readData(char *data, qint64 size)
     if (got <= 0) {
         return end();
     }
-    const qint64 taken = accepted(data, got);
-    const qint64 within = m_tags.within(data, taken);
-    if (within < taken) {
-        end();
-    }
-    return within;
-}
-
-qint64 vlm::DocumentSource::accepted(char *data, qint64 size)
-{
     switch (m_state) {
     case Prolog:
-        return upToDeclaration(data, size);
+        return upToDeclaration(data, got);
     case Declarations:
         return declarationByte(*data);
     case Counting:
-        return upToBound(data, size);
+        return upToBound(data, got);
     case Plain:
         break;
     }
-    return size;
+    return got;
 }
 
 qint64 vlm::DocumentSource::writeData(const char *, qint64) { return -1; }
@@ -180,8 +166,8 @@ qint64 vlm::DocumentSource::fetch(char *data, qint64 size)
         m_held.remove(0, taken);
         return taken;
     }
-    const qint64 got = m_device->read(data, qMin(size, m_left));
-    if (got > 0) {
+    const qint64 got = m_device->read(data, m_left < 0 ? size : qMin(size, m_left));
+    if (m_left > 0 && got > 0) {
         m_left -= got;
     }
     return got;

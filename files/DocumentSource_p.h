@@ -1,8 +1,6 @@
 #ifndef FILES_DOCUMENTSOURCE_P_H
 #define FILES_DOCUMENTSOURCE_P_H
 
-#include "files/AttributeBound_p.h"
-
 #include <QtCore/QByteArray>
 #include <QtCore/QHash>
 #include <QtCore/QIODevice>
@@ -15,12 +13,6 @@ namespace vlm
 // element.
 const int kMaxDefaulted = 4096;
 
-// Elements within each other: indentation makes a document grow with the square of them, a file of
-// 16 KB to 119 MB.
-const int kMaxDepth = 256;
-// Prefixes for namespaces, in the whole document. A parser looks for each one among all of them.
-const int kMaxPrefixes = 256;
-
 // Characters that a start tag has only from a declaration.
 int defaultedSize(const QXmlStreamAttributes &attributes);
 
@@ -28,9 +20,8 @@ int defaultedSize(const QXmlStreamAttributes &attributes);
 // only.
 bool isUtf8(const QXmlStreamReader &reader);
 
-// What the reader sees of a device: no more than it holds at the start, no more than a document may
-// have, no tag with more than kMaxAttributes, and no more than 4,096 characters from declared
-// entities, all uses together. Past any limit the document just ends.
+// What the reader sees of a device: no more than it holds at the start, and no more than 4,096
+// characters from declared entities, all uses together. Past either limit the document just ends.
 // Qt 4.8 has no limit of its own, later versions one for each use.
 //
 // References are counted in the bytes on their way to the parser, since one token may contain any
@@ -57,7 +48,6 @@ protected:
 private:
     enum State { Prolog, Declarations, Counting, Plain };
 
-    qint64 accepted(char *data, qint64 size);
     qint64 fetch(char *data, qint64 size);
     qint64 upToDeclaration(char *data, qint64 size);
     qint64 declarationIn(const char *data, qint64 size);
@@ -70,9 +60,8 @@ private:
     qint64 end();
 
     QIODevice *m_device;
-    // Bytes that the device may still give.
+    // Bytes that the device may still give; negative for no limit.
     qint64 m_left;
-    AttributeBound m_tags;
     QByteArray m_held;
     QByteArray m_recent;
     QHash<QByteArray, int> m_entities;

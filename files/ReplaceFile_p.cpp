@@ -29,8 +29,6 @@ const int kMaxLinks = 40;
 const int kMaxReplacements = 20;
 // For names with the same number from another process space, and for a cleaner that was quicker.
 const int kMaxNames = 1000;
-// In one save; the next one goes on. Crashes leave one each.
-const int kMaxRemoved = 1000;
 
 // A signal may interrupt a call before it has done anything.
 template <typename Call>
@@ -164,9 +162,6 @@ void removeStaleFiles(const QByteArray &folder)
     while (const dirent *const entry = readdir(entries)) {
         if (strncmp(entry->d_name, kTemporaryPrefix, sizeof kTemporaryPrefix - 1) == 0) {
             stale.append(folder + entry->d_name);
-        }
-        if (stale.size() == kMaxRemoved) {
-            break;
         }
     }
     closedir(entries);

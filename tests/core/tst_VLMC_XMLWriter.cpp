@@ -58,7 +58,7 @@ QByteArray written(VLMC_XMLNode *root, bool expected = true)
 
 VLMC_XMLNode *const noNode = nullptr;
 
-const int kMaxDocumentBytes = 64 * 1024 * 1024;
+const int kMaxDocumentBytes = 256 * 1024 * 1024;
 
 // Accepts everything and keeps nothing.
 class CountingDevice : public QIODevice
@@ -317,8 +317,8 @@ void tst_VLMC_XMLWriter::writePath_refusesTooLargeDocument_data()
 {
     QTest::addColumn<int>("bytes");
     QTest::addColumn<bool>("accepted");
-    QTest::newRow("64 MiB") << kMaxDocumentBytes << true;
-    QTest::newRow("64 MiB and a byte") << kMaxDocumentBytes + 1 << false;
+    QTest::newRow("256 MiB") << kMaxDocumentBytes << true;
+    QTest::newRow("256 MiB and a byte") << kMaxDocumentBytes + 1 << false;
 }
 
 // A device spares the disk. It is written in place, with the same limit.

@@ -149,7 +149,6 @@ private slots:
     void write_takesRelativePath();
     void write_takesNonAsciiPath();
     void write_removesStaleFiles();
-    void write_removesAThousandStaleFiles();
     void write_leavesLiveFiles();
     void write_leavesForeignNames();
     void write_worksFromManyThreadsAndProcesses();
@@ -619,20 +618,6 @@ void tst_ReplaceFile::write_removesStaleFiles()
     writeFile(directory.file(kStale), "stale");
     QVERIFY(writeTree(directory.file("new.xml")));
     QCOMPARE(filesIn(directory), QStringList() << utf8("f.xml") << utf8("new.xml"));
-}
-
-void tst_ReplaceFile::write_removesAThousandStaleFiles()
-{
-    const TestDirectory directory;
-    for (int i = 0; i < 1001; ++i) {
-        writeFile(
-            directory.file(QByteArray(".velmora-save-1-" + QByteArray::number(i)).constData()),
-            "stale");
-    }
-    QVERIFY(writeTree(directory.file("f.xml")));
-    QCOMPARE(filesIn(directory).size(), 2);
-    QVERIFY(writeTree(directory.file("f.xml")));
-    QCOMPARE(filesIn(directory), QStringList() << utf8("f.xml"));
 }
 
 void tst_ReplaceFile::write_leavesLiveFiles()
