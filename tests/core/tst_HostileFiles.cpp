@@ -6,7 +6,6 @@
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
-#include <QtCore/QThread>
 
 #include <memory>
 #include <sys/resource.h>
@@ -16,11 +15,8 @@
 
 namespace
 {
-const int kDeepLevels = 100000;
-const int kSavedLevels = 2000;
 // The limit of a document, the tree, and what the sanitizers add.
 const long kSaveKilobytes = 1024 * 1024;
-const uint kSmallStackBytes = 256 * 1024;
 
 typedef std::unique_ptr<VLMC_XMLNode> Tree;
 
@@ -72,60 +68,9 @@ qint64 charactersIn(VLMC_XMLNode *root)
     return total;
 }
 
-QByteArray repeated(const QByteArray &text, int count)
-{
-    QByteArray all;
-    all.reserve(int(text.size()) * count);
-    for (int i = 0; i < count; ++i) {
-        all += text;
-    }
-    return all;
-}
-
 QByteArray declaring(const QByteArray &entities, const QByteArray &content)
 {
     return "<!DOCTYPE r [" + entities + "]><r><first>kept</first>" + content + "</r>";
-}
-
-class SmallStackThread : public QThread
-{
-public:
-    typedef void (*Work)();
-    explicit SmallStackThread(Work work) : m_work(work) { setStackSize(kSmallStackBytes); }
-
-    bool finishes()
-    {
-        start();
-        return wait(60000);
-    }
-
-protected:
-    void run() override { m_work(); }
-
-private:
-    Work m_work;
-};
-
-void loadAndDestroyDeepDocument()
-{
-    const Tree root =
-        readDevice(repeated("<a>", kDeepLevels) + "x" + repeated("</a>", kDeepLevels));
-    QVERIFY(root.get());
-    int levels = 1;
-    for (VLMC_XMLNode *node = root.get(); !node->getXMLNodeChildren().isEmpty(); ++levels) {
-        node = node->getXMLNodeChildren().first();
-    }
-    QCOMPARE(levels, kDeepLevels);
-}
-
-void saveDeepDocument()
-{
-    const Tree root = readDevice(repeated("<a>", kSavedLevels) + repeated("</a>", kSavedLevels));
-    const TestDirectory directory;
-    QString path = directory.file("deep.xml");
-    VLMC_XMLWriter writer;
-    QVERIFY(writer.write(path, root.get()));
-    QCOMPARE(readFile(path).count("<a"), kSavedLevels);
 }
 
 // Grows by as much as is read.
@@ -166,10 +111,8 @@ private slots:
     void read_keepsWhatPrecedesInvalidUtf8();
     void read_survivesDeclaredEncoding_data();
     void read_survivesDeclaredEncoding();
-    void read_refusesFolder();
-    void read_refusesFifo();
-    void read_refusesDevice();
-    void read_refusesLinkToFifo();
+    void read_refusesWhatIsNoFile_data();
+    void read_refusesWhatIsNoFile();
     void read_stopsWhereGrowingFileEnded();
     void read_stopsWhereShrunkFileEnds();
     void read_boundsEntities_data();
@@ -187,8 +130,6 @@ private slots:
     void read_boundsDefaultAttributes();
     void read_countsDefaultAttributesToTheBound();
     void read_takesDeclarationInTextAsText();
-    void read_doesNotRecurse();
-    void write_doesNotRecurse();
     void write_boundsIndentation_data();
     void write_boundsIndentation();
 };
@@ -243,7 +184,7 @@ void tst_HostileFiles::read_givesEmptyNode()
 
 void tst_HostileFiles::read_keepsWhatPrecedesInvalidUtf8()
 {
-    const Tree root = readBytes("<r>" + repeated("<e>x</e>", 3000) + "<e>\xff</e></r>");
+    const Tree root = readBytes("<r>" + QByteArray("<e>x</e>").repeated(3000) + "<e>\xff</e></r>");
     QCOMPARE(root->getName(), utf8("r"));
     QVERIFY(root->getXMLNodeChildren().size() > 1000);
 }
@@ -263,8 +204,8 @@ void tst_HostileFiles::read_survivesDeclaredEncoding_data()
 void tst_HostileFiles::read_survivesDeclaredEncoding()
 {
     QFETCH(QByteArray, encoding);
-    const QByteArray bomb =
-        "<!DOCTYPE r [<!ENTITY e \"" + QByteArray(4000, 'e') + "\">]><r>" + repeated("&e;", 5000);
+    const QByteArray bomb = "<!DOCTYPE r [<!ENTITY e \"" + QByteArray(4000, 'e') + "\">]><r>"
+                            + QByteArray("&e;").repeated(5000);
     for (int i = 0; i < 2; ++i) {
         const Tree root = readBytes("<?xml version=\"1.0\" encoding=\"" + encoding + "\"?>"
                                     + (i == 0 ? QByteArray("<r>text</r>") : bomb));
@@ -273,44 +214,25 @@ void tst_HostileFiles::read_survivesDeclaredEncoding()
     }
 }
 
-void tst_HostileFiles::read_refusesFolder()
+void tst_HostileFiles::read_refusesWhatIsNoFile_data()
 {
-    const TestDirectory directory;
-    QString path = directory.path();
-    VLMC_XMLReader reader;
-    const Tree root(reader.read(path));
-    QCOMPARE(root->getName(), QString::fromLatin1(""));
-    COMPARE_BYTES(loggedText(), "2 VLMC_XMLReader::read file open error!\n");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("folder") << utf8(".");
+    QTest::newRow("FIFO") << utf8("fifo");
+    QTest::newRow("link to a FIFO") << utf8("link");
+    QTest::newRow("device") << utf8("/dev/zero");
 }
 
-void tst_HostileFiles::read_refusesFifo()
+void tst_HostileFiles::read_refusesWhatIsNoFile()
 {
-    const TestDirectory directory;
-    QCOMPARE(mkfifo(QFile::encodeName(directory.file("fifo")).constData(), 0600), 0);
-    QString path = directory.file("fifo");
-    VLMC_XMLReader reader;
-    const Tree root(reader.read(path));
-    QCOMPARE(root->getName(), QString::fromLatin1(""));
-    COMPARE_BYTES(loggedText(), "2 VLMC_XMLReader::read file open error!\n");
-}
-
-void tst_HostileFiles::read_refusesDevice()
-{
-    QString path = utf8("/dev/zero");
-    VLMC_XMLReader reader;
-    const Tree root(reader.read(path));
-    QCOMPARE(root->getName(), QString::fromLatin1(""));
-    COMPARE_BYTES(loggedText(), "2 VLMC_XMLReader::read file open error!\n");
-}
-
-void tst_HostileFiles::read_refusesLinkToFifo()
-{
+    QFETCH(QString, path);
     const TestDirectory directory;
     QCOMPARE(mkfifo(QFile::encodeName(directory.file("fifo")).constData(), 0600), 0);
     QVERIFY(QFile::link(directory.file("fifo"), directory.file("link")));
-    QString path = directory.file("link");
+    path = QDir(directory.path()).absoluteFilePath(path);
     VLMC_XMLReader reader;
     const Tree root(reader.read(path));
+    QCOMPARE(root->getName(), QString::fromLatin1(""));
     COMPARE_BYTES(loggedText(), "2 VLMC_XMLReader::read file open error!\n");
 }
 
@@ -343,26 +265,28 @@ void tst_HostileFiles::read_boundsEntities_data()
     QByteArray nested = "<!ENTITY e0 \"0123456789\">";
     for (int i = 1; i < 10; ++i) {
         const QByteArray use = "&e" + QByteArray::number(i - 1) + ";";
-        nested += "<!ENTITY e" + QByteArray::number(i) + " \"" + repeated(use, 10) + "\">";
+        nested += "<!ENTITY e" + QByteArray::number(i) + " \"" + use.repeated(10) + "\">";
     }
     QByteArray chain = "<!ENTITY c0 \"x\">";
     for (int i = 1; i < 3000; ++i) {
         chain +=
             "<!ENTITY c" + QByteArray::number(i) + " \"&c" + QByteArray::number(i - 1) + ";\">";
     }
-    QTest::newRow("one entity, 20000 uses") << declaring(large, repeated("&e;", 20000));
-    QTest::newRow("uses in elements") << declaring(large, repeated("<i>&e;</i>", 20000));
-    QTest::newRow("uses in attributes") << declaring(large, repeated("<i a='&e;'/>", 20000));
-    QTest::newRow("long document type") << declaring(padding + large, repeated("&e;", 20000));
+    QTest::newRow("one entity, 20000 uses") << declaring(large, QByteArray("&e;").repeated(20000));
+    QTest::newRow("uses in elements") << declaring(large, QByteArray("<i>&e;</i>").repeated(20000));
+    QTest::newRow("uses in attributes")
+        << declaring(large, QByteArray("<i a='&e;'/>").repeated(20000));
+    QTest::newRow("long document type")
+        << declaring(padding + large, QByteArray("&e;").repeated(20000));
     QTest::newRow("nested") << declaring(nested, "&e9;");
-    QTest::newRow("chain") << declaring(chain, repeated("&c2999;", 20000));
+    QTest::newRow("chain") << declaring(chain, QByteArray("&c2999;").repeated(20000));
     QTest::newRow("recursive") << declaring("<!ENTITY a \"&b;\"><!ENTITY b \"&a;\">", "&a;");
-    QTest::newRow("attribute default")
-        << declaring(large + "<!ATTLIST r a CDATA \"" + repeated("&e;", 20000) + "\">", "");
-    QTest::newRow("long declarations")
-        << declaring(repeated("<!ENTITY x \"" + QByteArray(4000, 'x') + "\">", 10000), "&x;");
-    QTest::newRow("built-in name")
-        << declaring("<!ENTITY amp \"" + QByteArray(4000, 'x') + "\">", repeated("&amp;", 20000));
+    QTest::newRow("attribute default") << declaring(
+        large + "<!ATTLIST r a CDATA \"" + QByteArray("&e;").repeated(20000) + "\">", "");
+    QTest::newRow("long declarations") << declaring(
+        QByteArray("<!ENTITY x \"" + QByteArray(4000, 'x') + "\">").repeated(10000), "&x;");
+    QTest::newRow("built-in name") << declaring("<!ENTITY amp \"" + QByteArray(4000, 'x') + "\">",
+                                                QByteArray("&amp;").repeated(20000));
 }
 
 void tst_HostileFiles::read_boundsEntities()
@@ -380,9 +304,9 @@ void tst_HostileFiles::read_boundsEntities()
 // UTF-7 spells "&" as "+ACY-". Qt without that encoding gives no root.
 void tst_HostileFiles::read_boundsReferencesInOtherEncodings()
 {
-    const Tree root = readBytes(
-        "<?xml version=\"1.0\" encoding=\"UTF-7\"?>"
-        + declaring("<!ENTITY e \"" + QByteArray(4000, 'e') + "\">", repeated("+ACY-e;", 5000)));
+    const Tree root = readBytes("<?xml version=\"1.0\" encoding=\"UTF-7\"?>"
+                                + declaring("<!ENTITY e \"" + QByteArray(4000, 'e') + "\">",
+                                            QByteArray("+ACY-e;").repeated(5000)));
     QVERIFY(charactersIn(root.get()) <= 4096);
 }
 
@@ -454,7 +378,7 @@ void tst_HostileFiles::read_countsNoBuiltInReferences()
     QFETCH(QByteArray, reference);
     const QByteArray entity = "<!ENTITY e \"" + QByteArray(4000, 'e') + "\">";
     const Tree root =
-        readBytes(declaring(entity, "<i>" + repeated(reference, 5000) + "</i><j>&e;</j>"));
+        readBytes(declaring(entity, "<i>" + reference.repeated(5000) + "</i><j>&e;</j>"));
     QCOMPARE(root->getXMLNodeChildren().size(), 3);
     QCOMPARE(root->getXMLNodeChildren().at(1)->getText().size(), 5000);
     QCOMPARE(root->getXMLNodeChildren().at(2)->getText().size(), 4000);
@@ -475,8 +399,9 @@ void tst_HostileFiles::read_boundsDefaultAttributes_data()
 void tst_HostileFiles::read_boundsDefaultAttributes()
 {
     QFETCH(QByteArray, attributes);
-    const Tree root = readBytes("<!DOCTYPE r [<!ATTLIST e " + attributes
-                                + ">]><r><first>kept</first>" + repeated("<e/>", 5000) + "</r>");
+    const Tree root =
+        readBytes("<!DOCTYPE r [<!ATTLIST e " + attributes + ">]><r><first>kept</first>"
+                  + QByteArray("<e/>").repeated(5000) + "</r>");
     QCOMPARE(root->getName(), utf8("r"));
     QCOMPARE(root->getXMLNodeChildren().size(), 1);
     QCOMPARE(root->getXMLNodeChildren().first()->getText(), utf8("kept"));
@@ -486,8 +411,9 @@ void tst_HostileFiles::read_boundsDefaultAttributes()
 void tst_HostileFiles::read_countsDefaultAttributesToTheBound()
 {
     const QByteArray start = "<!DOCTYPE r [<!ATTLIST e a CDATA \"" + QByteArray(1023, 'v')
-                             + "\">]><r>" + repeated("<e a=\"" + QByteArray(2000, 'o') + "\"/>", 9)
-                             + repeated("<e/>", 4);
+                             + "\">]><r>"
+                             + QByteArray("<e a=\"" + QByteArray(2000, 'o') + "\"/>").repeated(9)
+                             + QByteArray("<e/>").repeated(4);
     QCOMPARE(readBytes(start + "<j/></r>")->getXMLNodeChildren().size(), 14);
     QCOMPARE(readBytes(start + "<e/><j/></r>")->getXMLNodeChildren().size(), 13);
 }
@@ -495,10 +421,11 @@ void tst_HostileFiles::read_countsDefaultAttributesToTheBound()
 void tst_HostileFiles::read_countsEntitiesToTheBound()
 {
     const QByteArray entity = "<!ENTITY e \"" + QByteArray(1024, 'e') + "\">";
-    const Tree atBound = readBytes(declaring(entity, repeated("<i>&e;</i>", 4) + "<j/>"));
+    const Tree atBound =
+        readBytes(declaring(entity, QByteArray("<i>&e;</i>").repeated(4) + "<j/>"));
     QCOMPARE(atBound->getXMLNodeChildren().size(), 6);
     const Tree beyond =
-        readBytes(declaring(entity, repeated("<i>&e;</i>", 4) + "<i>&e;</i>" + "<j/>"));
+        readBytes(declaring(entity, QByteArray("<i>&e;</i>").repeated(4) + "<i>&e;</i>" + "<j/>"));
     QCOMPARE(beyond->getXMLNodeChildren().size(), 6);
     QCOMPARE(beyond->getXMLNodeChildren().at(4)->getText().size(), 1024);
     QCOMPARE(beyond->getXMLNodeChildren().at(5)->getText(), QString::fromLatin1(""));
@@ -507,21 +434,11 @@ void tst_HostileFiles::read_countsEntitiesToTheBound()
 void tst_HostileFiles::read_takesDeclarationInTextAsText()
 {
     const QByteArray text = "<!DOCTYPE x [<!ENTITY e \"" + QByteArray(100000, 'e') + "\">]>";
-    const Tree root =
-        readBytes("<r><a><![CDATA[" + text + "]]></a><b>" + repeated("&amp;", 5000) + "</b></r>");
+    const Tree root = readBytes("<r><a><![CDATA[" + text + "]]></a><b>"
+                                + QByteArray("&amp;").repeated(5000) + "</b></r>");
     QCOMPARE(root->getXMLNodeChildren().size(), 2);
     QCOMPARE(root->getXMLNodeChildren().at(0)->getText().size(), text.size());
     QCOMPARE(root->getXMLNodeChildren().at(1)->getText().size(), 5000);
-}
-
-void tst_HostileFiles::read_doesNotRecurse()
-{
-    QVERIFY(SmallStackThread(loadAndDestroyDeepDocument).finishes());
-}
-
-void tst_HostileFiles::write_doesNotRecurse()
-{
-    QVERIFY(SmallStackThread(saveDeepDocument).finishes());
 }
 
 void tst_HostileFiles::write_boundsIndentation_data()
@@ -538,7 +455,7 @@ void tst_HostileFiles::write_boundsIndentation()
     QFETCH(int, levels);
     const TestDirectory directory;
     const QString path = directory.file("deep.xml");
-    const QByteArray document = repeated("<a>", levels);
+    const QByteArray document = QByteArray("<a>").repeated(levels);
     writeFile(path, document);
     const pid_t child = fork();
     if (child == 0) {

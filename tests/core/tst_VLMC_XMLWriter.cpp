@@ -29,7 +29,6 @@ private slots:
     void writeDevice_refusesNullRoot();
     void writeDevice_stopsAtANullChild_data();
     void writeDevice_stopsAtANullChild();
-    void writeDevice_leavesTheDeviceOpen();
     void writeDevice_bringsBackWhatWasRead_data();
     void writeDevice_bringsBackWhatWasRead();
     void writeDevice_needsNoStackForDepth();
@@ -53,10 +52,21 @@ QByteArray written(VLMC_XMLNode *root, bool expected = true)
     buffer.open(QIODevice::WriteOnly);
     VLMC_XMLWriter writer;
     const bool result = writer.write(buffer, root);
-    return result == expected ? buffer.data() : QByteArray("write() gave the wrong result");
+    return result == expected && buffer.isOpen() ? buffer.data()
+                                                 : QByteArray("a wrong result or a closed device");
 }
 
-VLMC_XMLNode *const noNode = nullptr;
+// What writes one element into a buffer, without line breaks.
+struct ElementWriter {
+    ElementWriter()
+    {
+        buffer.open(QIODevice::WriteOnly);
+        writer.setAutoFormatting(false);
+        writer.setDevice(&buffer);
+    }
+    QBuffer buffer;
+    VLMC_XMLWriter writer;
+};
 
 const int kMaxDocumentBytes = 256 * 1024 * 1024;
 
@@ -108,11 +118,7 @@ void tst_VLMC_XMLWriter::constructor_indents()
 
 void tst_VLMC_XMLWriter::writeDevice_writesAnIndentedDocument()
 {
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
-    VLMC_XMLNode *const first = newNode(root.data(), "a");
-    newNode(newNode(first, "b"), "c", "deep");
-    newNode(first, "d");
-    newNode(root.data(), "e", "last");
+    const Tree root(newTree("r[a[b[c0'deep'] d] e0'last']"));
     COMPARE_BYTES(written(root.data()), QByteArray(kDeclaration)
                                             + "<r>\n"
                                               "    <a>\n"
@@ -155,7 +161,7 @@ void tst_VLMC_XMLWriter::writeDevice_writesTexts()
     QFETCH(int, type);
     QFETCH(QString, text);
     QFETCH(QByteArray, element);
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    const Tree root(newNode(nullptr, "r"));
     root->setText(text);
     root->setTextType(char(type));
     COMPARE_BYTES(written(root.data()), kDeclaration + element + "\n");
@@ -163,14 +169,7 @@ void tst_VLMC_XMLWriter::writeDevice_writesTexts()
 
 void tst_VLMC_XMLWriter::writeDevice_writesTextBeforeChildren()
 {
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
-    newNode(newNode(root.data(), "a", "text"), "b");
-    VLMC_XMLNode *const section = newNode(root.data(), "c", "data");
-    section->setTextType(1);
-    newNode(section, "d");
-    VLMC_XMLNode *const neither = newNode(root.data(), "e", "lost");
-    neither->setTextType(2);
-    newNode(neither, "f");
+    const Tree root(newTree("r[a0'text'[b] c1'data'[d] e2'lost'[f]]"));
     COMPARE_BYTES(written(root.data()), QByteArray(kDeclaration)
                                             + "<r>\n"
                                               "    <a>text<b/>\n"
@@ -185,7 +184,7 @@ void tst_VLMC_XMLWriter::writeDevice_writesTextBeforeChildren()
 
 void tst_VLMC_XMLWriter::writeDevice_writesAttributes()
 {
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    const Tree root(newNode(nullptr, "r"));
     addAttribute(root.data(), "z", "1");
     addAttribute(root.data(), "a", "<&\">'\n\t");
     addAttribute(root.data(), "empty", "");
@@ -199,16 +198,14 @@ void tst_VLMC_XMLWriter::writeDevice_writesAttributes()
 
 void tst_VLMC_XMLWriter::writeDevice_keepsPrefixesOfCleanedAttributes()
 {
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
-    addAttribute(root.data(), "p:q",
-                 "a\x01"
-                 "b");
+    const Tree root(newTree("r{p:q=a\x01"
+                            "b}"));
     COMPARE_BYTES(written(root.data()), QByteArray(kDeclaration) + "<r p:q=\"ab\"/>\n");
 }
 
 void tst_VLMC_XMLWriter::writeDevice_escapesNamespaces()
 {
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
+    const Tree root(newNode(nullptr, "r"));
     root->getAttribute().append(QString::fromLatin1("a&b<c>d\"e'f"), QString::fromLatin1("x"),
                                 QString::fromLatin1("1"));
     const QByteArray document =
@@ -218,11 +215,8 @@ void tst_VLMC_XMLWriter::writeDevice_escapesNamespaces()
 
 void tst_VLMC_XMLWriter::writeDevice_leavesTheTreeAlone()
 {
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r",
-                                                    "a\x01"
-                                                    "b"));
-    addAttribute(root.data(), "a", "\x02");
-    newNode(root.data(), "c", "text");
+    const Tree root(newTree("r{a=\x02}0'a\x01"
+                            "b'[c0'text']"));
     const QByteArray before = described(root.data());
     written(root.data());
     QCOMPARE(described(root.data()), before);
@@ -236,38 +230,24 @@ void tst_VLMC_XMLWriter::writeDevice_refusesNullRoot()
 
 void tst_VLMC_XMLWriter::writeDevice_stopsAtANullChild_data()
 {
-    QTest::addColumn<int>("position");
+    QTest::addColumn<QByteArray>("tree");
     QTest::addColumn<QByteArray>("document");
-    QTest::newRow("first") << 0 << QByteArray("<r>\n    <a/>\n</r>\n");
-    QTest::newRow("second") << 1 << QByteArray("<r>\n    <a>\n        <b/>\n    </a>\n</r>\n");
-    QTest::newRow("last") << 2
+    QTest::newRow("first") << QByteArray("r[a[null b c0'1'] never]")
+                           << QByteArray("<r>\n    <a/>\n</r>\n");
+    QTest::newRow("second") << QByteArray("r[a[b null c0'1'] never]")
+                            << QByteArray("<r>\n    <a>\n        <b/>\n    </a>\n</r>\n");
+    QTest::newRow("last") << QByteArray("r[a[b c0'1' null] never]")
                           << QByteArray(
                                  "<r>\n    <a>\n        <b/>\n        <c>1</c>\n    </a>\n</r>\n");
 }
 
 void tst_VLMC_XMLWriter::writeDevice_stopsAtANullChild()
 {
-    QFETCH(int, position);
+    QFETCH(QByteArray, tree);
     QFETCH(QByteArray, document);
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
-    VLMC_XMLNode *const parent = newNode(root.data(), "a");
-    newNode(parent, "b");
-    newNode(parent, "c", "1");
-    parent->getXMLNodeChildren().insert(position, noNode);
-    newNode(root.data(), "never");
-
+    const Tree root(newTree(tree.constData()));
     COMPARE_BYTES(written(root.data(), false), kDeclaration + document);
     COMPARE_BYTES(loggedText(), "1 [VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.\n");
-}
-
-void tst_VLMC_XMLWriter::writeDevice_leavesTheDeviceOpen()
-{
-    const QScopedPointer<VLMC_XMLNode> root(newNode(nullptr, "r"));
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    VLMC_XMLWriter writer;
-    QVERIFY(writer.write(buffer, root.data()));
-    QVERIFY(buffer.isOpen());
 }
 
 void tst_VLMC_XMLWriter::writeDevice_bringsBackWhatWasRead_data()
@@ -295,7 +275,7 @@ void tst_VLMC_XMLWriter::writeDevice_bringsBackWhatWasRead()
     QBuffer buffer(&document);
     buffer.open(QIODevice::ReadOnly);
     VLMC_XMLReader reader;
-    const QScopedPointer<VLMC_XMLNode> root(reader.read(buffer));
+    const Tree root(reader.read(buffer));
     COMPARE_BYTES(written(root.data()), again);
 }
 
@@ -303,7 +283,7 @@ void tst_VLMC_XMLWriter::writeDevice_needsNoStackForDepth()
 {
     runOnSmallStack([] {
         const int levels = 2000;
-        const QScopedPointer<VLMC_XMLNode> root(newChain(levels));
+        const Tree root(newChain(levels));
         const QByteArray document = written(root.data());
         QVERIFY(document.startsWith(QByteArray(kDeclaration) + "<e>\n    <e>\n"));
         QVERIFY(document.endsWith("    </e>\n</e>\n"));
@@ -326,7 +306,7 @@ void tst_VLMC_XMLWriter::writePath_refusesTooLargeDocument()
 {
     QFETCH(int, bytes);
     QFETCH(bool, accepted);
-    const QScopedPointer<VLMC_XMLNode> root(newDocumentOf(bytes));
+    const Tree root(newDocumentOf(bytes));
     QString path = utf8("/dev/null");
     VLMC_XMLWriter writer;
     QCOMPARE(writer.write(path, root.data()), accepted);
@@ -335,7 +315,7 @@ void tst_VLMC_XMLWriter::writePath_refusesTooLargeDocument()
 
 void tst_VLMC_XMLWriter::writeDevice_takesAnySize()
 {
-    const QScopedPointer<VLMC_XMLNode> root(newDocumentOf(kMaxDocumentBytes + 1));
+    const Tree root(newDocumentOf(kMaxDocumentBytes + 1));
     CountingDevice device;
     VLMC_XMLWriter writer;
     QVERIFY(writer.write(device, root.data()));
@@ -344,82 +324,56 @@ void tst_VLMC_XMLWriter::writeDevice_takesAnySize()
 
 void tst_VLMC_XMLWriter::writeXMLNode_writesOneElement()
 {
-    const QScopedPointer<VLMC_XMLNode> node(newNode(nullptr, "a", "text"));
-    addAttribute(node.data(), "x", "1");
-    newNode(node.data(), "b");
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    VLMC_XMLWriter writer;
-    writer.setDevice(&buffer);
-
-    QVERIFY(writer.writeXMLNode(node.data()));
-
+    const Tree node(newTree("a{x=1}0'text'[b]"));
+    ElementWriter to;
+    QVERIFY(to.writer.writeXMLNode(node.data()));
     // No declaration and no final newline: those are the document's.
-    COMPARE_BYTES(buffer.data().trimmed(), "<a x=\"1\">text<b/>\n</a>");
+    COMPARE_BYTES(to.buffer.data(), "<a x=\"1\">text<b/></a>");
 }
 
 void tst_VLMC_XMLWriter::writeXMLNode_refusesNull()
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    VLMC_XMLWriter writer;
-    writer.setDevice(&buffer);
-    QVERIFY(!writer.writeXMLNode(nullptr));
-    COMPARE_BYTES(buffer.data(), QByteArray());
+    ElementWriter to;
+    QVERIFY(!to.writer.writeXMLNode(nullptr));
+    COMPARE_BYTES(to.buffer.data(), QByteArray());
     COMPARE_BYTES(loggedText(), "1 [VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.\n");
 }
 
 void tst_VLMC_XMLWriter::writeXMLNode_leavesTagsOpenAtANullChild()
 {
-    const QScopedPointer<VLMC_XMLNode> node(newNode(nullptr, "a"));
-    VLMC_XMLNode *const parent = newNode(node.data(), "b");
-    newNode(parent, "c", "1");
-    parent->getXMLNodeChildren().append(noNode);
-    newNode(node.data(), "never");
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    VLMC_XMLWriter writer;
-    writer.setAutoFormatting(false);
-    writer.setDevice(&buffer);
+    const Tree node(newTree("a[b[c0'1' null] never]"));
+    ElementWriter to;
 
-    QVERIFY(!writer.writeXMLNode(node.data()));
+    QVERIFY(!to.writer.writeXMLNode(node.data()));
 
-    COMPARE_BYTES(buffer.data(), "<a><b><c>1</c>");
+    COMPARE_BYTES(to.buffer.data(), "<a><b><c>1</c>");
     COMPARE_BYTES(loggedText(), "1 [VLMC_XMLReader::writeXMLNode] pc_Node NULL !!!.\n");
-    writer.writeEndDocument();
-    COMPARE_BYTES(buffer.data().trimmed(), "<a><b><c>1</c></b></a>");
+    to.writer.writeEndDocument();
+    COMPARE_BYTES(to.buffer.data().trimmed(), "<a><b><c>1</c></b></a>");
 }
 
 void tst_VLMC_XMLWriter::writeXMLNode_writesIntoAnOpenElement()
 {
-    const QScopedPointer<VLMC_XMLNode> node(newNode(nullptr, "a", "text"));
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    VLMC_XMLWriter writer;
-    writer.setAutoFormatting(false);
-    writer.setDevice(&buffer);
-    writer.writeStartElement(utf8("outer"));
+    const Tree node(newTree("a0'text'"));
+    ElementWriter to;
+    to.writer.writeStartElement(utf8("outer"));
 
-    QVERIFY(writer.writeXMLNode(node.data()));
-    QVERIFY(writer.writeXMLNode(node.data()));
-    writer.writeEndElement();
+    QVERIFY(to.writer.writeXMLNode(node.data()));
+    QVERIFY(to.writer.writeXMLNode(node.data()));
+    to.writer.writeEndElement();
 
-    COMPARE_BYTES(buffer.data(), "<outer><a>text</a><a>text</a></outer>");
+    COMPARE_BYTES(to.buffer.data(), "<outer><a>text</a><a>text</a></outer>");
 }
 
 void tst_VLMC_XMLWriter::writeXMLNode_needsNoStackForDepth()
 {
     runOnSmallStack([] {
         const int levels = 100000;
-        const QScopedPointer<VLMC_XMLNode> root(newChain(levels));
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        VLMC_XMLWriter writer;
-        writer.setAutoFormatting(false);
-        writer.setDevice(&buffer);
-        QVERIFY(writer.writeXMLNode(root.data()));
-        COMPARE_BYTES(buffer.data(), QByteArray("<e>").repeated(levels - 1) + "<e/>"
-                                         + QByteArray("</e>").repeated(levels - 1));
+        const Tree root(newChain(levels));
+        ElementWriter to;
+        QVERIFY(to.writer.writeXMLNode(root.data()));
+        COMPARE_BYTES(to.buffer.data(), QByteArray("<e>").repeated(levels - 1) + "<e/>"
+                                            + QByteArray("</e>").repeated(levels - 1));
     });
 }
 

@@ -28,25 +28,20 @@ private slots:
     void cleanup();
 
     void globals_startWithFileOffAndSystemLogOn();
-    void debugPrint_writesTagMessageAndNewline();
     void debugPrint_appendsOneLineAMessage();
     void debugPrint_createsTheFileButNotItsFolder();
-    void debugPrint_opensInAppendModeForEachMessage();
     void debugPrint_leavesNoFileOpen();
     void debugPrint_admitsLevels_data();
     void debugPrint_admitsLevels();
-    void debugPrint_ignoresEmptyFormat_data();
     void debugPrint_ignoresEmptyFormat();
     void debugPrint_printsAnEmptyText();
     void debugPrint_usesTheArgumentsInBothSinks();
     void debugPrint_cutsTheSystemLog_data();
     void debugPrint_cutsTheSystemLog();
     void debugPrint_passesFixedArguments();
-    void debugPrint_passesAFreshValueEachTime();
     void debugPrint_asksTheSystemLogSwitch_data();
     void debugPrint_asksTheSystemLogSwitch();
     void debugPrint_failedOpenSkipsTheSystemLog();
-    void debugPrint_failedOpenLeavesTheLogUsable();
     void debugPrint_failedOpenOfARefusedLevelSkipsNothing();
     void debugPrint_ignoresTheResultOfTheSystemLog();
     void debugPrint_writesWholeLinesFromManyThreads();
@@ -54,9 +49,8 @@ private slots:
     void debugSetLogLevel_storesTheLevel();
     void debugAttachMemory_passesTheResultOn_data();
     void debugAttachMemory_passesTheResultOn();
+    void setSignalHandler01_callsBothInOrder_data();
     void setSignalHandler01_callsBothInOrder();
-    void setSignalHandler01_givesTheSecondResult_data();
-    void setSignalHandler01_givesTheSecondResult();
 
 private:
     QByteArray logFile() const { return readFile(m_directory->file("brwlog.log")); }
@@ -91,13 +85,6 @@ void tst_VLMG_Debug::globals_startWithFileOffAndSystemLogOn()
     QCOMPARE(int(initialSystemLogLevel), 1);
 }
 
-void tst_VLMG_Debug::debugPrint_writesTagMessageAndNewline()
-{
-    VLMG_DebugSetLogLevel(3);
-    VLMG_DebugPrint(3, "[VLMC_XMLSetting::save] start");
-    COMPARE_BYTES(logFile(), "[Velmora][VLMC_XMLSetting::save] start\n");
-}
-
 void tst_VLMG_Debug::debugPrint_appendsOneLineAMessage()
 {
     writeFile(m_directory->file("brwlog.log"), "before\n");
@@ -118,16 +105,6 @@ void tst_VLMG_Debug::debugPrint_createsTheFileButNotItsFolder()
     setLogFile(m_directory->localFile("missing/brwlog.log"));
     VLMG_DebugPrint(1, "two");
     QVERIFY(!exists(m_directory->file("missing")));
-}
-
-void tst_VLMG_Debug::debugPrint_opensInAppendModeForEachMessage()
-{
-    VLMG_DebugSetLogLevel(2);
-    VLMG_DebugPrint(1, "one");
-    VLMG_DebugPrint(3, "not admitted");
-    VLMG_DebugPrint(2, "two");
-    QCOMPARE(takeLogFileModes(), QList<QByteArray>() << "a"
-                                                     << "a");
 }
 
 void tst_VLMG_Debug::debugPrint_leavesNoFileOpen()
@@ -185,24 +162,16 @@ void tst_VLMG_Debug::debugPrint_admitsLevels()
     QCOMPARE(takeSystemLog(), QList<QByteArray>() << "message");
 }
 
-void tst_VLMG_Debug::debugPrint_ignoresEmptyFormat_data()
-{
-    QTest::addColumn<bool>("null");
-    QTest::newRow("null") << true;
-    QTest::newRow("empty") << false;
-}
-
 void tst_VLMG_Debug::debugPrint_ignoresEmptyFormat()
 {
-    QFETCH(bool, null);
-    const char *const format = null ? nullptr : "";
     VLMG_DebugSetLogLevel(3);
-
-    VLMG_DebugPrint(1, format, 0);
-
-    QVERIFY(!logFileExists());
-    QVERIFY(takeLogFileModes().isEmpty());
-    QVERIFY(takePlatformCalls().isEmpty());
+    const char *const formats[] = {nullptr, ""};
+    for (const char *const format : formats) {
+        VLMG_DebugPrint(1, format, 0);
+        QVERIFY(!logFileExists());
+        QVERIFY(takeLogFileModes().isEmpty());
+        QVERIFY(takePlatformCalls().isEmpty());
+    }
 }
 
 // Only the format is looked at, not what becomes of it.
@@ -258,14 +227,6 @@ void tst_VLMG_Debug::debugPrint_passesFixedArguments()
     }
 }
 
-void tst_VLMG_Debug::debugPrint_passesAFreshValueEachTime()
-{
-    VLMG_DebugPrint(1, "a longer message");
-    VLMG_DebugPrint(1, "short");
-    QCOMPARE(takeSystemLog(), QList<QByteArray>() << "a longer message"
-                                                  << "short");
-}
-
 void tst_VLMG_Debug::debugPrint_asksTheSystemLogSwitch_data()
 {
     QTest::addColumn<int>("switchValue");
@@ -298,19 +259,13 @@ void tst_VLMG_Debug::debugPrint_asksTheSystemLogSwitch()
 
 void tst_VLMG_Debug::debugPrint_failedOpenSkipsTheSystemLog()
 {
-    setLogFile(QByteArray());
-    VLMG_DebugSetLogLevel(3);
-    VLMG_DebugPrint(1, "lost");
-    QCOMPARE(takeLogFileModes(), QList<QByteArray>() << "a");
-    QVERIFY(takePlatformCalls().isEmpty());
-}
-
-void tst_VLMG_Debug::debugPrint_failedOpenLeavesTheLogUsable()
-{
     VLMG_DebugSetLogLevel(3);
     setLogFile(QByteArray());
     VLMG_DebugPrint(1, "lost");
     VLMG_DebugPrint(1, "lost too");
+    QCOMPARE(takeLogFileModes(), QList<QByteArray>() << "a"
+                                                     << "a");
+    QVERIFY(takePlatformCalls().isEmpty());
     setLogFile(m_directory->localFile("brwlog.log"));
     VLMG_DebugPrint(1, "kept");
     COMPARE_BYTES(logFile(), "[Velmora]kept\n");
@@ -408,18 +363,7 @@ void tst_VLMG_Debug::debugAttachMemory_passesTheResultOn()
     QCOMPARE(calls.first().function, QByteArray("LIBF_AttachMemory"));
 }
 
-void tst_VLMG_Debug::setSignalHandler01_callsBothInOrder()
-{
-    VLMG_SetSignalHandler01();
-    const QList<PlatformCall> calls = takePlatformCalls();
-    QCOMPARE(int(calls.size()), 2);
-    QCOMPARE(calls.at(0).function, QByteArray("LIBF_SetSignalHandler01"));
-    QCOMPARE(calls.at(0).arguments, QList<int>() << 65535);
-    QCOMPARE(calls.at(1).function, QByteArray("LIBF_SetApiSignalInfoNonSave"));
-    QCOMPARE(calls.at(1).arguments, QList<int>() << 1);
-}
-
-void tst_VLMG_Debug::setSignalHandler01_givesTheSecondResult_data()
+void tst_VLMG_Debug::setSignalHandler01_callsBothInOrder_data()
 {
     QTest::addColumn<int>("first");
     QTest::addColumn<int>("second");
@@ -428,14 +372,19 @@ void tst_VLMG_Debug::setSignalHandler01_givesTheSecondResult_data()
     QTest::newRow("the second fails") << 5 << -1;
 }
 
-void tst_VLMG_Debug::setSignalHandler01_givesTheSecondResult()
+void tst_VLMG_Debug::setSignalHandler01_callsBothInOrder()
 {
     QFETCH(int, first);
     QFETCH(int, second);
     setPlatformResult("LIBF_SetSignalHandler01", first);
     setPlatformResult("LIBF_SetApiSignalInfoNonSave", second);
     QCOMPARE(VLMG_SetSignalHandler01(), second);
-    QCOMPARE(int(takePlatformCalls().size()), 2);
+    const QList<PlatformCall> calls = takePlatformCalls();
+    QCOMPARE(int(calls.size()), 2);
+    QCOMPARE(calls.at(0).function, QByteArray("LIBF_SetSignalHandler01"));
+    QCOMPARE(calls.at(0).arguments, QList<int>() << 65535);
+    QCOMPARE(calls.at(1).function, QByteArray("LIBF_SetApiSignalInfoNonSave"));
+    QCOMPARE(calls.at(1).arguments, QList<int>() << 1);
 }
 
 QTEST_GUILESS_MAIN(tst_VLMG_Debug)

@@ -7,6 +7,11 @@
 #include <QtCore/QString>
 #include <QtCore/QXmlStreamAttributes>
 
+#include <cctype>
+#include <cstring>
+
+typedef QScopedPointer<VLMC_XMLNode> Tree;
+
 /// A node of this name and text, the last child of parent.
 inline VLMC_XMLNode *newNode(VLMC_XMLNode *parent, const char *name, const char *text = "")
 {
@@ -71,6 +76,56 @@ inline QByteArray described(VLMC_XMLNode *node)
         line += ']';
     }
     return line;
+}
+
+/// Reads one element of a line, up to what follows it.
+inline VLMC_XMLNode *readTree(const char *&at, VLMC_XMLNode *parent)
+{
+    const auto upTo = [&at](const char *ends) {
+        const size_t size = strcspn(at, ends);
+        at += size;
+        return QByteArray(at - size, int(size));
+    };
+    const QByteArray name = upTo("0123456789{[] ");
+    if (name == "null") {
+        parent->getXMLNodeChildren().append(static_cast<VLMC_XMLNode *>(nullptr));
+        return nullptr;
+    }
+    VLMC_XMLNode *const node = newNode(parent, name.constData());
+    QXmlStreamAttributes attributes;
+    for (; *at == '{'; ++at) {
+        const QByteArray attribute = upTo("=").mid(1);
+        attributes.append(QString::fromUtf8(attribute), QString::fromUtf8(upTo("}").mid(1)));
+    }
+    node->setAttribute(attributes);
+    if (isdigit(static_cast<unsigned char>(*at))) {
+        node->setTextType(char(*at - '0'));
+        at += 2;
+        QString text = QString::fromUtf8(upTo("'"));
+        node->setText(text);
+        ++at;
+    }
+    if (*at == '[') {
+        do {
+            ++at;
+            readTree(at, node);
+        } while (*at == ' ');
+        ++at;
+    }
+    return node;
+}
+
+/// The tree that described() gives in this line, the last child of parent. Its names have no
+/// digits, its texts no apostrophes.
+inline VLMC_XMLNode *newTree(const char *line, VLMC_XMLNode *parent = nullptr)
+{
+    const char *at = line;
+    return readTree(at, parent);
+}
+
+inline VLMC_XMLNode *childAt(const Tree &tree, int index)
+{
+    return tree->getXMLNodeChildren().at(index);
 }
 
 #endif

@@ -13,8 +13,6 @@ private slots:
     void fitsUtf8_countsBytes();
     void clipped_atEveryLimit_data();
     void clipped_atEveryLimit();
-    void clipped_keepsAllBelowLimitOne();
-    void clipped_endsAtZeroCharacter();
     void clipped_cutCharacters_data();
     void clipped_cutCharacters();
 };
@@ -71,21 +69,6 @@ void tst_Utf8::clipped_atEveryLimit()
     }
 }
 
-void tst_Utf8::clipped_keepsAllBelowLimitOne()
-{
-    const QString text = QString(QChar(0)) + utf8("abc\xe3\x81\x82");
-    QCOMPARE(clipped(text, 0), text);
-    QCOMPARE(clipped(text, -1), text);
-}
-
-void tst_Utf8::clipped_endsAtZeroCharacter()
-{
-    const QString text = utf8("ab") + QChar(0) + utf8("cd");
-    QCOMPARE(clipped(text, 10), utf8("ab"));
-    QCOMPARE(clipped(text, 3), utf8("ab"));
-    QCOMPARE(clipped(text, 1), utf8("a"));
-}
-
 void tst_Utf8::clipped_cutCharacters_data()
 {
     QTest::addColumn<QString>("text");
@@ -100,6 +83,12 @@ void tst_Utf8::clipped_cutCharacters_data()
     QTest::newRow("2 of 4 bytes") << face << 2 << QString();
     QTest::newRow("3 of 4 bytes, behind a") << utf8("a") + face << 4 << utf8("a") + mark;
     QTest::newRow("whole pair") << face << 4 << face;
+    const QString zeros = utf8("ab") + QChar(0) + utf8("cd");
+    QTest::newRow("ends at the zero character") << zeros << 10 << utf8("ab");
+    QTest::newRow("cut behind it") << zeros << 3 << utf8("ab");
+    QTest::newRow("cut before it") << zeros << 1 << utf8("a");
+    QTest::newRow("limit 0 keeps all") << zeros + wide << 0 << zeros + wide;
+    QTest::newRow("limit -1 keeps all") << zeros + wide << -1 << zeros + wide;
 }
 
 void tst_Utf8::clipped_cutCharacters()

@@ -1,8 +1,8 @@
 #include "text/XmlText_p.h"
 
-#include "core/VLMC_XMLNode.h"
 #include "core/VLMC_XMLWriter.h"
 #include "tests/support/Files.h"
+#include "tests/support/Nodes.h"
 
 #include <QtCore/QBuffer>
 
@@ -41,12 +41,7 @@ private slots:
     void xmlText_treatsSurrogates();
     void xmlText_sharesCleanText();
     void isXmlText_saysWhatXmlTextKeeps();
-    void write_filtersNames();
-    void write_filtersTexts();
-    void write_filtersCData();
-    void write_filtersAttributes();
-    void write_leavesTheTreeAlone();
-    void write_keepsFollowingElements();
+    void write_filtersEveryPart();
 };
 
 void tst_XmlText::xmlText_decidesEveryCharacter()
@@ -107,70 +102,27 @@ void tst_XmlText::isXmlText_saysWhatXmlTextKeeps()
     QCOMPARE(vlm::xmlText(mixedText()), utf8("ab??c"));
 }
 
-void tst_XmlText::write_filtersNames()
+// What is filtered is what is written, not the tree.
+void tst_XmlText::write_filtersEveryPart()
 {
-    VLMC_XMLNode node(nullptr, 0);
+    const Tree root(newTree("r[a b]"));
     QString name = mixedText().replace(QChar(0xFFFE), QChar(0x1)).remove(character(0x1FFFF));
-    node.setName(name);
-    COMPARE_BYTES(written(node), "<abc/>\n");
-}
-
-void tst_XmlText::write_filtersTexts()
-{
-    VLMC_XMLNode node(nullptr, 0);
-    QString name = utf8("r");
     QString text = mixedText();
-    node.setName(name);
-    node.setText(text);
-    COMPARE_BYTES(written(node), "<r>ab??c</r>\n");
-}
-
-void tst_XmlText::write_filtersCData()
-{
-    VLMC_XMLNode node(nullptr, 0);
-    QString name = utf8("r");
-    QString text = mixedText();
-    node.setName(name);
-    node.setText(text);
-    node.setTextType(1);
-    COMPARE_BYTES(written(node), "<r><![CDATA[ab??c]]></r>\n");
-}
-
-void tst_XmlText::write_filtersAttributes()
-{
-    VLMC_XMLNode node(nullptr, 0);
-    QString name = utf8("r");
     QXmlStreamAttributes attributes;
     attributes.append(utf8("p") + QChar(0x2), mixedText());
     attributes.append(utf8("q"), utf8("clean"));
-    node.setName(name);
-    node.setAttribute(attributes);
-    COMPARE_BYTES(written(node), "<r p=\"ab??c\" q=\"clean\"/>\n");
-}
+    root->setName(name);
+    root->setAttribute(attributes);
+    childAt(root, 0)->setText(text);
+    childAt(root, 1)->setText(text);
+    childAt(root, 1)->setTextType(1);
+    const QByteArray before = described(root.data());
 
-void tst_XmlText::write_leavesTheTreeAlone()
-{
-    VLMC_XMLNode node(nullptr, 0);
-    QString name = utf8("r");
-    QString text = mixedText();
-    node.setName(name);
-    node.setText(text);
-    written(node);
-    QCOMPARE(node.getText(), mixedText());
-}
-
-void tst_XmlText::write_keepsFollowingElements()
-{
-    VLMC_XMLNode root(nullptr, 0);
-    QString name = utf8("r");
-    root.setName(name);
-    for (int i = 0; i < 2; ++i) {
-        VLMC_XMLNode *const child = new VLMC_XMLNode(&root, 0);
-        QString text = i == 0 ? mixedText() : utf8("whole");
-        child->setName(name);
-        child->setText(text);
-    }
-    COMPARE_BYTES(written(root), "<r>\n    <r>ab??c</r>\n    <r>whole</r>\n</r>\n");
+    COMPARE_BYTES(written(*root), "<abc p=\"ab??c\" q=\"clean\">\n"
+                                  "    <a>ab??c</a>\n"
+                                  "    <b><![CDATA[ab??c]]></b>\n"
+                                  "</abc>\n");
+    QCOMPARE(described(root.data()), before);
 }
 
 QTEST_GUILESS_MAIN(tst_XmlText)
