@@ -151,7 +151,8 @@ bool writeBySettings(const QString &path, const QByteArray &value)
     settings.setValue(QEXC_TextCodec::fromSJIS(kIniKey), value);
     settings.endGroup();
     settings.sync();
-    return settings.status() == QSettings::NoError;
+    // What stood there may have been no INI file: that is an error of the format, and no matter.
+    return settings.status() != QSettings::AccessError;
 }
 
 // By size and time QSettings tells whether a file is still the one that it knows; some of its

@@ -161,6 +161,11 @@ void PlainCookies::convertCookieXMLToIni(const char *xmlPath, const char *iniDir
     const QString path = QString::fromLatin1(xmlPath);
     const QString dir = QString::fromLatin1(iniDir);
     load(path);
+    if (root && root->name.isEmpty() && !files.value(path).isEmpty()) {
+        print(2, "[VLMC_CookieSetting::convertCookieXMLToIni] File cannot be read.");
+        deleteAllSetting();
+        return;
+    }
     const QList<VLMS_CookieInfo> stored = getAllCookieInfo();
     QList<QNetworkCookie> cookies;
     for (int j = 0; j < stored.size() && j < 20; ++j) {
