@@ -3,6 +3,7 @@
 #include "bookmarks/HistoryElements_p.h"
 #include "bookmarks/HistoryEntries_p.h"
 #include "core/Entries_p.h"
+#include "core/Erasures_p.h"
 #include "core/NodeView_p.h"
 #include "core/Numbering_p.h"
 #include "core/Refused_p.h"
@@ -189,6 +190,7 @@ void VLMC_HistorySetting::sortHistory()
         return;
     }
     const QVector<Texts> visits = textsOf(readVisits(*this));
+    const NoErasure noErasure;
     deleteAllSetting();
     const bool isSeen = !overridesNothing(*this) || getXMLNodeCnt() > 0;
     for (int i = int(visits.size()) - 1; i >= 0; --i) {
@@ -210,6 +212,7 @@ void VLMC_HistorySetting::sortLoadedEntries()
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_HistorySetting::sortHistory]");
     const QVector<Visit> visits = readVisits(*this);
     const QList<VLMC_XMLNode *> loaded = NodeView::takeChildren(*root);
+    const NoErasure noErasure;
     deleteAllSetting();
     char place = AtEnd;
     for (const Visit &visit : visits) {

@@ -6,6 +6,7 @@
 #include "core/VLMC_XMLNode.h"
 #include "core/VLMG_Debug.h"
 #include "files/DocumentSource_p.h"
+#include "files/PartialLoads_p.h"
 #include "files/RegularFile_p.h"
 
 #include <QtCore/QFile>
@@ -75,16 +76,23 @@ VLMC_XMLNode *nodeOfStartTag(const VLMC_XMLReader &reader, QXmlStreamAttributes 
 
 VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
 {
-    if (!QFile::exists(path)) {
+    if (vlm::isMissing(path)) {
+        vlm::PartialLoads::remove(path);
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLReader::read file not exist!");
         return emptyNode();
     }
     QFile file(path);
     if (!vlm::openRegular(file)) {
+        vlm::PartialLoads::add(path);
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLReader::read file open error!");
         return emptyNode();
     }
     VLMC_XMLNode *const root = read(file);
+    if (hasError()) {
+        vlm::PartialLoads::add(path);
+    } else {
+        vlm::PartialLoads::remove(path);
+    }
     return root ? root : emptyNode();
 }
 

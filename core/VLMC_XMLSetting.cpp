@@ -1,11 +1,14 @@
 #include "core/VLMC_XMLSetting.h"
 
+#include "core/Erasures_p.h"
 #include "core/NodeCodes_p.h"
 #include "core/NodeView_p.h"
 #include "core/Numbering_p.h"
 #include "core/VLMC_XMLReader.h"
 #include "core/VLMC_XMLWriter.h"
 #include "core/VLMG_Debug.h"
+#include "files/PartialLoads_p.h"
+#include "files/ReplaceFile_p.h"
 
 namespace
 {
@@ -27,6 +30,22 @@ bool isOneString(const QString &left, const QString &right)
 {
     return left.constData() == right.constData() && left.size() == right.size();
 }
+// Replaces the file, whole or not, without keeping anything of it. Nothing is erased before the new
+// document stands.
+bool saveErased(QString &path, VLMC_XMLNode *root)
+{
+    const bool isPartial = vlm::PartialLoads::contains(path);
+    vlm::PartialLoads::remove(path);
+    VLMC_XMLWriter writer;
+    if (writer.write(path, root)) {
+        vlm::ReplaceFile::removeKept(path);
+        return true;
+    }
+    if (isPartial) {
+        vlm::PartialLoads::add(path);
+    }
+    return false;
+}
 } // namespace
 
 VLMC_XMLSetting::VLMC_XMLSetting() : root(nullptr) {}
@@ -34,6 +53,7 @@ VLMC_XMLSetting::VLMC_XMLSetting() : root(nullptr) {}
 VLMC_XMLSetting::~VLMC_XMLSetting()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::~VLMC_XMLSetting] 0x%X", addressOf(root));
+    vlm::Erasures::destroyed(*this);
     release(root);
     root = nullptr;
 }
@@ -51,6 +71,7 @@ void VLMC_XMLSetting::load(QString &path)
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::loadBookmark] start");
     VLMC_XMLReader reader;
     root = reader.read(path);
+    vlm::Erasures::loaded(*this, path);
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::loadBookmark] end");
 }
 
@@ -62,8 +83,12 @@ void VLMC_XMLSetting::save(QString &path)
         return;
     }
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::save] start");
-    VLMC_XMLWriter writer;
-    writer.write(path, root);
+    if (!vlm::Erasures::reach(*this, root, path)) {
+        VLMC_XMLWriter writer;
+        writer.write(path, root);
+    } else if (saveErased(path, root)) {
+        vlm::Erasures::saved(*this);
+    }
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::saveBookmark] end");
 }
 
@@ -113,7 +138,7 @@ void VLMC_XMLSetting::deleteAllXMLNode()
 {
     VLMG_DebugPrint(VLMG_LogTrace, "[VLMC_XMLSetting::deleteAllXMLNode] 0x%X", addressOf(root));
     if (root) {
-        createXMLRootNode();
+        vlm::Erasures::erased(*this, createXMLRootNode());
     }
 }
 
@@ -124,6 +149,7 @@ void VLMC_XMLSetting::deleteAllSetting()
     if (!root) {
         return;
     }
+    vlm::Erasures::erased(*this, root);
     const int nulls = vlm::NodeView::releaseChildren(*root);
     for (int i = 0; i < nulls; ++i) {
         VLMG_DebugPrint(VLMG_LogError, "[VLMC_XMLSetting::deleteRootChildren] 0x%X Why Pass??",

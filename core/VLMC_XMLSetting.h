@@ -27,9 +27,12 @@ public:
 
     /// Replaces the document by the one in the file at path; the old one is destroyed at once. A
     /// file that is missing or cannot be read gives an empty root without a name. An empty path
-    /// changes nothing.
+    /// changes nothing. The library remembers a file that was not read whole.
     virtual void load(QString &path);
-    /// Writes the document to the file at path. Without a root no file is touched.
+    /// Writes the document to the file at path. Without a root no file is touched. A file that was
+    /// not read whole at its last load is first kept as path + ".damaged"; a document that was
+    /// loaded from there and then emptied by deleteAllSetting or deleteAllXMLNode is not, and what
+    /// was kept earlier is removed.
     virtual void save(QString &path);
     /// How many children of the root with this name are found by the numbers from 0 up to the
     /// number of all its children; 0 without a root.

@@ -105,7 +105,11 @@ bool VLMC_XMLWriter::write(QString &path, VLMC_XMLNode *root)
     if (!sink.isTooLarge()) {
         writeEndDocument();
     }
-    if (sink.isTooLarge() || !file.commit(sink.document())) {
+    const bool replaced = !sink.isTooLarge() && file.commit(sink.document());
+    if (file.hasKept()) {
+        VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file not read whole, copy kept!");
+    }
+    if (!replaced) {
         VLMG_DebugPrint(VLMG_LogWarning, "VLMC_XMLWriter::write file write error!");
         return false;
     }

@@ -21,10 +21,11 @@ public:
 
     /// Replaces the content of the file at path by the document under root; true on success. A
     /// crash, a power cut or a full disk at any moment leaves the old content or the new one, never
-    /// a part. A document of more than 256 MiB is refused and the file left alone: no settings are
-    /// that large, but elements nested thousands deep are, by their indentation. Only a file that
-    /// cannot be replaced (a device, one with several names, one in a folder that takes no new
-    /// files) is written in place, and errors on the way are not noticed. A null root gives false
+    /// a part. A file that was not read whole at its last load is first kept as path + ".damaged",
+    /// or not replaced. A document of more than 256 MiB is refused and the file left alone: no
+    /// settings are that large, but elements nested thousands deep are, by their indentation. Only
+    /// a file that cannot be replaced (a device, one with several names, one in a folder that takes
+    /// no new files) is written in place, where a failure leaves a part. A null root gives false
     /// and leaves the file alone; with a null node among the children the part before it is
     /// written, and the result is false.
     bool write(QString &path, VLMC_XMLNode *root);

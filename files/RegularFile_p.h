@@ -12,8 +12,12 @@ namespace vlm
 // stands.
 bool isFileOrFree(const QString &path);
 
+// True where nothing stands; false also where the system cannot tell.
+bool isMissing(const QString &path);
+
 // Opens the file for reading; false when it is no regular one. A name without a file, such as Qt's
-// own ":/" ones, is Qt's to open.
+// own ":/" ones, is Qt's to open. A process or system that has no descriptor left is asked again
+// for 200 ms, and so is a call that a signal interrupts.
 bool openRegular(QFile &file);
 } // namespace vlm
 

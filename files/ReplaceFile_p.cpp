@@ -1,7 +1,9 @@
 #include "files/ReplaceFile_p.h"
 
+#include "files/DocumentSink_p.h"
 #include "files/FileAttributes_p.h"
 #include "files/OwnerOnlyFiles_p.h"
+#include "files/PartialLoads_p.h"
 
 #include <QtCore/QAtomicInt>
 #include <QtCore/QFile>
@@ -21,6 +23,7 @@ using vlm::FileDescriptor;
 namespace
 {
 const char kTemporaryPrefix[] = ".velmora-save-";
+const char kKeptSuffix[] = ".damaged";
 
 // As many as the kernel follows.
 const int kMaxLinks = 40;
@@ -108,6 +111,12 @@ bool isRefusal(int error)
            || error == EINVAL || error == ENOTSUP;
 }
 
+// The same for a second name of the file, which other file systems and other owners refuse.
+bool isLinkRefusal(int error)
+{
+    return isRefusal(error) || error == EXDEV || error == EMLINK || error == ENOSYS;
+}
+
 bool writeAll(int file, const QByteArray &content)
 {
     const char *rest = content.constData();
@@ -127,6 +136,28 @@ bool writeAll(int file, const QByteArray &content)
 bool reachesDisk(int file)
 {
     return retried([&] { return fdatasync(file); }) == 0 || errno == EINVAL;
+}
+
+// False for what is not a regular file, or is larger than any document.
+bool readAll(const QByteArray &name, struct stat *status, QByteArray *content)
+{
+    const FileDescriptor file(openRetried(name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY));
+    if (!file.isOpen() || fstat(file.get(), status) != 0 || !S_ISREG(status->st_mode)
+        || status->st_size > vlm::kMaxDocumentBytes) {
+        return false;
+    }
+    content->resize(int(status->st_size));
+    char *next = content->data();
+    size_t left = size_t(status->st_size);
+    while (left > 0) {
+        const ssize_t got = retried([&] { return read(file.get(), next, left); });
+        if (got <= 0) {
+            return false;
+        }
+        next += got;
+        left -= size_t(got);
+    }
+    return true;
 }
 
 QByteArray newTemporaryName(const QByteArray &folder)
@@ -169,14 +200,34 @@ void removeStaleFiles(const QByteArray &folder)
         removeIfStale(name);
     }
 }
+
+// A folder that may be written but not read cannot be synchronised, nor can folders on some file
+// systems. The new name still gets to the disk, after a few seconds at most.
+bool syncFolder(const QByteArray &folder)
+{
+    const FileDescriptor open(openRetried(folderName(folder), O_RDONLY | O_DIRECTORY));
+    if (!open.isOpen()) {
+        return errno == EACCES;
+    }
+    return retried([&] { return fsync(open.get()); }) == 0 || errno == EINVAL;
+}
 } // namespace
 
-vlm::ReplaceFile::ReplaceFile() {}
+vlm::ReplaceFile::ReplaceFile() : m_hasToBeKept(false), m_hasKept(false) {}
 
 vlm::ReplaceFile::~ReplaceFile() { removeTemporary(); }
 
+void vlm::ReplaceFile::removeKept(const QString &path)
+{
+    const QByteArray target = behindLinks(nativeName(path));
+    if (unlink((target + kKeptSuffix).constData()) == 0) {
+        syncFolder(folderPart(target));
+    }
+}
+
 bool vlm::ReplaceFile::open(const QString &path, Links links)
 {
+    m_path = path;
     const QByteArray name = nativeName(path);
     if (name.isEmpty() || name.contains('\0')) {
         return false;
@@ -186,6 +237,8 @@ bool vlm::ReplaceFile::open(const QString &path, Links links)
         if (!openStanding(name, links, &status)) {
             return errno == ENOENT && openNew();
         }
+        m_hasToBeKept =
+            S_ISREG(status.st_mode) && status.st_size > 0 && PartialLoads::contains(path);
         // Another saver may have replaced the file in between: then the open file is the old one,
         // which no longer has a name.
         if (!S_ISREG(status.st_mode) || isFileAt(m_target, status)) {
@@ -217,7 +270,7 @@ bool vlm::ReplaceFile::openNew()
 // Without a temporary file the file is written in place.
 bool vlm::ReplaceFile::openExisting(const struct stat &target)
 {
-    if (!S_ISREG(target.st_mode) || target.st_nlink != 1) {
+    if (!S_ISREG(target.st_mode) || !hasOneName(target)) {
         return true;
     }
     removeStaleFiles(m_folder);
@@ -294,7 +347,7 @@ bool vlm::ReplaceFile::commit(const QByteArray &content)
     if (m_temporaryName.isEmpty()) {
         return writeInPlace(content);
     }
-    if (!writeTemporary(content) || !closeTemporary()) {
+    if (!writeTemporary(content) || !closeTemporary() || (m_hasToBeKept && !keep())) {
         removeTemporary();
         return false;
     }
@@ -304,7 +357,66 @@ bool vlm::ReplaceFile::commit(const QByteArray &content)
         return mountPoint && writeInPlace(content);
     }
     m_temporaryName.clear();
-    return syncFolder();
+    PartialLoads::remove(m_path);
+    return syncFolder(m_folder);
+}
+
+// Nothing may be lost to a power cut: the second name is on the disk before the first one goes.
+bool vlm::ReplaceFile::keep()
+{
+    m_hasKept = (keepAsLink() && syncFolder(m_folder)) || (isLinkRefusal(errno) && keepAsCopy());
+    return m_hasKept;
+}
+
+// A crash may have left the link already. An older file gives way, unless it holds the same.
+bool vlm::ReplaceFile::keepAsLink() const
+{
+    const QByteArray name = m_target + kKeptSuffix;
+    struct stat status = {};
+    QByteArray standing;
+    QByteArray kept;
+    if (readAll(m_target, &status, &standing) && readAll(name, &status, &kept)
+        && standing == kept) {
+        return true;
+    }
+    const auto link = [&] {
+        return linkat(AT_FDCWD, m_target.constData(), AT_FDCWD, name.constData(), 0) == 0;
+    };
+    return link() || (errno == EEXIST && unlink(name.constData()) == 0 && link());
+}
+
+// A file of its own, never another name of the one that is about to be overwritten. The owner and
+// what else the file has are kept where they can be; before that nobody else may read the copy.
+bool vlm::ReplaceFile::keepAsCopy() const
+{
+    const QByteArray name = m_target + kKeptSuffix;
+    struct stat status = {};
+    struct stat keptStatus = {};
+    QByteArray standing;
+    QByteArray kept;
+    if (!readAll(m_target, &status, &standing)) {
+        return false;
+    }
+    if (readAll(name, &keptStatus, &kept) && standing == kept && !isSameFile(status, keptStatus)) {
+        return true;
+    }
+    ReplaceFile copy;
+    copy.m_target = name;
+    copy.m_folder = m_folder;
+    if (!copy.createTemporary(0600)) {
+        return false;
+    }
+    const bool keepsAll = keepsAllButContent(copy.m_temporary.get(), m_existing.get(), status);
+    Q_UNUSED(keepsAll)
+    return copy.commit(standing);
+}
+
+// The name under which the file is kept does not count: a crash between keeping and replacing it
+// leaves both.
+bool vlm::ReplaceFile::hasOneName(const struct stat &target) const
+{
+    return target.st_nlink == 1
+           || (target.st_nlink == 2 && isFileAt(m_target + kKeptSuffix, target));
 }
 
 bool vlm::ReplaceFile::writeTemporary(const QByteArray &content)
@@ -320,27 +432,24 @@ bool vlm::ReplaceFile::closeTemporary()
     return m_lock.isOpen() && (close(m_temporary.release()) == 0 || errno == EINTR);
 }
 
-// A folder that may be written but not read cannot be synchronised, nor can folders on some file
-// systems. The new name still gets to the disk, after a few seconds at most.
-bool vlm::ReplaceFile::syncFolder() const
-{
-    const FileDescriptor folder(openRetried(folderName(m_folder), O_RDONLY | O_DIRECTORY));
-    if (!folder.isOpen()) {
-        return errno == EACCES;
-    }
-    return retried([&] { return fsync(folder.get()); }) == 0 || errno == EINVAL;
-}
-
 // A failure leaves part of the content, or nothing.
 bool vlm::ReplaceFile::writeInPlace(const QByteArray &content)
 {
     if (!m_existing.isOpen()) {
         return false;
     }
+    m_hasKept = m_hasToBeKept && keepAsCopy();
+    if (m_hasToBeKept && !m_hasKept) {
+        return false;
+    }
     const int file = m_existing.get();
     // Only a regular file can be emptied; for others this says so.
     const bool isEmptied = retried([&] { return ftruncate(file, 0); }) == 0 || errno == EINVAL;
-    return isEmptied && writeAll(file, content) && reachesDisk(file);
+    if (!isEmptied || !writeAll(file, content) || !reachesDisk(file)) {
+        return false;
+    }
+    PartialLoads::remove(m_path);
+    return true;
 }
 
 void vlm::ReplaceFile::removeTemporary()

@@ -4,8 +4,8 @@
 #include "files/FileDescriptor_p.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QString>
 
-class QString;
 struct stat;
 
 namespace vlm
@@ -18,6 +18,11 @@ namespace vlm
 // group and extended attributes are kept. Where that is not possible, the file is written in place,
 // without this promise: where it is not a regular file, has several names or an owner that cannot
 // be kept, is a mount point, or is in a folder that takes no new files.
+//
+// A file of which less than the whole was loaded (PartialLoads) is first kept beside itself, under
+// its name and ".damaged", instead of what was kept there before: as a hard link, which takes no
+// room, or where the file is written in place or takes no links, as a copy for its owner alone. A
+// file that cannot be kept is not replaced.
 //
 // The temporary file is locked while its saver lives. A save removes those that it finds unlocked
 // in the folder: a crash has left them.
@@ -41,6 +46,11 @@ public:
     // To be called once, after open() returned true. False if the content did not reach the disk:
     // the old file then stands, unless it was to be written in place.
     bool commit(const QByteArray &content);
+    // Whether commit() found a file that has to be kept, and it now is.
+    bool hasKept() const { return m_hasKept; }
+
+    // Removes what was kept of the file at path.
+    static void removeKept(const QString &path);
 
 private:
     bool openStanding(const QByteArray &name, Links links, struct stat *status);
@@ -49,16 +59,22 @@ private:
     bool createTemporary(int mode);
     bool createLocked(int mode);
     bool isStillThere() const;
+    bool keep();
+    bool keepAsLink() const;
+    bool keepAsCopy() const;
+    bool hasOneName(const struct stat &target) const;
     bool writeTemporary(const QByteArray &content);
     bool closeTemporary();
-    bool syncFolder() const;
     bool writeInPlace(const QByteArray &content);
     void removeTemporary();
 
+    QString m_path;
     QByteArray m_target;
     QByteArray m_folder;
     QByteArray m_temporaryName;
     FileDescriptor m_existing;
+    bool m_hasToBeKept;
+    bool m_hasKept;
     FileDescriptor m_temporary;
     // Shares the lock of m_temporary and holds it until the temporary file has its final name.
     FileDescriptor m_lock;

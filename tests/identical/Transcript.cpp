@@ -206,7 +206,11 @@ void showFolder(const QString &folder)
     const QStringList names =
         QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString &name : names) {
-        showFile(folder, name);
+        // A copy of what the script has just written or changed by hand; that there is one is said
+        // in the log.
+        if (!name.endsWith(QLatin1String(".damaged"))) {
+            showFile(folder, name);
+        }
     }
 }
 
