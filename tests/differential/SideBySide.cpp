@@ -44,6 +44,12 @@ QByteArray withoutAddresses(const QByteArray &log)
     return text + log.mid(start);
 }
 
+// The plain models keep no copies of files that were not read whole: tst_PartialLoads does that.
+QByteArray withoutKeptCopies(QByteArray log)
+{
+    return log.replace("2 VLMC_XMLWriter::write file not read whole, copy kept!\n", QByteArray());
+}
+
 bool sameAttributes(const QXmlStreamAttributes &attributes, const PlainAttributes &plain)
 {
     if (int(attributes.size()) != int(plain.size())) {
@@ -212,7 +218,7 @@ void SideBySide::differ(const QByteArray &what, const QByteArray &store, const Q
 
 void SideBySide::compare()
 {
-    const QByteArray log = withoutAddresses(loggedText());
+    const QByteArray log = withoutKeptCopies(withoutAddresses(loggedText()));
     const QByteArray plainLog = m_plain.takeLog();
     if (log != plainLog) {
         differ("the logs", log, plainLog);
