@@ -100,6 +100,8 @@ private slots:
     void cleanup() { runDeferredDeletes(); }
 
     void setThumbnail_savesUnderTheNextNumber();
+    void setThumbnail_writesWhatThisQtMakesOfAnImage_data();
+    void setThumbnail_writesWhatThisQtMakesOfAnImage();
     void setThumbnail_namesNumbers_data();
     void setThumbnail_namesNumbers();
     void setThumbnail_skipsANumberWhenSavingFails();
@@ -158,6 +160,36 @@ void tst_VLMC_BookmarksSetting_thumbnails::setThumbnail_savesUnderTheNextNumber(
     QVERIFY(bookmarks.getThumbnail(&read, &path));
     QCOMPARE(read.convertToFormat(QImage::Format_RGB32), other);
     QCOMPARE(loggedText(), QByteArray());
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::setThumbnail_writesWhatThisQtMakesOfAnImage_data()
+{
+    QTest::addColumn<int>("format");
+
+    QTest::newRow("RGB32") << int(QImage::Format_RGB32);
+    QTest::newRow("ARGB32") << int(QImage::Format_ARGB32);
+    QTest::newRow("mono") << int(QImage::Format_Mono);
+}
+
+void tst_VLMC_BookmarksSetting_thumbnails::setThumbnail_writesWhatThisQtMakesOfAnImage()
+{
+    QFETCH(int, format);
+    const TestDirectory directory;
+    VLMC_BookmarksSetting bookmarks;
+    QImage image = painted(0xffaa0055).convertToFormat(QImage::Format(format));
+    QString path = directory.path();
+    int number = 0;
+
+    QVERIFY(bookmarks.setThumbnail(&image, &path, number));
+
+    const QByteArray png = readFile(path);
+    // The chunk with the number of significant bits, which only Qt 4 writes.
+    QCOMPARE(bool(png.contains("sBIT")), QT_VERSION < 0x050000);
+    QVERIFY(image.save(directory.file("direct.png"), "PNG"));
+    QCOMPARE(png, readFile(directory.file("direct.png")));
+    QImage read;
+    QVERIFY(bookmarks.getThumbnail(&read, &path));
+    QCOMPARE(read.convertToFormat(image.format()), image);
 }
 
 void tst_VLMC_BookmarksSetting_thumbnails::setThumbnail_namesNumbers_data()
