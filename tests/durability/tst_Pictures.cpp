@@ -402,7 +402,7 @@ void tst_Pictures::convertThumbnailPngToXML_keepsThePackWithoutTheFolder()
             ++m_counts[Faults];
             const bool kept = readFile(file) == "the pack before";
             QVERIFY2(kept || readFile(file) == whole, name.constData());
-            QCOMPARE(loggedText().contains(kReadingLine), kept);
+            QCOMPARE(bool(loggedText().contains(kReadingLine)), kept);
             refused += kept ? 1 : 0;
         }
     }
