@@ -39,9 +39,8 @@ void vlm::Erasures::loaded(const VLMC_XMLSetting &store, const QString &path)
 void vlm::Erasures::erased(const VLMC_XMLSetting &store, const VLMC_XMLNode *root)
 {
     const QMutexLocker locker(&stores().mutex);
-    const auto found = stores().loaded.find(&store);
-    if (refilling == 0 && found != stores().loaded.end()) {
-        found->erasedRoot = root;
+    if (refilling == 0 && stores().loaded.contains(&store)) {
+        stores().loaded[&store].erasedRoot = root;
     }
 }
 
@@ -49,9 +48,8 @@ bool vlm::Erasures::reach(const VLMC_XMLSetting &store, const VLMC_XMLNode *root
                           const QString &path)
 {
     const QMutexLocker locker(&stores().mutex);
-    const auto found = stores().loaded.constFind(&store);
-    return found != stores().loaded.constEnd() && found->erasedRoot && found->erasedRoot == root
-           && SameFile(found->path) == SameFile(path);
+    const Loaded known = stores().loaded.value(&store);
+    return known.erasedRoot && known.erasedRoot == root && SameFile(known.path) == SameFile(path);
 }
 
 void vlm::Erasures::saved(const VLMC_XMLSetting &store) { erased(store, nullptr); }

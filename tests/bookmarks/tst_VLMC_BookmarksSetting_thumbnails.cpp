@@ -273,7 +273,9 @@ void tst_VLMC_BookmarksSetting_thumbnails::getThumbnail_limitsPixels_data()
 {
     QTest::addColumn<int>("width");
     QTest::addColumn<bool>("loaded");
-    QTest::newRow("64 million") << 8192 << true;
+    QTest::newRow("32 million") << 4096 << true;
+    // Qt 6 itself refuses what takes more than 128 MiB at 32 bits a pixel.
+    QTest::newRow("64 million") << 8192 << (QT_VERSION < 0x060000);
     QTest::newRow("a column more") << 8193 << false;
 }
 
