@@ -13,7 +13,7 @@ thread_local int refilling = 0;
 struct Loaded {
     QString path;
     // Null while nothing is erased. A store that packs something else takes another root.
-    const VLMC_XMLNode *erasedRoot;
+    const VLMC_XMLNode *erasedRoot = nullptr;
 };
 
 struct Stores {
@@ -32,8 +32,9 @@ Stores &stores()
 void vlm::Erasures::loaded(const VLMC_XMLSetting &store, const QString &path)
 {
     const QMutexLocker locker(&stores().mutex);
-    const Loaded loaded = {path, nullptr};
-    stores().loaded.insert(&store, loaded);
+    Loaded known;
+    known.path = path;
+    stores().loaded.insert(&store, known);
 }
 
 void vlm::Erasures::erased(const VLMC_XMLSetting &store, const VLMC_XMLNode *root)

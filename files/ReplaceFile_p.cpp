@@ -408,7 +408,12 @@ bool vlm::ReplaceFile::keepAsCopy() const
     }
     const bool keepsAll = keepsAllButContent(copy.m_temporary.get(), m_existing.get(), status);
     Q_UNUSED(keepsAll)
-    return copy.commit(standing);
+    if (!copy.writeTemporary(standing) || !copy.closeTemporary()
+        || rename(copy.m_temporaryName.constData(), name.constData()) != 0) {
+        return false;
+    }
+    copy.m_temporaryName.clear();
+    return syncFolder(m_folder);
 }
 
 // The name under which the file is kept does not count: a crash between keeping and replacing it
