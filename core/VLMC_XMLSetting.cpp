@@ -30,6 +30,7 @@ bool isOneString(const QString &left, const QString &right)
 {
     return left.constData() == right.constData() && left.size() == right.size();
 }
+
 // Replaces the file, whole or not, without keeping anything of it. Nothing is erased before the new
 // document stands.
 bool saveErased(QString &path, VLMC_XMLNode *root)
